@@ -1,0 +1,379 @@
+#include "model/CVBATools.h"
+
+#include "model/BmtReader.h"
+#include "model/BmtWriter.h"
+#include "model/ToolSetStorage.h"
+#include "platform/picture/Picture.h"
+#include "platform/picture/PictureBox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <limits>
+
+namespace {
+
+/// The most memory that the pictures of a file may take: a little for every file, and in
+/// proportion to what was read. Uncompressed bitmaps, the usual form, need a third more than they
+/// have in the file.
+qint64 pictureMemoryFor(qint64 fileSize)
+{
+    return 64LL * 1024 * 1024 + 32 * fileSize;
+}
+
+VbError fileError(const QString &text)
+{
+    return {VbError::DeviceError, QStringLiteral("CVBATools"), text};
+}
+
+QString shown(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+/// Reads a regular file, at most \a limit bytes of it.
+QByteArray readFile(const QString &path, qint64 limit = std::numeric_limits<qint64>::max())
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        throw fileError(QStringLiteral("The file \"%1\" was not found.").arg(shown(path)));
+    if (info.isDir())
+        throw fileError(QStringLiteral("\"%1\" is a folder, not a file.").arg(shown(path)));
+    if (!info.isFile()) // a device or a pipe could be read for ever
+        throw fileError(QStringLiteral("\"%1\" is not an ordinary file.").arg(shown(path)));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        throw fileError(
+            QStringLiteral("\"%1\" cannot be opened: %2.").arg(shown(path), file.errorString()));
+    }
+    const QByteArray bytes = file.read(qMin(limit, file.size()));
+    if (file.error() != QFileDevice::NoError) {
+        throw fileError(
+            QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(path), file.errorString()));
+    }
+    return bytes;
+}
+
+/// Only blanks are trimmed, not every white space.
+QByteArrayView trimmedBlanks(QByteArrayView text)
+{
+    while (!text.isEmpty() && text.front() == ' ')
+        text = text.sliced(1);
+    while (!text.isEmpty() && text.back() == ' ')
+        text.chop(1);
+    return text;
+}
+
+/// A picture's bytes have one extra byte behind the bitmap; without more there is no bitmap.
+bool hasBitmap(QByteArrayView bytes)
+{
+    return bytes.size() > 1;
+}
+
+struct NamedText {
+    QLatin1StringView field;
+    const QString &text;
+};
+
+QString lengthProblem(qsizetype length)
+{
+    return QStringLiteral("it has %L1 characters, and the file can hold %L2 at most")
+        .arg(length)
+        .arg(BmtFormat::longestString);
+}
+
+} // namespace
+
+CVBATools::CVBATools(ToolSetStorage &storage)
+    : m_storage(storage)
+{
+}
+
+void CVBATools::setFLAGS(qint32 flags)
+{
+    if (flags < std::numeric_limits<qint16>::min() || flags > std::numeric_limits<qint16>::max())
+        throw VbError(VbError::Overflow, QStringLiteral("CVBATools"), QStringLiteral("Overflow"));
+    m_header.FLAGS = static_cast<qint16>(flags);
+}
+
+bool CVBATools::Add(const ToolPtr &tool)
+{
+    try {
+        const QString name = tool->Description.isEmpty() || m_allowDupes
+            ? m_freeNames.nameFor(tool->Description,
+                                  [this](const QString &key) { return m_tools.contains(key); })
+            : tool->Description;
+        m_tools.Add(tool, name);
+        tool->Description = name;
+        return true;
+    } catch (const VbError &) {
+        return false; // a taken name, or no free number left: the set is as it was
+    }
+}
+
+void CVBATools::Remove(const QString &key)
+{
+    if (m_tools.Remove(key))
+        m_freeNames.released(key);
+}
+
+void CVBATools::RemoveAllItems()
+{
+    while (Count() >= 1)
+        m_tools.RemoveAt(1);
+    m_freeNames.clear();
+}
+
+void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
+{
+    const ToolPtr kept = tool; // the argument may be the collection's own reference
+    Remove(kept->Description);
+    kept->Description = newName;
+    Add(kept);
+}
+
+bool CVBATools::Load(const QString &FileName)
+{
+    ErrorDescription.clear();
+    try {
+        const QByteArray bytes = readFile(FileName);
+        BmtReader reader(bytes);
+        if (reader.readHeader(m_header, m_storage.codePage)) {
+            qint64 pictureMemory = pictureMemoryFor(bytes.size());
+            BmtFormat::Record record;
+            while (reader.readRecord(record))
+                addRecord(record, pictureMemory);
+        }
+    } catch (const VbError &error) {
+        ErrorDescription = error.description();
+        return false;
+    }
+    ToolSetName = FileName;
+    return true;
+}
+
+void CVBATools::addRecord(const BmtFormat::Record &record, qint64 &pictureMemory)
+{
+    const CodePage &codePage = m_storage.codePage;
+    const auto trimmed = [&](QByteArrayView text) { return codePage.decode(trimmedBlanks(text)); };
+    auto tool = std::make_shared<CVBATool>();
+    tool->Description = trimmed(record.name);
+    tool->FileName = trimmed(record.location);
+    tool->ToolType = record.kind;
+    tool->AccessOptions = record.accessOptions;
+    tool->Hotkey = trimmed(record.hotkey);
+    tool->AppName16 = trimmed(record.appName16);
+    tool->AppName32 = trimmed(record.appName32);
+    tool->FLAGS = record.events;
+    if (m_header.FileVersion != BmtFormat::oldVersion)
+        tool->VBEvents = record.events;
+    else
+        tool->FLAGS &= ~1;
+    tool->CommandLine = trimmed(record.commandLine);
+    tool->Enabled = VbBool::fromRaw(record.enabled);
+    tool->HelpString = codePage.decode(record.help);
+    tool->HelpId = record.helpId;
+    if (hasBitmap(record.picture)) {
+        // The scratch file is what other programs expect to find; the picture itself is taken from
+        // the bytes at hand, so a scratch file that cannot be written costs nothing.
+        m_storage.scratch.write(record.picture);
+        const auto picture = Picture::decode(record.picture, pictureMemory);
+        if (!picture) {
+            throw fileError(QStringLiteral("The button picture of the tool \"%1\" is not a bitmap "
+                                           "that can be read.")
+                                .arg(tool->Description));
+        }
+        tool->Picture = *picture;
+    }
+    Add(tool); // With AllowDupes false a second tool of one name is dropped, as required.
+}
+
+QString CVBATools::LoadDescription(const QString &FileName)
+{
+    constexpr qint64 longestHeader = 6 + 2 * (2 + BmtFormat::longestString);
+    try {
+        const QByteArray bytes = readFile(FileName, longestHeader);
+        if (BmtReader(bytes).readHeader(m_header, m_storage.codePage))
+            return m_header.Description;
+    } catch (const VbError &) {
+        // A file that cannot be read has no description.
+    }
+    return {};
+}
+
+bool CVBATools::Save(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic)
+{
+    ErrorDescription.clear();
+    try {
+        write(FileName, ToolNames, ctlPic);
+    } catch (const VbError &error) {
+        ErrorDescription = error.description();
+        return false;
+    }
+    m_header.FileVersion = BmtFormat::currentVersion;
+    m_header.Marker = BmtFormat::marker;
+    ToolSetName = FileName;
+    return true;
+}
+
+void CVBATools::write(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic)
+{
+    const qint64 size = checkStorable(ToolNames, ctlPic);
+    const QFileInfo info(FileName);
+    if (FileName.isEmpty())
+        throw fileError(QStringLiteral("The tool set has no file name."));
+    if (info.isDir())
+        throw fileError(QStringLiteral("\"%1\" is a folder, not a file.").arg(shown(FileName)));
+
+    // Opened without touching the content, so that a file that may not be written is neither
+    // backed up nor spoilt.
+    QFile file(FileName);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+        throw fileError(QStringLiteral("\"%1\" cannot be written: %2.")
+                            .arg(shown(FileName), file.errorString()));
+    }
+    const qint64 formerSize = file.size();
+    const QStorageInfo disk(info.absolutePath());
+    if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() + formerSize < size) {
+        if (formerSize == 0)
+            file.remove();
+        throw fileError(QStringLiteral("There is no room for \"%1\": %L2 bytes are needed and %L3 "
+                                       "are free. The file is as it was.")
+                            .arg(shown(FileName))
+                            .arg(size)
+                            .arg(disk.bytesAvailable() + formerSize));
+    }
+    // Backed up before the content goes. A backup that fails never stops the save.
+    const QString backup = m_storage.backups.backup(FileName);
+    try {
+        if (!file.resize(0))
+            throw fileError(file.errorString());
+        BmtWriter writer(file);
+        writeTools(writer, ToolNames, ctlPic, false);
+        if (!writer.flush())
+            throw fileError(QStringLiteral("\"%1\" could not be written completely: %2.")
+                                .arg(shown(FileName), file.errorString()));
+    } catch (const VbError &error) {
+        if (backup.isEmpty())
+            throw;
+        throw VbError(error.number(), error.source(),
+                      QStringLiteral("%1 The former content of the file is kept in \"%2\".")
+                          .arg(error.description(), backup));
+    }
+}
+
+qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const
+{
+    const CodePage &codePage = m_storage.codePage;
+    const auto check = [&](const NamedText &item, const QString &toolName) {
+        const qsizetype bad = codePage.firstUnencodable(item.text);
+        QString problem;
+        if (bad >= 0) {
+            const QString rest = item.text.mid(bad, 2);
+            problem = QStringLiteral("the code page %1 has no character \"%2\"")
+                          .arg(codePage.number())
+                          .arg(rest.left(rest.at(0).isHighSurrogate() ? 2 : 1));
+        } else if (item.text.size() > BmtFormat::longestString) {
+            problem = lengthProblem(item.text.size());
+        } else {
+            return item.text.size() + 2;
+        }
+        const QString owner = toolName.isNull()
+            ? QStringLiteral("the tool set")
+            : QStringLiteral("the tool \"%1\"").arg(toolName);
+        throw fileError(QStringLiteral("The %1 of %2 cannot be stored: %3.")
+                            .arg(QString(item.field), owner, problem));
+    };
+
+    qint64 size = 6;
+    size += check({QLatin1StringView("long description"), m_header.LongDescription}, QString());
+    size += check({QLatin1StringView("description"), m_header.Description}, QString());
+    ctlPic.setPicture(QImage());
+    const qint64 pictureSize = 10 + Picture::encodeBitmap(ctlPic.Image()).size() + 1;
+    constexpr qint64 numbersSize = 2 + 2 + 4 + 2 + 2 + 2;
+    constexpr qint64 reservedTextSize = 2;
+    for (const QString &name : ToolNames) {
+        if (!m_tools.contains(name))
+            continue; // found out in its turn, while writing
+        const CVBATool &tool = *m_tools.Item(name);
+        // Not the empty name, which stands for the set.
+        const QString owner = tool.Description.isNull() ? QStringLiteral("") : tool.Description;
+        const NamedText texts[] = {
+            {QLatin1StringView("name"), tool.Description},
+            {QLatin1StringView("location"), tool.FileName},
+            {QLatin1StringView("hot key"), tool.Hotkey},
+            {QLatin1StringView("second application name"), tool.AppName16},
+            {QLatin1StringView("command line"), tool.CommandLine},
+            {QLatin1StringView("help text"), tool.HelpString},
+            {QLatin1StringView("application name"), tool.AppName32},
+        };
+        for (const NamedText &text : texts)
+            size += check(text, owner);
+        size += numbersSize + reservedTextSize + pictureSize;
+    }
+    return size;
+}
+
+void CVBATools::writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic,
+                           bool lossy) const
+{
+    const auto encode = [&](const QString &text) {
+        const CodePage &codePage = m_storage.codePage;
+        if (lossy)
+            return codePage.encodeLossy(text).left(BmtFormat::longestString);
+        return codePage.encode(text).value_or(QByteArray());
+    };
+    writer.writeHeader(m_header.FLAGS, encode(m_header.LongDescription),
+                       encode(m_header.Description));
+    for (const QString &name : ToolNames) {
+        if (lossy && !m_tools.contains(name))
+            continue;
+        const CVBATool &tool = *m_tools.Item(name);
+        const QByteArray texts[] = {encode(tool.Description), encode(tool.FileName),
+                                    encode(tool.Hotkey),      encode(tool.AppName16),
+                                    encode(tool.CommandLine), encode(tool.HelpString),
+                                    encode(tool.AppName32)};
+        ctlPic.setPicture(tool.Picture);
+        QByteArray picture = Picture::encodeBitmap(ctlPic.Image());
+        m_storage.scratch.write(picture);
+        picture.append('\0'); // Kept: the array runs from 0 to the file's length inclusive.
+        BmtFormat::Record record;
+        record.name = texts[0];
+        record.location = texts[1];
+        record.hotkey = texts[2];
+        record.appName16 = texts[3];
+        record.kind = tool.ToolType;
+        record.accessOptions = tool.AccessOptions;
+        record.events = tool.VBEvents & BmtFormat::storedEvents;
+        record.commandLine = texts[4];
+        record.help = texts[5];
+        record.enabled = tool.Enabled.raw();
+        record.helpId = tool.HelpId;
+        record.appName32 = texts[6];
+        record.picture = picture;
+        writer.writeRecord(record);
+        if (!writer.ok())
+            return;
+    }
+}
+
+QString CVBATools::SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic) const
+{
+    QString name = QFileInfo(ToolSetName).fileName();
+    if (name.isEmpty())
+        name = QStringLiteral("Untitled.bmt");
+    const QString path = m_storage.recovery.newPathFor(name);
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return {};
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    BmtWriter writer(file);
+    writeTools(writer, ToolNames, ctlPic, true);
+    if (!writer.flush()) {
+        file.remove();
+        return {};
+    }
+    return path;
+}

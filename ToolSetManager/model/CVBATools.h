@@ -1,0 +1,92 @@
+#pragma once
+
+#include "model/BmtFormat.h"
+#include "model/CVBATool.h"
+#include "model/FreeNames.h"
+#include "platform/KeyedCollection.h"
+
+#include <QStringList>
+
+class BmtWriter;
+class PictureBox;
+struct ToolSetStorage;
+
+/// One tool set: tools in order, each found by its name without regard to letter case, with the
+/// set's own values and the reading and writing of its file. Positions are 1-based.
+class CVBATools
+{
+public:
+    /// The storage is borrowed.
+    explicit CVBATools(ToolSetStorage &storage);
+
+    // --- Fields ---
+    QString ToolSetName; ///< Path of the file last loaded or saved; empty for a new set.
+    QString ErrorDescription; ///< Why the last Load or Save failed.
+
+    // --- Properties ---
+    /// When true, Add renames a tool whose name is taken instead of refusing it.
+    bool AllowDupes() const { return m_allowDupes; }
+    void setAllowDupes(bool on) { m_allowDupes = on; }
+    int Count() const { return m_tools.Count(); }
+    QString Description() const { return m_header.Description; }
+    void setDescription(const QString &text) { m_header.Description = text; }
+    QString LongDescription() const { return m_header.LongDescription; } ///< RTF, or empty.
+    void setLongDescription(const QString &rtf) { m_header.LongDescription = rtf; }
+    /// 0 for a set never loaded and for one in the oldest layout.
+    qint16 FileVersion() const { return m_header.FileVersion; }
+    qint32 FLAGS() const { return m_header.FLAGS; }
+    /// Throws VbError::Overflow outside -32768..32767, the range of the file.
+    void setFLAGS(qint32 flags);
+
+    // --- The tools ---
+    /// Appends the tool. A tool without a name, or any tool while AllowDupes is true, gets a free
+    /// name first. False when the name is taken or no free one was found; nothing changed then.
+    bool Add(const ToolPtr &tool);
+    /// Both throw VbError: InvalidCall for a missing key, SubscriptOutOfRange for a position.
+    const ToolPtr &Item(const QString &key) const { return m_tools.Item(key); }
+    const ToolPtr &Item(int position) const { return m_tools.Item(position); }
+    const KeyedCollection<ToolPtr> &Items() const { return m_tools; }
+    auto begin() const { return m_tools.begin(); }
+    auto end() const { return m_tools.end(); }
+    /// A missing key is ignored.
+    void Remove(const QString &key);
+    void RemoveAllItems();
+    /// Takes the tool out under its current name, names it anew and adds it again, at the end.
+    /// The result of adding is not looked at: with AllowDupes false and a taken name the tool
+    /// drops out of the set.
+    void Rename(const ToolPtr &tool, const QString &newName);
+
+    // --- The file ---
+    /// Adds the file's tools to the set and takes over its header. A file that is no tool set
+    /// counts as loaded, with no tools; a record cut off at the end is dropped. False sets
+    /// `ErrorDescription`; tools added before the error stay.
+    bool Load(const QString &FileName);
+    /// The description in the file's header, which is read into this very set; empty when it
+    /// cannot be read.
+    QString LoadDescription(const QString &FileName);
+    /// Writes the tools named by \a ToolNames, in that order; \a ctlPic renders their pictures.
+    /// What cannot be stored (a character outside the code page, a string longer than its count
+    /// can tell, more than the disk has room for) is refused before an existing file is touched;
+    /// after that the former content is backed up, and a failure leaves the file as far as it was
+    /// written. False sets `ErrorDescription`, which says where the former content is.
+    bool Save(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
+    /// Writes the set as it stands, whatever it holds, to a new file in the recovery folder:
+    /// unknown names are left out, characters outside the code page become "?", strings are cut
+    /// to fit. Returns the path; empty when that failed too.
+    QString SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic) const;
+
+private:
+    /// As Save(), but throws VbError.
+    void write(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
+    /// Throws VbError when a text cannot be stored; else the size of the file in bytes.
+    qint64 checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const;
+    void writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic,
+                    bool lossy) const;
+    void addRecord(const BmtFormat::Record &record, qint64 &pictureMemory);
+
+    ToolSetStorage &m_storage;
+    KeyedCollection<ToolPtr> m_tools;
+    FreeNames m_freeNames;
+    BmtFormat::Header m_header;
+    bool m_allowDupes = false;
+};

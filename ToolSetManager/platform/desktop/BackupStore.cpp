@@ -1,0 +1,102 @@
+#include "platform/desktop/BackupStore.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr auto folderOwnerOnly
+    = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+constexpr auto fileOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+bool makePrivate(const QString &folder)
+{
+    return QDir().mkpath(folder) && QFile::setPermissions(folder, folderOwnerOnly);
+}
+
+/// Universal time: local time repeats an hour a year, and the names must sort by age.
+QString dateStamp()
+{
+    return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+}
+
+/// Two files of one name in different folders must not push each other's copies out.
+QString folderNameFor(const QFileInfo &file)
+{
+    const QByteArray hash = QCryptographicHash::hash(file.absoluteFilePath().toUtf8(),
+                                                     QCryptographicHash::Sha1);
+    return file.completeBaseName().left(60) + u'-' + QString::fromLatin1(hash.toHex().left(12));
+}
+
+} // namespace
+
+BackupStore::BackupStore(const QString &folder)
+    : m_folder(folder)
+{
+}
+
+QString BackupStore::backup(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.isFile() || file.size() == 0 || m_folder.isEmpty())
+        return {};
+    const QString folder = m_folder + u'/' + folderNameFor(file);
+    if (!makePrivate(m_folder) || !makePrivate(folder))
+        return {};
+    const QString copy = folder + u'/'
+        + dateStamp() + u'-'
+        + file.fileName().right(100);
+    if (!QFile::copy(path, copy)) {
+        QFile::remove(copy); // what a full disk left of it
+        return {};
+    }
+    QFile::setPermissions(copy, fileOwnerOnly);
+    prune(folder, copy);
+    return QDir::toNativeSeparators(copy);
+}
+
+QString BackupStore::newPathFor(const QString &name)
+{
+    if (m_folder.isEmpty() || !makePrivate(m_folder))
+        return {};
+    const QString dated = dateStamp();
+    for (int i = 0;; ++i) {
+        const QString path = m_folder + u'/' + dated
+            + (i == 0 ? QString() : QStringLiteral("-%1").arg(i)) + u'-' + name.right(100);
+        if (!QFileInfo::exists(path))
+            return QDir::toNativeSeparators(path);
+    }
+}
+
+void BackupStore::prune(const QString &folder, const QString &newest)
+{
+    // The dated names sort by age.
+    QStringList own = QDir(folder).entryList(QDir::Files, QDir::Name);
+    while (own.size() > keptPerFile)
+        QFile::remove(folder + u'/' + own.takeFirst());
+
+    QList<QFileInfo> all;
+    qint64 bytes = 0;
+    QDirIterator walk(m_folder, QDir::Files, QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        walk.next();
+        all.append(walk.fileInfo());
+        bytes += walk.fileInfo().size();
+    }
+    std::sort(all.begin(), all.end(), [](const QFileInfo &a, const QFileInfo &b) {
+        return a.fileName() < b.fileName();
+    });
+    for (const QFileInfo &file : std::as_const(all)) {
+        if (bytes <= keptBytes)
+            break;
+        if (file.absoluteFilePath() == QFileInfo(newest).absoluteFilePath())
+            continue;
+        if (QFile::remove(file.absoluteFilePath()))
+            bytes -= file.size();
+    }
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+/// Keeps copies of files that are about to be overwritten or of work that would otherwise be lost.
+/// Everything in it is readable by the user alone.
+class BackupStore
+{
+public:
+    static constexpr int keptPerFile = 10;
+    static constexpr qint64 keptBytes = 200LL * 1024 * 1024;
+
+    /// \a folder holds one folder of dated copies for each file; it is made when first needed.
+    explicit BackupStore(const QString &folder);
+
+    /// Copies \a path, when it exists and is not empty, to a dated file and drops the oldest
+    /// copies: all but the last ten of this file, then the oldest of all files until 200 MB are
+    /// left. The newest copy of a file is never dropped for another file's sake within the call
+    /// that made it. Returns the copy's path; empty when there was nothing to copy or it failed.
+    QString backup(const QString &path);
+
+    /// A path at which a copy of a file named \a name may be written; it does not exist yet, its
+    /// folder does. Empty when the folder cannot be made.
+    QString newPathFor(const QString &name);
+
+private:
+    void prune(const QString &folder, const QString &newest);
+
+    QString m_folder;
+};

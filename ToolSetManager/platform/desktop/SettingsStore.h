@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QString>
+
+/// The per-user settings store that the program shares with the add-in: text values by
+/// application, section and key. Keys differ by letter case.
+///
+/// One file for each application, "<application>.conf" in the user's configuration directory,
+/// with one [section] for each section; on Windows the registry key under which Visual Basic
+/// programs keep their settings.
+class SettingsStore
+{
+public:
+    /// \a folder is where the files lie; empty means the user's configuration directory.
+    explicit SettingsStore(const QString &folder = {});
+
+    QString GetSetting(const QString &application, const QString &section, const QString &key,
+                       const QString &fallback = {}) const;
+
+    /// All name and value pairs of a section; empty when the section is missing or unreadable.
+    QList<QPair<QString, QString>> GetAllSettings(const QString &application,
+                                                  const QString &section) const;
+
+    /// Throws VbError::DeviceError when the value could not be stored.
+    void SaveSetting(const QString &application, const QString &section, const QString &key,
+                     const QString &value);
+
+private:
+    QString m_folder;
+};

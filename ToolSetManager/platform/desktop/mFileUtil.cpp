@@ -1,0 +1,89 @@
+#include "platform/desktop/mFileUtil.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+bool isSeparator(QChar c)
+{
+    return c == u'/' || c == QDir::separator();
+}
+
+/// Continues in \a folder with the names from \a first on; empty when no spelling of them exists.
+QString spellingBelow(const QString &folder, const QStringList &names, qsizetype first)
+{
+    if (first == names.size())
+        return folder;
+    const QDir dir(folder);
+    QStringList candidates;
+    if (QFileInfo::exists(dir.filePath(names[first]))) {
+        candidates.append(names[first]);
+    }
+    // Compared in upper case, because that is the form in which the recent files are kept.
+    const QString wanted = names[first].toUpper();
+    const auto entries
+        = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &entry : entries) {
+        if (entry.toUpper() == wanted && !candidates.contains(entry))
+            candidates.append(entry);
+    }
+    for (const QString &candidate : std::as_const(candidates)) {
+        const QString found = spellingBelow(dir.filePath(candidate), names, first + 1);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+} // namespace
+
+namespace mFileUtil {
+
+QString ProgramFolder()
+{
+    return AddSeparator(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
+}
+
+QString AddSeparator(const QString &folder)
+{
+    if (folder.isEmpty() || isSeparator(folder.back()))
+        return folder;
+    return folder + QDir::separator();
+}
+
+QString UsableFolder(const QString &wanted)
+{
+    if (QFileInfo(wanted).isDir() || QDir().mkpath(wanted))
+        return wanted;
+    QString name = QDir::fromNativeSeparators(wanted);
+    while (name.endsWith(u'/'))
+        name.chop(1);
+    return UserDataFolder(name.section(u'/', -1));
+}
+
+QString UserDataFolder(const QString &name)
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const QString folder = base + u'/' + name;
+    if (base.isEmpty() || !QDir().mkpath(folder))
+        return {};
+    constexpr auto userOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    QFile::setPermissions(base, userOnly);
+    QFile::setPermissions(folder, userOnly);
+    return QDir::toNativeSeparators(folder);
+}
+
+QString RealSpelling(const QString &path)
+{
+    const QString absolute = QDir::cleanPath(QDir::fromNativeSeparators(path));
+    if (!QDir::isAbsolutePath(absolute))
+        return {};
+    const qsizetype rootLength = absolute.indexOf(u'/') + 1;
+    const QStringList names = absolute.mid(rootLength).split(u'/', Qt::SkipEmptyParts);
+    return QDir::toNativeSeparators(spellingBelow(absolute.left(rootLength), names, 0));
+}
+
+} // namespace mFileUtil

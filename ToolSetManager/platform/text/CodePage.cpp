@@ -1,0 +1,146 @@
+#include "platform/text/CodePage.h"
+
+#include <QStringDecoder>
+
+namespace {
+
+constexpr char16_t undefinedBase = 0xF700;
+
+bool isKnown(int number)
+{
+    return (number >= 1250 && number <= 1258) || number == 874;
+}
+
+} // namespace
+
+CodePage::CodePage(int number)
+    : m_number(isKnown(number) ? number : 1252)
+{
+    auto tables = std::make_shared<Tables>();
+    tables->toByte.fill(0);
+    const QByteArray name = "windows-" + QByteArray::number(m_number);
+    for (int byte = 0; byte < 256; ++byte) {
+        char16_t character = static_cast<char16_t>(byte);
+        if (byte >= 0x80) {
+            // A decoder for each byte: some of the converters keep state between calls.
+            QStringDecoder decoder(name.constData(), QStringDecoder::Flag::Stateless);
+            const char raw = static_cast<char>(byte);
+            const QString text = decoder.isValid() ? decoder(QByteArrayView(&raw, 1)) : QString();
+            const bool defined = text.size() == 1 && !decoder.hasError()
+                && text[0] != QChar::ReplacementCharacter
+                && tables->toByte[text[0].unicode()] == 0;
+            character = defined ? text[0].unicode() : static_cast<char16_t>(undefinedBase + byte);
+        }
+        const auto index = static_cast<size_t>(byte);
+        tables->toUnicode[index] = character;
+        tables->toByte[character] = static_cast<uchar>(byte);
+    }
+    m_tables = std::move(tables);
+}
+
+int CodePage::numberForLocale(const QLocale &locale)
+{
+    const bool cyrillic = locale.script() == QLocale::CyrillicScript;
+    switch (locale.language()) {
+    case QLocale::Czech:
+    case QLocale::Slovak:
+    case QLocale::Polish:
+    case QLocale::Hungarian:
+    case QLocale::Romanian:
+    case QLocale::Croatian:
+    case QLocale::Slovenian:
+    case QLocale::Albanian:
+        return 1250;
+    case QLocale::Bosnian:
+    case QLocale::Serbian:
+    case QLocale::Uzbek:
+    case QLocale::Azerbaijani:
+        if (cyrillic)
+            return 1251;
+        return locale.language() == QLocale::Bosnian || locale.language() == QLocale::Serbian ? 1250
+                                                                                              : 1254;
+    case QLocale::Russian:
+    case QLocale::Ukrainian:
+    case QLocale::Belarusian:
+    case QLocale::Bulgarian:
+    case QLocale::Macedonian:
+    case QLocale::Kazakh:
+    case QLocale::Kirghiz:
+    case QLocale::Tatar:
+    case QLocale::Mongolian:
+        return 1251;
+    case QLocale::Greek:
+        return 1253;
+    case QLocale::Turkish:
+        return 1254;
+    case QLocale::Hebrew:
+        return 1255;
+    case QLocale::Arabic:
+    case QLocale::Persian:
+    case QLocale::Urdu:
+        return 1256;
+    case QLocale::Estonian:
+    case QLocale::Latvian:
+    case QLocale::Lithuanian:
+        return 1257;
+    case QLocale::Vietnamese:
+        return 1258;
+    case QLocale::Thai:
+        return 874;
+    default:
+        return 1252;
+    }
+}
+
+QString CodePage::decode(QByteArrayView bytes) const
+{
+    QString text(bytes.size(), Qt::Uninitialized);
+    QChar *to = text.data();
+    for (const char byte : bytes)
+        *to++ = QChar(m_tables->toUnicode[static_cast<uchar>(byte)]);
+    return text;
+}
+
+std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex) const
+{
+    QByteArray bytes(text.size(), Qt::Uninitialized);
+    char *to = bytes.data();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t character = text[i].unicode();
+        const uchar byte = m_tables->toByte[character];
+        if (byte == 0 && character != 0) {
+            if (badIndex)
+                *badIndex = i;
+            return std::nullopt;
+        }
+        to[i] = static_cast<char>(byte);
+    }
+    return bytes;
+}
+
+QByteArray CodePage::encodeLossy(QStringView text) const
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (const QChar character : text) {
+        const uchar byte = m_tables->toByte[character.unicode()];
+        if (byte == 0 && !character.isNull()) {
+            // One mark for a character outside the basic plane, not one for each half of it.
+            if (!character.isLowSurrogate())
+                bytes.append('?');
+        } else {
+            bytes.append(static_cast<char>(byte));
+        }
+    }
+    return bytes;
+}
+
+qsizetype CodePage::firstUnencodable(QStringView text) const
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t character = text[i].unicode();
+        if (m_tables->toByte[character] == 0 && character != 0)
+            return i;
+    }
+    return -1;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cmath>
+
+/// A length in twips (1440 to the inch), the unit of stored window positions and of print layout.
+/// A type of its own, so that a length in pixels cannot be taken for one.
+struct Twips {
+    static constexpr double perInch = 1440;
+    static constexpr double classicDpi = 96; ///< 15 twips a pixel.
+
+    int value = 0;
+
+    /// \a dpi is the logical resolution of the screen (QScreen::logicalDotsPerInch).
+    static Twips fromPixels(double pixels, double dpi = classicDpi)
+    {
+        return Twips {static_cast<int>(std::lround(pixels * perInch / dpi))};
+    }
+    int toPixels(double dpi = classicDpi) const
+    {
+        return static_cast<int>(std::lround(value * dpi / perInch));
+    }
+
+    friend bool operator==(Twips, Twips) = default;
+    friend auto operator<=>(Twips, Twips) = default;
+    friend Twips operator+(Twips a, Twips b) { return Twips {a.value + b.value}; }
+    friend Twips operator-(Twips a, Twips b) { return Twips {a.value - b.value}; }
+};
