@@ -1,0 +1,60 @@
+#include "model/ToolSetStorage.h"
+#include "platform/desktop/SettingsStore.h"
+#include "platform/desktop/SingleInstance.h"
+#include "platform/desktop/mFileUtil.h"
+#include "shell/MDI.h"
+#include "shell/Settings.h"
+#include "shell/mTSM.h"
+#include "toolset/frmToolSet.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
+#include <QStandardPaths>
+
+namespace {
+
+/// The command line's words as one path. A relative one becomes absolute when it names a file,
+/// because recent files are opened from other folders than this.
+QString pathFromCommandLine(const QStringList &arguments)
+{
+    const QString path = arguments.mid(1).join(u' ');
+    const QFileInfo file(path);
+    if (!path.trimmed().isEmpty() && file.isRelative() && file.exists())
+        return QDir::toNativeSeparators(file.absoluteFilePath());
+    return path;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QString::fromUtf16(MDI::caption));
+    QApplication::setApplicationVersion(QStringLiteral(TSM_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("ToolSetManager"));
+
+    SingleInstance instance(QString::fromUtf16(MDI::windowClass),
+                            QString::fromUtf16(MDI::caption));
+    if (!instance.claim()) {
+        instance.askFirstToComeForward();
+        return 0;
+    }
+
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg")));
+    SettingsStore store;
+    Settings settings(mFileUtil::ProgramFolder());
+    ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
+                           QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
+                           QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    mTSM state;
+    const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {
+        return new frmToolSet(frame, state, settings, storage);
+    };
+    MDI frame(state, settings, store, makeDocument,
+              pathFromCommandLine(QCoreApplication::arguments()));
+    QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
+    frame.show();
+    return QApplication::exec();
+}

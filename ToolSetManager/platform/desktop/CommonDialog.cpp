@@ -1,0 +1,82 @@
+#include "platform/desktop/CommonDialog.h"
+
+#include "platform/VbError.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace {
+
+/// The form in which the toolkit wants a file type: "description (pattern pattern)".
+QString toolkitFilter(const CommonDialog::FilterEntry &entry)
+{
+    QStringList patterns;
+    const QStringList parts = entry.patterns.split(u';');
+    for (const QString &part : parts) {
+        // On Windows "*.*" means every file, also one without a dot.
+        const QString pattern = part.trimmed();
+        patterns.append(pattern == QStringLiteral("*.*") ? QStringLiteral("*") : pattern);
+    }
+    return entry.description + QStringLiteral(" (") + patterns.join(u' ') + u')';
+}
+
+} // namespace
+
+QList<CommonDialog::FilterEntry> CommonDialog::filterEntries(const QString &filter)
+{
+    QList<FilterEntry> entries;
+    if (filter.isEmpty())
+        return entries;
+    const QStringList parts = filter.split(u'|');
+    for (qsizetype i = 0; i < parts.size(); i += 2)
+        entries.append({parts[i], i + 1 < parts.size() ? parts[i + 1] : parts[i]});
+    return entries;
+}
+
+bool CommonDialog::ShowOpen()
+{
+    QFileDialog dialog(m_parent);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode((Flags & FileMustExist) != 0 ? QFileDialog::ExistingFile
+                                                    : QFileDialog::AnyFile);
+    return run(dialog);
+}
+
+bool CommonDialog::ShowSave()
+{
+    QFileDialog dialog(m_parent);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, (Flags & OverwritePrompt) == 0);
+    dialog.setDefaultSuffix(DefaultExt);
+    return run(dialog);
+}
+
+bool CommonDialog::run(QFileDialog &dialog)
+{
+    dialog.setWindowTitle(DialogTitle);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    QStringList filters;
+    const auto entries = filterEntries(Filter);
+    for (const FilterEntry &entry : entries)
+        filters.append(toolkitFilter(entry));
+    dialog.setNameFilters(filters);
+    if (!InitDir.isEmpty())
+        dialog.setDirectory(InitDir);
+    if (!FileName.isEmpty()) {
+        const QFileInfo proposed(FileName);
+        if (proposed.isAbsolute() && proposed.absoluteDir().exists())
+            dialog.setDirectory(proposed.absoluteDir());
+        dialog.selectFile(proposed.fileName());
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        if (CancelError) {
+            throw VbError(cancelled, QStringLiteral("CommonDialog"),
+                          QStringLiteral("Cancel was selected."));
+        }
+        return false;
+    }
+    FileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    return true;
+}

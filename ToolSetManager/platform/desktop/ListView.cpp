@@ -1,0 +1,303 @@
+#include "platform/desktop/ListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QMouseEvent>
+#include <QStackedWidget>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+/// Edits labels and draws ghosted rows.
+class LabelDelegate : public QStyledItemDelegate
+{
+public:
+    explicit LabelDelegate(ListView *owner)
+        : QStyledItemDelegate(owner)
+        , m_owner(owner)
+    {
+    }
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                          const QModelIndex &index) const override
+    {
+        auto *editor = new QLineEdit(parent);
+        editor->setAccessibleName(
+            index.model()->headerData(index.column(), Qt::Horizontal).toString());
+        Q_EMIT m_owner->BeforeLabelEdit();
+        return editor;
+    }
+
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override
+    {
+        // Called again whenever the model says that the row has changed, which must not throw away
+        // what was typed.
+        auto *line = qobject_cast<QLineEdit *>(editor);
+        if (!line->isModified())
+            line->setText(index.data(Qt::DisplayRole).toString());
+    }
+
+    void setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
+    {
+        const QString text = qobject_cast<QLineEdit *>(editor)->text();
+        if (text != index.data(Qt::DisplayRole).toString())
+            Q_EMIT m_owner->AfterLabelEdit(index.row(), text);
+    }
+
+    void destroyEditor(QWidget *editor, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::destroyEditor(editor, index);
+        Q_EMIT m_owner->labelEditEnded();
+    }
+
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        // Pictures differ in size; the labels stand in line all the same.
+        option->decorationSize = option->widget
+            ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
+            : option->decorationSize;
+        if (index.data(ListView::GhostedRole).toBool()) {
+            QColor faint = option->palette.color(QPalette::Text);
+            faint.setAlphaF(0.45F);
+            option->palette.setColor(QPalette::Text, faint);
+            option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Disabled));
+        }
+    }
+
+private:
+    ListView *m_owner;
+};
+
+ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *parent)
+    : QWidget(parent)
+    , m_stack(new QStackedWidget(this))
+    , m_report(new QTreeView)
+    , m_list(new QListView)
+    , m_delegate(new LabelDelegate(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_stack);
+
+    m_report->setRootIsDecorated(false);
+    m_report->setItemsExpandable(false);
+    m_report->setUniformRowHeights(true);
+    m_report->setAllColumnsShowFocus(true);
+    m_report->header()->setSectionsClickable(true);
+    m_report->header()->setSectionsMovable(false);
+    m_report->header()->setSortIndicatorShown(true);
+    m_report->header()->setSortIndicator(-1, Qt::AscendingOrder);
+    connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
+
+    m_list->setFlow(QListView::TopToBottom);
+    m_list->setWrapping(true);
+    m_list->setResizeMode(QListView::Adjust);
+    m_list->setUniformItemSizes(true);
+    m_list->setSpacing(1);
+
+    setUpView(m_report, name, pictureSize);
+    setUpView(m_list, name, pictureSize);
+    m_stack->setCurrentWidget(m_report);
+    setFocusProxy(m_report);
+}
+
+void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize)
+{
+    view->setAccessibleName(name);
+    view->setIconSize(pictureSize);
+    view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+    view->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view->setItemDelegate(m_delegate);
+    view->installEventFilter(this);
+    view->viewport()->installEventFilter(this);
+    connect(view, &QAbstractItemView::clicked, this, &ListView::Click);
+    m_stack->addWidget(view);
+}
+
+void ListView::setModel(QAbstractItemModel *model)
+{
+    m_model = model;
+    m_report->setModel(model);
+    m_list->setModel(model);
+    QItemSelectionModel *own = m_list->selectionModel();
+    m_list->setSelectionModel(m_report->selectionModel());
+    delete own;
+}
+
+int ListView::View() const
+{
+    return m_stack->currentWidget() == m_list ? lvwList : lvwReport;
+}
+
+void ListView::setView(int view)
+{
+    QAbstractItemView *to = nullptr;
+    if (view == lvwList)
+        to = m_list;
+    else if (view == lvwReport)
+        to = m_report;
+    if (!to || to == m_stack->currentWidget())
+        return;
+    const bool focused = m_stack->currentWidget()->hasFocus();
+    m_stack->setCurrentWidget(to);
+    setFocusProxy(to);
+    if (focused)
+        to->setFocus();
+}
+
+QAbstractItemView *ListView::currentView() const
+{
+    return View() == lvwList ? static_cast<QAbstractItemView *>(m_list) : m_report;
+}
+
+int ListView::SelectedItem() const
+{
+    const QItemSelectionModel *selection = m_report->selectionModel();
+    const QModelIndex current = selection->currentIndex();
+    if (current.isValid() && selection->isRowSelected(current.row()))
+        return current.row();
+    int first = -1;
+    const QItemSelection ranges = selection->selection();
+    for (const QItemSelectionRange &range : ranges) {
+        if (first < 0 || range.top() < first)
+            first = range.top();
+    }
+    return first;
+}
+
+QList<int> ListView::selectedRows() const
+{
+    QList<int> rows;
+    const QItemSelection ranges = m_report->selectionModel()->selection();
+    for (const QItemSelectionRange &range : ranges) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+bool ListView::isSelected(int row) const
+{
+    return m_report->selectionModel()->isRowSelected(row);
+}
+
+void ListView::UnselectAll()
+{
+    m_report->selectionModel()->clearSelection();
+}
+
+void ListView::setSelectedItem(int row)
+{
+    selectRows({row});
+}
+
+void ListView::selectRows(const QList<int> &rows)
+{
+    QItemSelectionModel *selection = m_report->selectionModel();
+    if (rows.isEmpty()) {
+        selection->clearSelection();
+        return;
+    }
+    // Neighbours become one range: thousands of single rows would make the selection slow.
+    QList<int> sorted = rows;
+    std::sort(sorted.begin(), sorted.end());
+    const int lastColumn = m_model->columnCount() - 1;
+    QItemSelection ranges;
+    for (qsizetype from = 0; from < sorted.size();) {
+        qsizetype to = from;
+        while (to + 1 < sorted.size() && sorted[to + 1] <= sorted[to] + 1)
+            ++to;
+        ranges.append(QItemSelectionRange(m_model->index(sorted[from], 0),
+                                          m_model->index(sorted[to], lastColumn)));
+        from = to + 1;
+    }
+    const QModelIndex first = m_model->index(rows.constFirst(), 0);
+    selection->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selection->select(ranges, QItemSelectionModel::ClearAndSelect);
+    currentView()->scrollTo(first);
+}
+
+void ListView::StartLabelEdit()
+{
+    const int row = SelectedItem();
+    if (row < 0)
+        return;
+    const QModelIndex index = m_model->index(row, 0);
+    m_report->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    currentView()->edit(index);
+}
+
+void ListView::setColumnWidth(int column, int width)
+{
+    m_report->setColumnWidth(column, width);
+}
+
+void ListView::setSortIndicator(int column, Qt::SortOrder order)
+{
+    m_report->header()->setSortIndicator(column, order);
+}
+
+int ListView::HitTest(const QPoint &position) const
+{
+    const QModelIndex index = currentView()->indexAt(position);
+    return index.isValid() ? index.row() : -1;
+}
+
+QPoint ListView::menuPosition() const
+{
+    const QAbstractItemView *view = currentView();
+    QPoint position(4, 4);
+    const int row = SelectedItem();
+    if (row >= 0) {
+        const QRect item = view->visualRect(m_model->index(row, 0));
+        if (view->viewport()->rect().contains(item.center()))
+            position = item.center();
+    }
+    return view->viewport()->mapToGlobal(position);
+}
+
+bool ListView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        Q_EMIT MouseDown(mouse->button(), mouse->position().toPoint());
+    } else if (event->type() == QEvent::MouseButtonDblClick) {
+        if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+            Q_EMIT DblClick();
+    } else if (event->type() == QEvent::ContextMenu) {
+        return true; // the owner answers MouseDown and menuKeyPressed
+    }
+    return false;
+}
+
+bool ListView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_report->viewport() || watched == m_list->viewport())
+        return viewportEvent(event) || QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        m_pressedKey = key->key();
+        Q_EMIT KeyDown(key->key());
+    } else if (event->type() == QEvent::KeyRelease) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        // The release of a key that ended a label edit is none of the list's.
+        if (!key->isAutoRepeat() && key->key() == m_pressedKey)
+            Q_EMIT KeyUp(key->key());
+        m_pressedKey = 0;
+    } else if (event->type() == QEvent::FocusOut) {
+        m_pressedKey = 0;
+    } else if (event->type() == QEvent::ContextMenu) {
+        Q_EMIT menuKeyPressed();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}

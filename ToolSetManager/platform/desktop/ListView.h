@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QWidget>
+
+class LabelDelegate;
+class QAbstractItemModel;
+class QAbstractItemView;
+class QItemSelectionModel;
+class QListView;
+class QModelIndex;
+class QStackedWidget;
+class QTreeView;
+
+/// A list view: one model, shown either as a list of labels in columns or as a table with headers.
+/// Both views share one selection. Labels (column 0) are edited in place; the model's setData() is
+/// not used for that, the owner decides what becomes of the text. Rows for which `GhostedRole` is
+/// true are drawn faint.
+///
+/// "Selected item" is the item that has the focus within the selection; rows are counted from 0 in
+/// the order shown.
+class ListView : public QWidget
+{
+    Q_OBJECT
+public:
+    /// The values of `View`.
+    enum ViewConstants { lvwList = 2, lvwReport = 3 };
+    enum Role { GhostedRole = Qt::UserRole + 1 };
+
+    /// \a name is the accessible name of both views; \a pictureSize in logical pixels.
+    ListView(const QString &name, const QSize &pictureSize, QWidget *parent = nullptr);
+
+    /// The model is borrowed and must outlive the view.
+    void setModel(QAbstractItemModel *model);
+    QAbstractItemModel *model() const { return m_model; }
+
+    int View() const;
+    /// Other values than those of `ViewConstants` are ignored.
+    void setView(int view);
+
+    /// -1 when nothing is selected.
+    int SelectedItem() const;
+    QList<int> selectedRows() const; ///< Ascending.
+    bool isSelected(int row) const;
+    void UnselectAll();
+    /// Selects that row alone and gives it the focus.
+    void setSelectedItem(int row);
+    /// Selects exactly these rows; the first one gets the focus and is scrolled to.
+    void selectRows(const QList<int> &rows);
+
+    /// Starts the editing of the selected item's label, if there is one.
+    void StartLabelEdit();
+
+    void setColumnWidth(int column, int width); ///< Of the table; logical pixels.
+
+    /// Shows the sort arrow; none for column -1.
+    void setSortIndicator(int column, Qt::SortOrder order);
+
+    /// The row at a point of the current view's viewport; -1 for none.
+    int HitTest(const QPoint &position) const;
+    /// Where a menu for the selected item opens when the keyboard asks for it; global.
+    QPoint menuPosition() const;
+
+    QAbstractItemView *currentView() const;
+    QTreeView *reportView() const { return m_report; }
+    QListView *listView() const { return m_list; }
+
+Q_SIGNALS:
+    void ColumnClick(int column);
+    void BeforeLabelEdit();
+    void AfterLabelEdit(int row, const QString &NewString); ///< The text was changed and accepted.
+    void labelEditEnded(); ///< In whatever way.
+    void Click();
+    void DblClick();
+    void MouseDown(Qt::MouseButton button, const QPoint &position);
+    void KeyDown(int key);
+    void KeyUp(int key); ///< Only for a key that was pressed in the list too.
+    void menuKeyPressed();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize);
+    bool viewportEvent(QEvent *event);
+
+    QStackedWidget *m_stack;
+    QTreeView *m_report;
+    QListView *m_list;
+    LabelDelegate *m_delegate;
+    QAbstractItemModel *m_model = nullptr;
+    int m_pressedKey = 0;
+};

@@ -1,0 +1,59 @@
+#include "platform/desktop/MsgBox.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+
+namespace {
+
+QMessageBox::Icon iconOf(MsgBox::Icon icon)
+{
+    switch (icon) {
+    case MsgBox::Icon::Critical:
+        return QMessageBox::Critical;
+    case MsgBox::Icon::Question:
+        return QMessageBox::Question;
+    case MsgBox::Icon::Exclamation:
+        return QMessageBox::Warning;
+    case MsgBox::Icon::Information:
+        return QMessageBox::Information;
+    }
+    return QMessageBox::NoIcon;
+}
+
+} // namespace
+
+namespace MsgBox {
+
+Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, const QString &title)
+{
+    QMessageBox box(parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setWindowTitle(title.isEmpty() ? QCoreApplication::applicationName() : title);
+    box.setText(text);
+    box.setIcon(iconOf(icon));
+    switch (buttons) {
+    case Buttons::Ok:
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    case Buttons::YesNo:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+        break;
+    case Buttons::YesNoCancel:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        break;
+    }
+    box.setDefaultButton(buttons == Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    switch (box.exec()) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    default:
+        return Answer::Ok;
+    }
+}
+
+} // namespace MsgBox

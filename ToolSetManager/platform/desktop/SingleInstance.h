@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QLocalServer;
+class QLockFile;
+
+/// Sees to it that the program runs once in a user's session. A lock file, which is void as soon
+/// as its process is gone, decides who is first; a local socket beside it, open to the user alone,
+/// takes the requests of later starts.
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+public:
+    /// Window class and caption of the main window together name the program.
+    SingleInstance(const QString &windowClass, const QString &caption, QObject *parent = nullptr);
+    ~SingleInstance() override;
+
+    /// True when this is the first running instance; it is so until destruction. When the place
+    /// for the lock cannot be written there is nobody to ask, and the answer is true.
+    bool claim();
+
+    /// Asks the first instance to come forward; waits a few seconds at most for its answer.
+    bool askFirstToComeForward() const;
+
+Q_SIGNALS:
+    void comeForward();
+
+private:
+    void serve();
+
+    QString m_base;
+    std::unique_ptr<QLockFile> m_lock;
+    QLocalServer *m_server = nullptr;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class QMenu;
+class QWidget;
+class RecentFileMenu;
+
+/// What the main frame knows of a document window. The frame drives it by command words and asks
+/// it before it closes it.
+class DocumentWindow
+{
+public:
+    virtual ~DocumentWindow() = default;
+
+    virtual QWidget *widget() = 0;
+
+    // --- Properties ---
+    virtual QString Name() const = 0; ///< Name of the form's kind.
+    virtual QString Caption() const = 0; ///< Path of the file, or "Untitled" and a number.
+    virtual void setCaption(const QString &caption) = 0;
+    virtual QString FileName() const = 0; ///< Empty for a document never saved.
+    virtual void setFileName(const QString &path) = 0;
+    virtual int View() const = 0; ///< A value of ListView::ViewConstants.
+    virtual void setView(int view) = 0;
+    virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.
+
+    // --- Operations ---
+    /// Offers to save a changed document. True when the user *cancelled*.
+    virtual bool CleanIfDirty() = 0;
+    /// Closes the window without asking and without telling the frame "close".
+    virtual void Unload() = 0;
+    /// The window has become the active one.
+    virtual void Form_Activate() = 0;
+    /// Gives up a pending cut or copy whose tools come from a window with that caption.
+    virtual void unghostTools() = 0;
+
+    // --- Menus ---
+    virtual QList<QMenu *> menus() const = 0; ///< Shown in the frame while the window is active.
+    virtual RecentFileMenu &mnuFileList() = 0;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class CFileList;
+class DocumentWindow;
+
+/// The main frame as the document windows see it; a test puts a small fake in its place.
+class Frame
+{
+public:
+    enum class Arrangement { TileHorizontally, TileVertically, Cascade, ArrangeIcons };
+    enum class HelpFile { ToolSetManager, AddIn };
+
+    virtual ~Frame() = default;
+
+    // --- Commands ---
+    virtual void setAction(const QString &word) = 0; ///< Queues a command word.
+    virtual void openFile(const QString &path) = 0; ///< Queues "open" for that path.
+    virtual void closeFrame() = 0; ///< As the user's closing of the frame.
+
+    // --- Toolbar and status bar ---
+    /// Enables the toolbar buttons whose tag is \a group.
+    virtual void setCommandGroup(const QString &group, bool enabled) = 0;
+    virtual void setButtonEnabled(const QString &key, bool enabled) = 0;
+    virtual void setButtonPressed(const QString &key, bool pressed) = 0;
+    virtual QString panelText(int panel) const = 0; ///< Panels count from 1.
+    virtual void setPanelText(int panel, const QString &text) = 0;
+
+    // --- Windows ---
+    /// The open document windows, oldest first.
+    virtual QList<DocumentWindow *> openDocuments() const = 0;
+    virtual DocumentWindow *activeDocument() const = 0; ///< Null for none.
+    virtual void activateDocument(DocumentWindow *document) = 0;
+    virtual void documentClosed(DocumentWindow *document) = 0; ///< It is on its way out.
+    virtual void arrangeWindows(Arrangement arrangement) = 0;
+
+    virtual CFileList &FileListHandler() = 0;
+
+    // --- Help ---
+    virtual void showHelp(HelpFile file) = 0;
+    virtual void showAbout() = 0;
+};

@@ -1,0 +1,482 @@
+#include "shell/MDI.h"
+
+#include "platform/VbError.h"
+#include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/Icons.h"
+#include "platform/desktop/ListView.h"
+#include "platform/desktop/SettingsStore.h"
+#include "platform/desktop/StatusBar.h"
+#include "platform/desktop/Toolbar.h"
+#include "platform/desktop/mFileUtil.h"
+#include "shell/CFileList.h"
+#include "shell/CommandTable.h"
+#include "shell/DocumentWindow.h"
+#include "shell/MWindowPosition.h"
+#include "shell/RecentFileMenu.h"
+#include "shell/Settings.h"
+#include "shell/WindowArranger.h"
+#include "shell/frmAbout.h"
+#include "shell/frmHelp.h"
+#include "shell/mTSM.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QTimer>
+
+namespace {
+
+const QString fileListSection = QStringLiteral("FileList");
+const QString recentFilePrefix = QStringLiteral("Recent File ");
+const QString positionName = QStringLiteral("Main");
+
+QString application()
+{
+    return QString::fromUtf16(Settings::application);
+}
+
+} // namespace
+
+MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory factory,
+         const QString &commandLine)
+    : m_state(state)
+    , m_settings(settings)
+    , m_store(store)
+    , m_factory(std::move(factory))
+    , tbTools(new Toolbar(QStringLiteral("Tools"), this))
+    , status(new StatusBar({1, 3}, this))
+    , mdi(new QMdiArea(this))
+    , tmrAction(new QTimer(this))
+    , tmrDrag(new QTimer(this))
+    , m_files(new CFileList(this))
+{
+    setObjectName(QStringLiteral("MDI"));
+    setWindowTitle(QString::fromUtf16(caption));
+    resize(960, 640);
+    setCentralWidget(mdi);
+    setStatusBar(status);
+    addToolBar(tbTools);
+    setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
+    mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    connect(mdi, &QMdiArea::subWindowActivated, this, &MDI::mdi_SubWindowActivated);
+
+    tmrAction->setInterval(10);
+    connect(tmrAction, &QTimer::timeout, this, &MDI::tmrAction_Timer);
+    tmrDrag->setInterval(1000);
+    connect(tmrDrag, &QTimer::timeout, this, &MDI::tmrDrag_Timer);
+    connect(&m_state, &mTSM::dragGateArmed, tmrDrag, qOverload<>(&QTimer::start));
+    connect(&m_state, &mTSM::dragGateClosed, tmrDrag, &QTimer::stop);
+
+    makeToolbar();
+    makeMenus();
+    MDIForm_Load(commandLine);
+}
+
+MDI::~MDI()
+{
+    // The child windows go with the frame and would call back into it.
+    mdi->disconnect(this);
+    m_documents.clear();
+}
+
+void MDI::MDIForm_Load(const QString &commandLine)
+{
+    connect(m_files, &CFileList::FileAdded, this, &MDI::FileListHandler_FileAdded);
+    m_files->setMax(4);
+    m_files->Load(m_store, application(), fileListSection, recentFilePrefix);
+    FileListHandler_FileAdded();
+    m_settings.LoadSettings(m_store);
+    MWindowPosition::RestoreWindowPosition(m_store, positionName, *this);
+    if (!commandLine.trimmed().isEmpty())
+        openFile(commandLine);
+}
+
+void MDI::makeToolbar()
+{
+    tbTools->setObjectName(QStringLiteral("tbTools"));
+    tbTools->setMovable(false);
+    tbTools->setIconSize(QSize(22, 22));
+    for (const auto &row : CommandTable::buttons) {
+        if (row.startsGroup)
+            tbTools->addSeparator();
+        QAction *button = tbTools->addButton(row.key, row.toolTip);
+        Toolbar::setTag(button, row.tag);
+    }
+    tbTools->button(QStringLiteral("list"))->setCheckable(true);
+    tbTools->button(QStringLiteral("details"))->setCheckable(true);
+    connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
+    disableDocumentButtons();
+    refreshIcons();
+}
+
+void MDI::refreshIcons()
+{
+    Icons::followPalette();
+    for (const auto &row : CommandTable::buttons)
+        tbTools->button(row.key)->setIcon(Icons::named(row.icon, row.fallbackIcon));
+}
+
+void MDI::makeMenus()
+{
+    mnuFile = new QMenu(QStringLiteral("&File"), this);
+    QAction *newSet = mnuFile->addAction(QStringLiteral("&New Tool Set"), QKeySequence::New, this,
+                                         [this] { setAction(QStringLiteral("newtoolset")); });
+    newSet->setObjectName(QStringLiteral("mnuFileX(0)"));
+    QAction *open = mnuFile->addAction(QStringLiteral("&Open Tool Set..."), QKeySequence::Open,
+                                       this, [this] { setAction(QStringLiteral("open")); });
+    open->setObjectName(QStringLiteral("mnuFileX(1)"));
+    mnuFile->addSeparator();
+    mnuFileList = new RecentFileMenu(mnuFile);
+    connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
+    QAction *exit = mnuFile->addAction(QStringLiteral("E&xit"), this, &MDI::closeFrame);
+    exit->setObjectName(QStringLiteral("mnuExit"));
+    exit->setShortcut(QKeySequence::Quit);
+
+    mnuHelp = new QMenu(QStringLiteral("&Help"), this);
+    mnuHelp->addAction(QStringLiteral("&Tool Set Manager..."), QKeySequence::HelpContents, this,
+                       [this] { showHelp(HelpFile::ToolSetManager); });
+    mnuHelp->addAction(QStringLiteral("&VB Quillon..."), this,
+                       [this] { showHelp(HelpFile::AddIn); });
+    mnuHelp->addSeparator();
+    mnuHelp->addAction(QStringLiteral("&About Tool Set Manager"), this, &MDI::showAbout);
+    showMenusOf(nullptr);
+}
+
+// --- The command queue ---
+
+QString MDI::Action()
+{
+    return m_commands.isEmpty() ? QString() : m_commands.dequeue();
+}
+
+void MDI::setAction(const QString &word)
+{
+    m_commands.enqueue(word);
+    if (!tmrAction->isActive())
+        tmrAction->start();
+}
+
+void MDI::tmrAction_Timer()
+{
+    if (m_busy) // a dialog of the running command is open
+        return;
+    m_busy = true;
+    const QString word = Action();
+    if (word.isEmpty())
+        tmrAction->stop();
+    else
+        dispatch(word);
+    m_busy = false;
+}
+
+void MDI::tmrDrag_Timer()
+{
+    tmrDrag->stop();
+    m_state.openDragGate();
+}
+
+void MDI::dispatch(const QString &word)
+{
+    if (word == QStringLiteral("newtoolset")) {
+        newToolSet();
+    } else if (word == QStringLiteral("open")) {
+        openToolSet(currentView(), std::exchange(m_pendingPath, QString()));
+    } else if (word == QStringLiteral("close")) {
+        if (m_documents.isEmpty())
+            disableDocumentButtons();
+    } else if (DocumentWindow *document = activeDocument()) {
+        document->setAction(word);
+    }
+    // The view buttons are checkable, so that they show which view is on; a click must not
+    // change that where no window follows it.
+    if (!activeDocument()) {
+        setButtonPressed(QStringLiteral("list"), false);
+        setButtonPressed(QStringLiteral("details"), false);
+    }
+}
+
+int MDI::currentView() const
+{
+    const DocumentWindow *document = activeDocument();
+    return document ? document->View() : ListView::lvwReport;
+}
+
+void MDI::newToolSet()
+{
+    ++m_newWindows;
+    const int view = currentView();
+    DocumentWindow *document = addDocument();
+    document->setCaption(QStringLiteral("Untitled %1").arg(m_newWindows));
+    document->setView(view);
+    subWindowOf(document)->show();
+}
+
+void MDI::openFile(const QString &path)
+{
+    m_pendingPath = path;
+    setAction(QStringLiteral("open"));
+}
+
+void MDI::openToolSet(int view, QString path)
+{
+    m_state.setDragGate(false);
+    if (path.isEmpty()) {
+        path = openHelper();
+        if (path.isEmpty()) {
+            m_state.setDragGate(true);
+            return;
+        }
+    }
+    DocumentWindow *open = documentWithCaption(path);
+    if (!open && !QFileInfo::exists(path)) {
+        // Recent files are kept in upper case, which names no file where letter case counts.
+        const QString spelling = mFileUtil::RealSpelling(path);
+        if (!spelling.isEmpty()) {
+            path = spelling;
+            open = documentWithCaption(path);
+        }
+    }
+    if (open) {
+        activateDocument(open);
+        return; // Kept: on this path the drag gate stays closed until it is armed again.
+    }
+    DocumentWindow *document = addDocument();
+    subWindowOf(document)->show();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    document->setView(view);
+    document->setFileName(path);
+    document->setAction(QStringLiteral("open"));
+    m_state.setDragGate(true);
+}
+
+QString MDI::openHelper()
+{
+    CommonDialog dlg(this);
+    dlg.DialogTitle = QStringLiteral("Open Tool Set");
+    dlg.Flags = CommonDialog::FileMustExist | CommonDialog::HideReadOnly;
+    dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
+    dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
+    const bool chosen = dlg.ShowOpen();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return chosen ? dlg.FileName : QString();
+}
+
+// --- Toolbar, status bar ---
+
+void MDI::disableDocumentButtons()
+{
+    for (const auto &key : CommandTable::documentButtons)
+        tbTools->button(key)->setEnabled(false);
+}
+
+void MDI::setCommandGroup(const QString &group, bool enabled)
+{
+    const auto buttons = tbTools->buttons();
+    for (QAction *button : buttons) {
+        if (Toolbar::tag(button) == group)
+            button->setEnabled(enabled);
+    }
+}
+
+void MDI::setButtonEnabled(const QString &key, bool enabled)
+{
+    if (QAction *button = tbTools->button(key))
+        button->setEnabled(enabled);
+}
+
+void MDI::setButtonPressed(const QString &key, bool pressed)
+{
+    if (QAction *button = tbTools->button(key))
+        button->setChecked(pressed);
+}
+
+QString MDI::panelText(int panel) const
+{
+    return status->panelText(panel);
+}
+
+void MDI::setPanelText(int panel, const QString &text)
+{
+    status->setPanelText(panel, text);
+}
+
+// --- Document windows ---
+
+DocumentWindow *MDI::addDocument()
+{
+    DocumentWindow *document = m_factory(*this);
+    QMdiSubWindow *window = mdi->addSubWindow(document->widget());
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    m_documents.append(document);
+    document->mnuFileList().rebuild(*m_files);
+    return document;
+}
+
+QMdiSubWindow *MDI::subWindowOf(DocumentWindow *document) const
+{
+    return qobject_cast<QMdiSubWindow *>(document->widget()->parentWidget());
+}
+
+DocumentWindow *MDI::documentWithCaption(const QString &wanted) const
+{
+    for (DocumentWindow *document : m_documents) {
+        if (document->Caption() == wanted)
+            return document;
+    }
+    return nullptr;
+}
+
+DocumentWindow *MDI::activeDocument() const
+{
+    // Not activeSubWindow(), which is null while another window, say a message box, is active.
+    const QMdiSubWindow *window = mdi->currentSubWindow();
+    for (DocumentWindow *document : m_documents) {
+        if (window && window->widget() == document->widget())
+            return document;
+    }
+    return nullptr;
+}
+
+void MDI::activateDocument(DocumentWindow *document)
+{
+    QMdiSubWindow *window = subWindowOf(document);
+    if (window->isMaximized())
+        window->show();
+    else
+        window->showNormal();
+    mdi->setActiveSubWindow(window);
+    document->widget()->setFocus();
+}
+
+void MDI::documentClosed(DocumentWindow *document)
+{
+    m_documents.removeOne(document);
+    if (m_menuOwner == document)
+        showMenusOf(nullptr);
+}
+
+void MDI::mdi_SubWindowActivated()
+{
+    DocumentWindow *document = activeDocument();
+    if (document != m_menuOwner)
+        showMenusOf(document);
+    if (document)
+        document->Form_Activate();
+}
+
+void MDI::showMenusOf(DocumentWindow *document)
+{
+    m_menuOwner = document;
+    menuBar()->clear();
+    const QList<QMenu *> menus = document ? document->menus() : QList<QMenu *> {mnuFile, mnuHelp};
+    for (QMenu *menu : menus)
+        menuBar()->addMenu(menu);
+}
+
+void MDI::arrangeWindows(Arrangement arrangement)
+{
+    switch (arrangement) {
+    case Arrangement::TileHorizontally:
+        WindowArranger::tileHorizontally(*mdi);
+        break;
+    case Arrangement::TileVertically:
+        WindowArranger::tileVertically(*mdi);
+        break;
+    case Arrangement::Cascade:
+        mdi->cascadeSubWindows();
+        break;
+    case Arrangement::ArrangeIcons:
+        WindowArranger::arrangeIcons(*mdi);
+        break;
+    }
+}
+
+void MDI::FileListHandler_FileAdded()
+{
+    mnuFileList->rebuild(*m_files);
+    for (DocumentWindow *document : std::as_const(m_documents))
+        document->mnuFileList().rebuild(*m_files);
+}
+
+// --- Help ---
+
+void MDI::showHelp(HelpFile file)
+{
+    if (!m_help)
+        m_help = new frmHelp(this);
+    m_help->showPage(file == HelpFile::AddIn ? QStringLiteral("addin.md")
+                                             : QStringLiteral("manual.md"));
+}
+
+void MDI::showAbout()
+{
+    frmAbout(this).exec();
+}
+
+// --- The frame as a window ---
+
+void MDI::comeForward()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+bool MDI::event(QEvent *event)
+{
+    // Qt would add the name of a maximised child; the caption is what a second start looks for.
+    if (event->type() == QEvent::WindowTitleChange
+        && windowTitle() != QStringView(caption)) {
+        setWindowTitle(QString::fromUtf16(caption));
+        return true;
+    }
+    return QMainWindow::event(event);
+}
+
+void MDI::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !tbTools->buttons().isEmpty())
+        refreshIcons();
+}
+
+void MDI::closeFrame()
+{
+    close();
+}
+
+void MDI::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(!MDIForm_QueryUnload());
+}
+
+bool MDI::MDIForm_QueryUnload()
+{
+    if (!m_documents.isEmpty()) {
+        const auto asked = m_documents;
+        for (DocumentWindow *document : asked) {
+            if (document->Name() == QStringLiteral("frmToolSet") && document->CleanIfDirty())
+                return true;
+        }
+        while (!m_documents.isEmpty()) {
+            DocumentWindow *first = m_documents.takeFirst();
+            first->Unload();
+        }
+        showMenusOf(nullptr);
+        disableDocumentButtons();
+        return true; // Kept: the first close takes the documents, the second one the frame.
+    }
+    try {
+        m_files->Save(m_store, application(), fileListSection, recentFilePrefix);
+        MWindowPosition::SaveWindowPosition(m_store, positionName, *this);
+    } catch (const VbError &) {
+        // Settings that cannot be written must not keep the program from ending; the recent
+        // files and the window's place stay as they were stored before.
+    }
+    return false;
+}

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "shell/Frame.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QQueue>
+
+#include <functional>
+
+class CommonDialog;
+class QMdiArea;
+class QMdiSubWindow;
+class QTimer;
+class RecentFileMenu;
+class Settings;
+class SettingsStore;
+class StatusBar;
+class Toolbar;
+class frmHelp;
+class mTSM;
+
+/// The main frame: holds the document windows, the toolbar and the status bar, and turns every
+/// command (button, menu item, command line, request of a window) into a command word that runs
+/// later, one at a time, from a queue. So no command runs inside the handler that asked for it.
+class MDI : public QMainWindow, public Frame
+{
+    Q_OBJECT
+public:
+    static constexpr char16_t caption[] = u"VB Quillon Tool Set Manager";
+    static constexpr char16_t windowClass[] = u"ThunderRT5MDIForm";
+
+    /// Makes a document window of the given frame; it deletes itself when it is closed.
+    using DocumentFactory = std::function<DocumentWindow *(Frame &frame)>;
+
+    /// What is handed in is borrowed. \a commandLine is a path to open, or empty.
+    MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory factory,
+        const QString &commandLine);
+    ~MDI() override;
+
+    // --- The command queue ---
+    QString Action(); ///< Removes and returns the word at the head; empty when there is none.
+    void setAction(const QString &word) override; ///< Appends a word.
+
+    // --- Frame ---
+    void openFile(const QString &path) override;
+    void closeFrame() override;
+    void setCommandGroup(const QString &group, bool enabled) override;
+    void setButtonEnabled(const QString &key, bool enabled) override;
+    void setButtonPressed(const QString &key, bool pressed) override;
+    QString panelText(int panel) const override;
+    void setPanelText(int panel, const QString &text) override;
+    QList<DocumentWindow *> openDocuments() const override { return m_documents; }
+    DocumentWindow *activeDocument() const override;
+    void activateDocument(DocumentWindow *document) override;
+    void documentClosed(DocumentWindow *document) override;
+    void arrangeWindows(Arrangement arrangement) override;
+    CFileList &FileListHandler() override { return *m_files; }
+    void showHelp(HelpFile file) override;
+    void showAbout() override;
+
+    /// Another start of the program asked for it.
+    void comeForward();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
+
+private Q_SLOTS:
+    // --- tmrAction, tmrDrag ---
+    void tmrAction_Timer();
+    void tmrDrag_Timer();
+    // --- recent files ---
+    void FileListHandler_FileAdded();
+    // --- mdi ---
+    void mdi_SubWindowActivated();
+
+private:
+    void MDIForm_Load(const QString &commandLine);
+    /// True when the close is to be cancelled.
+    bool MDIForm_QueryUnload();
+
+    void makeToolbar();
+    void makeMenus();
+    void refreshIcons();
+    void dispatch(const QString &word);
+    void newToolSet();
+    void openToolSet(int view, QString path);
+    /// The path chosen in the open dialog; empty when cancelled.
+    QString openHelper();
+    void disableDocumentButtons();
+    DocumentWindow *documentWithCaption(const QString &caption) const;
+    DocumentWindow *addDocument();
+    QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
+    int currentView() const;
+    void showMenusOf(DocumentWindow *document);
+
+    mTSM &m_state;
+    Settings &m_settings;
+    SettingsStore &m_store;
+    DocumentFactory m_factory;
+
+    // --- Controls ---
+    Toolbar *tbTools;
+    StatusBar *status;
+    QMdiArea *mdi;
+    QMenu *mnuFile = nullptr;
+    QMenu *mnuHelp = nullptr;
+    RecentFileMenu *mnuFileList = nullptr;
+    QTimer *tmrAction;
+    QTimer *tmrDrag;
+    QPointer<frmHelp> m_help;
+
+    // --- State ---
+    CFileList *m_files;
+    QQueue<QString> m_commands;
+    bool m_busy = false; ///< A command is running.
+    QString m_pendingPath; ///< The file for the next "open"; empty: ask the user.
+    int m_newWindows = 0; ///< Counts "Untitled" windows; never reset.
+    QList<DocumentWindow *> m_documents; ///< Oldest first.
+    DocumentWindow *m_menuOwner = nullptr; ///< Whose menus are shown; null: the frame's own.
+};

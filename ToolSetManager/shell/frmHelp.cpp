@@ -1,0 +1,38 @@
+#include "shell/frmHelp.h"
+
+#include <QKeyEvent>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+frmHelp::frmHelp(QWidget *parent)
+    : QWidget(parent, Qt::Window)
+    , m_browser(new QTextBrowser(this))
+{
+    setObjectName(QStringLiteral("frmHelp"));
+    setWindowTitle(QStringLiteral("Tool Set Manager Help"));
+    m_browser->setAccessibleName(windowTitle());
+    m_browser->setSearchPaths({QStringLiteral(":/help")});
+    m_browser->setOpenExternalLinks(false); // the manual leads nowhere but to itself
+    m_browser->document()->setDocumentMargin(16);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_browser);
+    resize(640, 560);
+}
+
+void frmHelp::showPage(const QString &page)
+{
+    m_browser->setSource(QUrl(page));
+    show();
+    raise();
+    activateWindow();
+    m_browser->setFocus();
+}
+
+void frmHelp::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "model/CVBATool.h"
+
+#include <QAbstractTableModel>
+
+#include <vector>
+
+class CVBATools;
+
+/// The tools of one set as a list: name, position and location, sorted in whatever way the user
+/// looks at them. All edits of a set go through this class, which keeps the set, the positions and
+/// the pictures in step; it needs no window.
+///
+/// Rows count from 0 in the order shown, positions from 1. The positions, not the rows, are the
+/// order in which tools are written. They have no gaps.
+class ToolListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column { NameColumn, PositionColumn, LocationColumn, ColumnCount };
+
+    explicit ToolListModel(QObject *parent = nullptr);
+
+    /// Shows another set, in the set's own order; the present sort stays on. The set is borrowed;
+    /// null for none.
+    void setTools(CVBATools *tools);
+
+    // --- Look-up ---
+    const ToolPtr &toolAt(int row) const { return m_rows[static_cast<size_t>(row)].tool; }
+    int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
+    /// The keys of all tools, by position: what the file is written by.
+    QStringList keysInPositionOrder() const;
+
+    // --- Sort ---
+    int sortKey() const { return m_sortKey; } ///< A column; -1 before the first sort.
+    Qt::SortOrder sortOrder() const { return m_sortOrder; }
+    /// Names and locations sort as text without regard to letter case, positions as numbers; equal
+    /// texts stand by position.
+    void sort(int column, Qt::SortOrder order) override;
+
+    // --- Edits ---
+    /// Renames the tool in that row; the set may make the name unique. Returns the name it has
+    /// then. The row keeps its place.
+    QString renameTool(int row, const QString &newName);
+
+    // --- Marks ---
+    /// Ghosted rows are drawn faint: their tools are cut or being dragged.
+    void setGhosted(const QList<int> &rows, bool ghosted);
+    void clearGhosted();
+
+    /// Redraws the pictures of all rows.
+    void refreshPictures();
+
+    // --- QAbstractItemModel ---
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    struct Row {
+        ToolPtr tool;
+        int position = 0;
+        bool ghosted = false;
+    };
+
+    void sortRows(std::vector<Row> &rows) const;
+    void dataChangedInRow(int row);
+
+    CVBATools *m_tools = nullptr;
+    std::vector<Row> m_rows; ///< In the order shown.
+    int m_sortKey = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+};

@@ -1,0 +1,124 @@
+#include "toolset/ToolSetMenus.h"
+
+#include "shell/RecentFileMenu.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace {
+
+constexpr char tagProperty[] = "Tag";
+
+using Text = QLatin1StringView;
+
+/// One item of an item array; an empty caption is a separator.
+struct Item {
+    Text caption;
+    Text word; ///< Command word; empty: the window connects the item itself.
+    Text keys; ///< Shortcut in portable text.
+};
+
+/// Adds the rows of a table to a menu and keeps the actions in \a items, which the table fits.
+template<size_t count>
+void fill(QMenu *menu, Text arrayName, std::array<QAction *, count> &items,
+          const Item (&rows)[count], ToolSetMenus *menus)
+{
+    for (size_t i = 0; i < count; ++i) {
+        if (rows[i].caption.isEmpty()) {
+            items[i] = menu->addSeparator();
+            continue;
+        }
+        items[i] = menu->addAction(rows[i].caption);
+        items[i]->setObjectName(QStringLiteral("%1(%2)").arg(arrayName).arg(i));
+        items[i]->setShortcut(QKeySequence(rows[i].keys, QKeySequence::PortableText));
+        if (!rows[i].word.isEmpty()) {
+            QObject::connect(items[i], &QAction::triggered, menus, [menus, word = rows[i].word] {
+                Q_EMIT menus->chosen(word);
+            });
+        }
+    }
+}
+
+constexpr Item fileItems[ToolSetMenus::FileItems] = {
+    {Text("&New Tool Set"), Text("newtoolset"), Text("Ctrl+N")},
+    {Text("&Open Tool Set..."), Text("open"), Text("Ctrl+O")},
+    {},
+    {Text("&Save Tool Set"), Text("save"), Text("Ctrl+S")},
+    {Text("Save Tool Set  &As..."), Text(), Text("Ctrl+Shift+S")},
+    {},
+    {Text("&Print ..."), Text("print"), Text("Ctrl+P")},
+    {Text("Print Set&up..."), Text(), Text()},
+};
+constexpr Item editItems[ToolSetMenus::EditItems] = {
+    {Text("&New Tool..."), Text("newtool"), Text("Ins")},
+    {Text("&Tool Properties..."), Text("toolproperties"), Text("Alt+Return")},
+    {Text("Tool &Help..."), Text(), Text()},
+    {Text("Tool Set &Properties..."), Text("properties"), Text()},
+    {},
+    {Text("C&ut"), Text("cut"), Text("Ctrl+X")},
+    {Text("&Copy"), Text("copy"), Text("Ctrl+C")},
+    {Text("&Paste"), Text("paste"), Text("Ctrl+V")},
+    {Text("De&lete"), Text("delete"), Text("Del")},
+};
+constexpr Item viewItems[ToolSetMenus::ViewItems] = {
+    {Text("&List"), Text("list"), Text()},
+    {Text("&Details"), Text("details"), Text()},
+    {Text("Tool &Help"), Text(), Text()},
+};
+constexpr Item windowItems[ToolSetMenus::WindowItems] = {
+    {Text("Tile &Horizontally"), Text(), Text()},
+    {Text("Tile &Vertically"), Text(), Text()},
+    {Text("&Cascade"), Text(), Text()},
+    {Text("&Arrange Icons"), Text(), Text()},
+};
+constexpr Item helpItems[ToolSetMenus::HelpItems] = {
+    {Text("&Tool Set Manager..."), Text(), Text("F1")},
+    {Text("&VB Quillon..."), Text(), Text()},
+    {},
+    {Text("&About Tool  Set Manager..."), Text(), Text()},
+};
+
+} // namespace
+
+ToolSetMenus::ToolSetMenus(QWidget *parent)
+    : QObject(parent)
+    , mnuFile(new QMenu(QStringLiteral("&File"), parent))
+    , mnuEdit(new QMenu(QStringLiteral("&Edit"), parent))
+    , mnuView(new QMenu(QStringLiteral("&View"), parent))
+    , mnuWindow(new QMenu(QStringLiteral("&Window"), parent))
+    , mnuHelp(new QMenu(QStringLiteral("&Help"), parent))
+{
+    fill(mnuFile, Text("mnuFilex"), mnuFilex, fileItems, this);
+    mnuFile->addSeparator();
+    mnuFileList = new RecentFileMenu(mnuFile);
+    mnuFileExit = mnuFile->addAction(QStringLiteral("E&xit"));
+    mnuFileExit->setObjectName(QStringLiteral("mnuFileExit"));
+    mnuFileExit->setShortcut(QKeySequence::Quit);
+    fill(mnuEdit, Text("mnuEditX"), mnuEditX, editItems, this);
+    mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
+    fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
+    fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
+    fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
+}
+
+QString ToolSetMenus::tag(const QAction *item)
+{
+    return item->property(tagProperty).toString();
+}
+
+void ToolSetMenus::setTag(QAction *item, const QString &tag)
+{
+    item->setProperty(tagProperty, tag);
+}
+
+void ToolSetMenus::setGroupEnabled(const QString &group, bool enabled)
+{
+    const auto apply = [&](const auto &items) {
+        for (QAction *item : items) {
+            if (tag(item) == group)
+                item->setEnabled(enabled);
+        }
+    };
+    apply(mnuEditX);
+    apply(mnuViewX);
+}

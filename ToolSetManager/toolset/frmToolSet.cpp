@@ -1,0 +1,553 @@
+#include "toolset/frmToolSet.h"
+
+#include "model/CVBATools.h"
+#include "platform/VbError.h"
+#include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/Hourglass.h"
+#include "platform/desktop/ListView.h"
+#include "platform/desktop/MsgBox.h"
+#include "platform/desktop/mFileUtil.h"
+#include "shell/CFileList.h"
+#include "shell/CommandTable.h"
+#include "shell/Frame.h"
+#include "shell/RecentFileMenu.h"
+#include "shell/Settings.h"
+#include "shell/mTSM.h"
+#include "toolset/ToolListModel.h"
+#include "toolset/ToolSetMenus.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QCursor>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QTimer>
+
+namespace {
+
+constexpr Twips pictureBoxSize {275};
+constexpr QSize buttonPictureSize(18, 18);
+
+QTimer *makeTimer(QObject *parent, int interval)
+{
+    auto *timer = new QTimer(parent);
+    timer->setSingleShot(true);
+    timer->setInterval(interval);
+    return timer;
+}
+
+} // namespace
+
+frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings,
+                       ToolSetStorage &storage, QWidget *parent)
+    : QWidget(parent)
+    , m_frame(frame)
+    , m_state(state)
+    , m_settings(settings)
+    , m_storage(storage)
+    , lblToolSet(new QLabel(QStringLiteral("New Tool Set"), this))
+    , lvTools(new ListView(QStringLiteral("Tools"), buttonPictureSize, this))
+    , m_menus(new ToolSetMenus(this))
+    , tmrPopUp(makeTimer(this, 25))
+    , tmrResize(makeTimer(this, 50))
+    , picUtil(pictureBoxSize, pictureBoxSize)
+    , m_tools(std::make_unique<CVBATools>(storage))
+    , m_list(new ToolListModel(this))
+{
+    setObjectName(QStringLiteral("frmToolSet"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setCaption(QStringLiteral("Untitled"));
+    setFocusProxy(lvTools);
+
+    lblToolSet->setObjectName(QStringLiteral("lblToolSet"));
+    lblToolSet->setTextFormat(Qt::PlainText);
+    lblToolSet->setContentsMargins(6, 4, 6, 4);
+    lvTools->setObjectName(QStringLiteral("lvTools"));
+    connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
+    connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
+    connectList();
+    connectMenus();
+    Form_Load();
+}
+
+frmToolSet::~frmToolSet() = default;
+
+void frmToolSet::Form_Load()
+{
+    m_tools->setFLAGS(m_tools->FLAGS() | 1);
+    m_tools->setAllowDupes(true);
+    m_list->setTools(m_tools.get());
+
+    for (const int item : {ToolSetMenus::EditToolProperties, ToolSetMenus::EditCut,
+                           ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
+        ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)],
+                             CommandTable::needsTool);
+    }
+    ToolSetMenus::setTag(m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
+    ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste],
+                         CommandTable::needsClipboard);
+    SetCommandGroup(CommandTable::needsToolSet, true);
+    m_dirty = false;
+}
+
+void frmToolSet::connectList()
+{
+    lvTools->setModel(m_list);
+    lvTools->setColumnWidth(ToolListModel::NameColumn, fontMetrics().averageCharWidth() * 34);
+    lvTools->setColumnWidth(ToolListModel::PositionColumn, fontMetrics().averageCharWidth() * 12);
+    connect(lvTools, &ListView::ColumnClick, this, &frmToolSet::lvTools_ColumnClick);
+    connect(lvTools, &ListView::BeforeLabelEdit, this, &frmToolSet::lvTools_BeforeLabelEdit);
+    connect(lvTools, &ListView::AfterLabelEdit, this, &frmToolSet::lvTools_AfterLabelEdit);
+    connect(lvTools, &ListView::labelEditEnded, this, [this] { m_labelEditing = false; });
+    connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
+    connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
+    connect(lvTools, &ListView::KeyDown, this, &frmToolSet::Form_KeyDown);
+    connect(lvTools, &ListView::KeyUp, this, &frmToolSet::lvTools_KeyUp);
+    connect(lvTools, &ListView::MouseDown, this, &frmToolSet::lvTools_MouseDown);
+    connect(lvTools, &ListView::menuKeyPressed, this,
+            [this] { showEditMenu(lvTools->menuPosition()); });
+}
+
+void frmToolSet::connectMenus()
+{
+    using Menus = ToolSetMenus;
+    connect(m_menus, &Menus::chosen, this, [this](const QString &word) {
+        // Queued, so that no command runs while its menu is still closing.
+        m_frame.setAction(word);
+    });
+    connect(m_menus->mnuFileList, &RecentFileMenu::chosen, this,
+            [this](const QString &path) { m_frame.openFile(path); });
+    connect(m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, this,
+            &frmToolSet::mnuFileSaveAs_Click);
+    connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
+    // "Tool Help" goes again with the menu. Later, because the menu tells that it hides before it
+    // tells which item was chosen.
+    connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            m_menus->mnuEditX[Menus::EditToolHelp]->setVisible(false);
+        });
+    });
+
+    constexpr Frame::Arrangement arrangements[]
+        = {Frame::Arrangement::TileHorizontally, Frame::Arrangement::TileVertically,
+           Frame::Arrangement::Cascade, Frame::Arrangement::ArrangeIcons};
+    for (size_t i = 0; i < std::size(arrangements); ++i) {
+        connect(m_menus->mnuWindowX[i], &QAction::triggered, this,
+                [this, arrangement = arrangements[i]] { m_frame.arrangeWindows(arrangement); });
+    }
+    connect(m_menus->mnuWindow, &QMenu::aboutToShow, this, &frmToolSet::mnuWindow_aboutToShow);
+
+    connect(m_menus->mnuHelpx[Menus::HelpToolSetManager], &QAction::triggered, this,
+            [this] { m_frame.showHelp(Frame::HelpFile::ToolSetManager); });
+    connect(m_menus->mnuHelpx[Menus::HelpAddIn], &QAction::triggered, this,
+            [this] { m_frame.showHelp(Frame::HelpFile::AddIn); });
+    connect(m_menus->mnuHelpx[Menus::HelpAbout], &QAction::triggered, this,
+            [this] { m_frame.showAbout(); });
+}
+
+// --- Properties ---
+
+QString frmToolSet::Name() const
+{
+    return QStringLiteral("frmToolSet");
+}
+
+void frmToolSet::setCaption(const QString &caption)
+{
+    m_caption = caption;
+    // "[*]" in a window title is Qt's mark for "modified"; a path may hold it.
+    QString title = caption;
+    setWindowTitle(title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+}
+
+int frmToolSet::View() const
+{
+    return lvTools->View();
+}
+
+void frmToolSet::setView(int view)
+{
+    lvTools->setView(view);
+    refreshCommandStates();
+}
+
+void frmToolSet::setAction(const QString &word)
+{
+    using Handler = void (frmToolSet::*)();
+    static const QHash<QString, Handler> handlers {
+        {QStringLiteral("open"), &frmToolSet::openCommand},
+        {QStringLiteral("save"), &frmToolSet::saveCommand},
+        {QStringLiteral("list"), &frmToolSet::showList},
+        {QStringLiteral("details"), &frmToolSet::showDetails},
+    };
+    if (word == QStringLiteral("newtoolset"))
+        m_frame.setAction(word);
+    else if (const Handler handler = handlers.value(word))
+        (this->*handler)();
+}
+
+QList<QMenu *> frmToolSet::menus() const
+{
+    return m_menus->all();
+}
+
+RecentFileMenu &frmToolSet::mnuFileList()
+{
+    return *m_menus->mnuFileList;
+}
+
+// --- Open and save ---
+
+void frmToolSet::openCommand()
+{
+    if (openToolSet())
+        m_frame.FileListHandler().Add(m_fileName);
+}
+
+bool frmToolSet::openToolSet()
+{
+    if (m_fileName.isEmpty())
+        return false;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    auto loaded = std::make_unique<CVBATools>(m_storage);
+    loaded->setAllowDupes(true);
+    bool ok = false;
+    {
+        const Hourglass hourglass;
+        ok = loaded->Load(m_fileName);
+        if (ok) {
+            m_list->setTools(loaded.get());
+            m_tools = std::move(loaded);
+            lblToolSet->setText(m_tools->Description());
+            setCaption(m_tools->ToolSetName);
+            m_dirty = false;
+            refreshCommandStates();
+        }
+    }
+    if (!ok) {
+        // The window keeps what it showed, and so the file that belongs to it: a save must not
+        // overwrite the file that could not be read.
+        m_fileName = m_tools->ToolSetName;
+        MsgBox::show(this, QStringLiteral("Error loading tool set: ") + loaded->ErrorDescription,
+                     MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+    }
+    return ok;
+}
+
+void frmToolSet::saveCommand()
+{
+    if (saveToolSet())
+        m_frame.FileListHandler().Add(m_fileName);
+}
+
+bool frmToolSet::saveToolSet()
+{
+    m_keptForRecovery = false;
+    if (m_list->rowCount() == 0) {
+        MsgBox::show(
+            this,
+            QStringLiteral("The toolset must contain at least one tool before it can be saved"),
+            MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+        return false;
+    }
+    if (m_fileName.isEmpty())
+        return saveAs();
+    bool ok = false;
+    {
+        const Hourglass hourglass;
+        ok = m_tools->Save(m_fileName, m_list->keysInPositionOrder(), picUtil);
+    }
+    // Kept: the flag is cleared after a failed write too, so closing will not ask again. Therefore
+    // the set as it stands is put where it can be found.
+    m_dirty = false;
+    if (ok) {
+        m_fileName = m_tools->ToolSetName;
+        return true;
+    }
+    QString text = QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription;
+    const QString kept = keepForRecovery();
+    if (!kept.isEmpty())
+        text += QStringLiteral("\n\nThe tool set as it stands is kept in \"%1\".").arg(kept);
+    MsgBox::show(this, text, MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+    return false;
+}
+
+QString frmToolSet::keepForRecovery()
+{
+    m_keptForRecovery = true;
+    return m_tools->SaveRecovery(m_list->keysInPositionOrder(), picUtil);
+}
+
+bool frmToolSet::saveAs()
+{
+    m_state.setDragGate(false);
+    CommonDialog dlg(this);
+    dlg.DefaultExt = QStringLiteral("bmt");
+    dlg.DialogTitle = QStringLiteral("Save Tool Set");
+    dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
+    dlg.Flags = CommonDialog::OverwritePrompt | CommonDialog::PathMustExist
+        | CommonDialog::HideReadOnly;
+    dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
+    dlg.FileName = m_tools->ToolSetName;
+    dlg.CancelError = true;
+    try {
+        dlg.ShowSave();
+    } catch (const VbError &error) {
+        if (error.number() != CommonDialog::cancelled) {
+            MsgBox::show(this, error.description(), MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+        }
+        return false; // Kept: the drag gate stays closed until the frame opens it again.
+    }
+    m_fileName = dlg.FileName;
+    const bool saved = m_fileName.isEmpty() ? false : saveToolSet();
+    if (!m_tools->ToolSetName.isEmpty())
+        setCaption(m_tools->ToolSetName);
+    m_state.setDragGate(true);
+    return saved;
+}
+
+bool frmToolSet::CleanIfDirty()
+{
+    if (!m_dirty)
+        return false;
+    const auto answer
+        = MsgBox::show(this, QStringLiteral("Save changes to ") + m_caption,
+                       MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
+    if (answer == MsgBox::Answer::Yes) {
+        // Kept: the close goes on although the save failed or was given up in the dialog.
+        if (!saveToolSet() && !m_keptForRecovery && m_list->rowCount() > 0)
+            keepForRecovery();
+    }
+    return answer == MsgBox::Answer::Cancel;
+}
+
+void frmToolSet::Unload()
+{
+    m_unloading = true;
+    // The child window takes this one with it.
+    if (auto *window = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        window->close();
+    else
+        close();
+}
+
+void frmToolSet::closeEvent(QCloseEvent *event)
+{
+    if (!m_unloading) {
+        if (CleanIfDirty()) {
+            event->ignore();
+            return;
+        }
+        m_frame.setAction(QStringLiteral("close"));
+    }
+    m_frame.documentClosed(this);
+    event->accept();
+}
+
+// --- Commands ---
+
+void frmToolSet::Form_Activate()
+{
+    refreshCommandStates();
+}
+
+void frmToolSet::refreshCommandStates()
+{
+    SetCommandGroup(CommandTable::needsTool, m_list->rowCount() >= 1);
+}
+
+void frmToolSet::SetCommandGroup(const QString &group, bool enabled)
+{
+    m_frame.setCommandGroup(group, enabled);
+    m_frame.setButtonPressed(QStringLiteral("list"), View() == ListView::lvwList);
+    m_frame.setButtonPressed(QStringLiteral("details"), View() != ListView::lvwList);
+    m_menus->setGroupEnabled(group, enabled);
+    refreshPasteCommands();
+}
+
+void frmToolSet::refreshPasteCommands()
+{
+    // A clipboard that holds a set without tools leaves the commands as they are.
+    if (m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1)
+        return;
+    const bool canPaste = m_state.ToolClipboard != nullptr;
+    m_menus->mnuEditX[ToolSetMenus::EditPaste]->setEnabled(canPaste);
+    m_frame.setButtonEnabled(QStringLiteral("paste"), canPaste);
+}
+
+void frmToolSet::showList()
+{
+    setSort(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    setView(ListView::lvwList);
+}
+
+void frmToolSet::showDetails()
+{
+    setView(ListView::lvwReport);
+}
+
+void frmToolSet::UnselectAll()
+{
+    lvTools->UnselectAll();
+}
+
+void frmToolSet::RefreshIcons()
+{
+    m_list->refreshPictures();
+}
+
+void frmToolSet::ClearDragTools()
+{
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Caption() == m_state.SourceCaption)
+            document->unghostTools();
+    }
+    m_state.ToolClipboard.reset();
+    m_state.SourceCaption.clear();
+    m_state.ClipboardMode = mTSM::NothingPending;
+    refreshPasteCommands();
+}
+
+void frmToolSet::unghostTools()
+{
+    m_list->clearGhosted();
+}
+
+// --- lvTools ---
+
+void frmToolSet::lvTools_ColumnClick(int column)
+{
+    Qt::SortOrder order = m_list->sortOrder();
+    if (column == m_list->sortKey())
+        order = order == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
+    setSort(column, order); // Kept: another column takes over the order as it is.
+}
+
+void frmToolSet::setSort(int column, Qt::SortOrder order)
+{
+    const Hourglass hourglass;
+    m_list->sort(column, order);
+    lvTools->setSortIndicator(column, order);
+}
+
+void frmToolSet::lvTools_BeforeLabelEdit()
+{
+    m_labelEditing = true;
+}
+
+void frmToolSet::lvTools_AfterLabelEdit(int row, const QString &NewString)
+{
+    // Kept: a rename in place does not make the set dirty.
+    m_list->renameTool(row, NewString);
+    m_labelEditing = false;
+}
+
+void frmToolSet::lvTools_Click()
+{
+    m_labelEditing = false;
+}
+
+void frmToolSet::lvTools_DblClick()
+{
+    if (m_list->rowCount() >= 1)
+        m_frame.setAction(QStringLiteral("toolproperties"));
+}
+
+void frmToolSet::lvTools_KeyUp(int key)
+{
+    if (key == Qt::Key_Escape)
+        UnselectAll();
+}
+
+void frmToolSet::Form_KeyDown(int key)
+{
+    if (key == Qt::Key_Escape)
+        ClearDragTools();
+}
+
+void frmToolSet::lvTools_MouseDown(Qt::MouseButton button)
+{
+    if (button == Qt::RightButton)
+        tmrPopUp->start();
+}
+
+void frmToolSet::tmrPopUp_Timer()
+{
+    showEditMenu(QCursor::pos());
+}
+
+void frmToolSet::showEditMenu(const QPoint &globalPosition)
+{
+    m_menus->mnuEditX[ToolSetMenus::EditToolHelp]->setVisible(true);
+    m_menus->mnuEdit->popup(globalPosition);
+}
+
+// --- Menus ---
+
+void frmToolSet::mnuFileSaveAs_Click()
+{
+    if (saveAs())
+        m_frame.FileListHandler().Add(m_fileName);
+}
+
+void frmToolSet::mnuFileExit_Click()
+{
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Name() != Name())
+            continue;
+        if (document->CleanIfDirty())
+            return; // Kept: the windows closed so far stay closed.
+        document->Unload();
+    }
+    m_frame.closeFrame();
+}
+
+void frmToolSet::mnuWindow_aboutToShow()
+{
+    const QList<QAction *> items = m_menus->mnuWindow->actions();
+    for (qsizetype i = ToolSetMenus::WindowItems; i < items.size(); ++i)
+        delete items[i];
+    m_menus->mnuWindow->addSeparator();
+    const auto documents = m_frame.openDocuments();
+    int number = 0;
+    for (DocumentWindow *document : documents) {
+        QString caption = document->Caption();
+        caption.replace(u'&', QStringLiteral("&&"));
+        ++number;
+        QAction *item = m_menus->mnuWindow->addAction(
+            number <= 9 ? QStringLiteral("&%1 %2").arg(number).arg(caption) : caption);
+        item->setCheckable(true);
+        item->setChecked(document == this);
+        connect(item, &QAction::triggered, this,
+                [this, document] { m_frame.activateDocument(document); });
+    }
+}
+
+// --- Layout ---
+
+void frmToolSet::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (!m_laidOut)
+        layOut(); // at once the first time: nothing may flash at its design-time place
+    tmrResize->start();
+}
+
+void frmToolSet::tmrResize_Timer()
+{
+    layOut();
+}
+
+void frmToolSet::layOut()
+{
+    const int labelHeight = lblToolSet->sizeHint().height();
+    if (isMinimized() || height() <= labelHeight || width() <= 0)
+        return;
+    m_laidOut = true;
+    lblToolSet->setGeometry(0, 0, width(), labelHeight);
+    lvTools->setGeometry(0, labelHeight, width(), height() - labelHeight);
+}

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "platform/picture/PictureBox.h"
+#include "shell/DocumentWindow.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class CVBATools;
+class Frame;
+class ListView;
+class QLabel;
+class QTimer;
+class Settings;
+class ToolListModel;
+class ToolSetMenus;
+class mTSM;
+struct ToolSetStorage;
+
+/// Document window of one tool set: owns the set, shows it in lvTools, asks before changes are
+/// lost. The Position column, not the current sort, decides the order in which tools are written.
+class frmToolSet : public QWidget, public DocumentWindow
+{
+    Q_OBJECT
+public:
+    /// What is handed in is borrowed. The window deletes itself when it is closed.
+    frmToolSet(Frame &frame, mTSM &state, const Settings &settings, ToolSetStorage &storage,
+               QWidget *parent = nullptr);
+    ~frmToolSet() override;
+
+    // --- Properties ---
+    QWidget *widget() override { return this; }
+    QString Name() const override;
+    QString Caption() const override { return m_caption; }
+    void setCaption(const QString &caption) override;
+    QString FileName() const override { return m_fileName; }
+    void setFileName(const QString &path) override { m_fileName = path; }
+    int View() const override;
+    void setView(int view) override;
+    void setAction(const QString &word) override;
+    const CVBATools &Tools() const { return *m_tools; }
+    bool Dirty() const { return m_dirty; } ///< Changed since it was loaded or saved.
+
+    // --- Operations ---
+    bool CleanIfDirty() override;
+    void Unload() override;
+    void Form_Activate() override;
+    void unghostTools() override;
+    /// Enables or disables the commands of a group: toolbar buttons, menu items; then brings the
+    /// view buttons and the paste commands up to date.
+    void SetCommandGroup(const QString &group, bool enabled);
+    void UnselectAll();
+    void RefreshIcons();
+    /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the tool
+    /// clipboard is empty.
+    void ClearDragTools();
+
+    // --- Menus ---
+    QList<QMenu *> menus() const override;
+    RecentFileMenu &mnuFileList() override;
+
+    QSize sizeHint() const override { return {620, 380}; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private Q_SLOTS:
+    // --- lvTools ---
+    void lvTools_ColumnClick(int column);
+    void lvTools_BeforeLabelEdit();
+    void lvTools_AfterLabelEdit(int row, const QString &NewString);
+    void lvTools_Click();
+    void lvTools_DblClick();
+    void lvTools_KeyUp(int key);
+    void lvTools_MouseDown(Qt::MouseButton button);
+    // --- Form ---
+    void Form_KeyDown(int key);
+    // --- menus ---
+    void mnuFileSaveAs_Click();
+    void mnuFileExit_Click();
+    void mnuWindow_aboutToShow();
+    // --- timers ---
+    void tmrPopUp_Timer(); ///< 25 ms after the right button: the list has done its own part then.
+    void tmrResize_Timer(); ///< 50 ms after the last resize: label, then list.
+
+private:
+    void Form_Load();
+    void connectList();
+    void connectMenus();
+    void layOut();
+    void showEditMenu(const QPoint &globalPosition);
+
+    void openCommand();
+    void saveCommand();
+    bool openToolSet();
+    bool saveToolSet();
+    bool saveAs();
+    /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
+    QString keepForRecovery();
+    void showList();
+    void showDetails();
+    void setSort(int column, Qt::SortOrder order);
+    void refreshCommandStates();
+    void refreshPasteCommands();
+
+    Frame &m_frame;
+    mTSM &m_state;
+    const Settings &m_settings;
+    ToolSetStorage &m_storage;
+
+    // --- Controls ---
+    QLabel *lblToolSet;
+    ListView *lvTools;
+    ToolSetMenus *m_menus;
+    QTimer *tmrPopUp;
+    QTimer *tmrResize;
+    PictureBox picUtil; ///< Renders the button pictures for the file.
+
+    // --- State ---
+    std::unique_ptr<CVBATools> m_tools;
+    ToolListModel *m_list;
+    QString m_caption;
+    QString m_fileName;
+    bool m_dirty = false;
+    bool m_labelEditing = false;
+    bool m_unloading = false; ///< Closed from code: nothing is asked.
+    bool m_laidOut = false;
+    bool m_keptForRecovery = false; ///< The last failed save has left a copy.
+};
