@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QFile>
+
+/// Files of tests.
+namespace Files {
+
+inline bool put(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+/// A content that no test expects when the file cannot be read.
+inline QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+} // namespace Files
