@@ -35,8 +35,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationVersion(QStringLiteral(TSM_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("ToolSetManager"));
 
-    SingleInstance instance(QString::fromUtf16(MDI::windowClass),
-                            QString::fromUtf16(MDI::caption));
+    SingleInstance instance(QString::fromUtf16(MDI::windowClass), QString::fromUtf16(MDI::caption));
     if (!instance.claim()) {
         instance.askFirstToComeForward();
         return 0;
@@ -46,14 +45,14 @@ int main(int argc, char *argv[])
     SettingsStore store;
     Settings settings(mFileUtil::ProgramFolder());
     ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
-                           QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
-                           QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+        QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
+        QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     mTSM state;
     const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {
         return new frmToolSet(frame, state, settings, storage);
     };
-    MDI frame(state, settings, store, makeDocument,
-              pathFromCommandLine(QCoreApplication::arguments()));
+    MDI frame(
+        state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
     frame.show();
     return QApplication::exec();

@@ -73,12 +73,14 @@ QImage picture(int shape, const QColor &colour)
 
 QString help(const QString &name, const QString &text)
 {
-    return QStringLiteral("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\r\n"
-                          "\\pard\\plain\\f0\\fs24\\b %1\\par\r\n\\plain\\f0\\fs20 %2\\par\r\n}\r\n")
+    return QStringLiteral(
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\r\n"
+        "\\pard\\plain\\f0\\fs24\\b %1\\par\r\n\\plain\\f0\\fs20 %2\\par\r\n}\r\n")
         .arg(name, text);
 }
 
-struct Sample {
+struct Sample
+{
     const char16_t *name;
     CVBATool::Kind kind;
     const char16_t *location;
@@ -91,7 +93,7 @@ struct Sample {
 };
 
 bool write(const QString &path, const QString &description, const QList<Sample> &samples,
-           ToolSetStorage &storage)
+    ToolSetStorage &storage)
 {
     CVBATools set(storage);
     set.setAllowDupes(true);
@@ -139,34 +141,34 @@ int main(int argc, char *argv[])
     using Tool = CVBATool;
     const QList<Sample> everyday {
         {u"Notepad", Tool::StandardExecutable, u"C:\\WINDOWS\\NOTEPAD.EXE", u"", 7, 0, 0,
-         QColor(40, 90, 170), u"Opens the small text editor with an empty sheet."},
+            QColor(40, 90, 170), u"Opens the small text editor with an empty sheet."},
         {u"Paint", Tool::StandardExecutable, u"C:\\Program Files\\Accessories\\MSPAINT.EXE", u"", 3,
-         0, 6, QColor(200, 60, 50), u"Draws and changes bitmaps for forms and buttons."},
+            0, 6, QColor(200, 60, 50), u"Draws and changes bitmaps for forms and buttons."},
         {u"Calculator", Tool::StandardExecutable, u"C:\\WINDOWS\\CALC.EXE", u"", 7, 0, 4,
-         QColor(40, 130, 90), u""},
+            QColor(40, 130, 90), u""},
         {u"Separator", Tool::Separator, u"", u"", 1, 0, -1, {}, u""},
         {u"Code Counter", Tool::AddInExecutable, u"C:\\Tools\\Counter\\COUNTER.EXE", u"/project /q",
-         27, 0x03C00010, 4, QColor(120, 70, 160),
-         u"Counts the lines of all modules whenever a project or file is written."},
-        {u"Source Keeper", Tool::AddInExecutable, u"KeeperServer.Application", u"", 26, 0x000001FF, 7,
-         QColor(160, 110, 20), u"Keeps a copy of each file before it is written."},
+            27, 0x03C00010, 4, QColor(120, 70, 160),
+            u"Counts the lines of all modules whenever a project or file is written."},
+        {u"Source Keeper", Tool::AddInExecutable, u"KeeperServer.Application", u"", 26, 0x000001FF,
+            7, QColor(160, 110, 20), u"Keeps a copy of each file before it is written."},
         {u"Header Comment", Tool::Macro, u"HEADER.BMM", u"", 5, 0, 0, QColor(30, 120, 60),
-         u"Puts the date and the author above the procedure at the caret."},
+            u"Puts the date and the author above the procedure at the caret."},
         {u"Sort Procedures", Tool::Macro, u"SORTPROC.BAS", u"", 3, 0, 3, QColor(30, 120, 60),
-         u"Brings the procedures of the module into the order of their names."},
+            u"Brings the procedures of the module into the order of their names."},
         {u"Align Controls", Tool::Macro, u"ALIGN.BMM", u"left", 3, 0x0000E000, 6,
-         QColor(30, 120, 60), u""},
+            QColor(30, 120, 60), u""},
         {u"Separator(1)", Tool::Separator, u"", u"", 1, 0, -1, {}, u""},
         {u"API Guide", Tool::HelpFile, u"C:\\VB\\HELP\\WIN32API.HLP", u"", 6, 0, 5,
-         QColor(180, 40, 40), u"The functions of the operating system, by name."},
+            QColor(180, 40, 40), u"The functions of the operating system, by name."},
         {u"Project Notes", Tool::TextFile, u"C:\\Projects\\NOTES.TXT", u"", 3, 0, 0,
-         QColor(110, 110, 110), u""},
+            QColor(110, 110, 110), u""},
         {u"Release Steps", Tool::TextFile, u"C:\\Projects\\RELEASE.TXT", u"", 2, 0, 0,
-         QColor(110, 110, 110), u"What is to be done before a version leaves the house."},
+            QColor(110, 110, 110), u"What is to be done before a version leaves the house."},
         {u"Old Profiler", Tool::StandardExecutable, u"C:\\Tools\\PROFILER.EXE", u"/log", 0, 0, 1,
-         QColor(90, 90, 130), u""},
+            QColor(90, 90, 130), u""},
     };
     const bool ok = write(folder + QStringLiteral("/everyday.bmt"),
-                          QStringLiteral("Everyday tools for Visual Basic 5"), everyday, storage);
+        QStringLiteral("Everyday tools for Visual Basic 5"), everyday, storage);
     return ok ? 0 : 1;
 }

@@ -20,7 +20,8 @@ constexpr char textHeader[] = "VB Quillon ToolSet v1.01";
 constexpr qsizetype textHeaderSize = sizeof(textHeader) - 1;
 
 /// The header's fields, in file order.
-struct Header {
+struct Header
+{
     qint16 FileVersion = 0;
     qint16 Marker = 0;
     qint16 FLAGS = 0;
@@ -30,7 +31,8 @@ struct Header {
 
 /// One tool as it stands in the file, in file order. Strings are in the code page; the views point
 /// into the bytes that the reader was given.
-struct Record {
+struct Record
+{
     QByteArrayView name;
     QByteArrayView location;
     QByteArrayView hotkey;

@@ -16,7 +16,7 @@ QByteArrayView BmtReader::take(qint64 count)
     return part;
 }
 
-template<class T>
+template <class T>
 T BmtReader::takeNumber()
 {
     const QByteArrayView part = take(sizeof(T));
@@ -50,7 +50,7 @@ void BmtReader::parseBinaryHeader(BmtFormat::Header &header, const CodePage &cod
 {
     const auto garbled = [] {
         return VbError(VbError::NotAToolSet, QStringLiteral("CVBATools"),
-                       QStringLiteral("Not a VB Quillon Tool Set"));
+            QStringLiteral("Not a VB Quillon Tool Set"));
     };
     header.FileVersion = takeNumber<qint16>();
     header.Marker = takeNumber<qint16>();

@@ -28,7 +28,7 @@ private:
     QByteArrayView take(qint64 count);
     QByteArrayView takeString();
     QByteArrayView takeByteArray();
-    template<class T>
+    template <class T>
     T takeNumber();
 
     QByteArrayView m_bytes;

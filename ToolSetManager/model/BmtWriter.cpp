@@ -16,7 +16,7 @@ BmtWriter::BmtWriter(QIODevice &device)
     m_pending.reserve(pieceSize + (1 << 18));
 }
 
-template<class T>
+template <class T>
 void BmtWriter::putNumber(T number)
 {
     char bytes[sizeof(T)];
@@ -39,8 +39,8 @@ void BmtWriter::putByteArray(QByteArrayView bytes)
     m_pending.append(bytes.data(), bytes.size());
 }
 
-void BmtWriter::writeHeader(qint16 flags, QByteArrayView longDescription,
-                            QByteArrayView description)
+void BmtWriter::writeHeader(
+    qint16 flags, QByteArrayView longDescription, QByteArrayView description)
 {
     putNumber(BmtFormat::currentVersion);
     putNumber(BmtFormat::marker);
@@ -76,8 +76,8 @@ bool BmtWriter::flush()
         // A short write is what a full disk gives; the next try then tells the reason.
         qint64 written = 0;
         while (m_ok && written < m_pending.size()) {
-            const qint64 count
-                = m_device.write(m_pending.constData() + written, m_pending.size() - written);
+            const qint64 count =
+                m_device.write(m_pending.constData() + written, m_pending.size() - written);
             m_ok = count > 0;
             written += qMax<qint64>(count, 0);
         }

@@ -25,7 +25,7 @@ public:
 private:
     void putString(QByteArrayView text);
     void putByteArray(QByteArrayView bytes);
-    template<class T>
+    template <class T>
     void putNumber(T number);
 
     QIODevice &m_device;

@@ -72,7 +72,8 @@ bool hasBitmap(QByteArrayView bytes)
     return bytes.size() > 1;
 }
 
-struct NamedText {
+struct NamedText
+{
     QLatin1StringView field;
     const QString &text;
 };
@@ -102,8 +103,8 @@ bool CVBATools::Add(const ToolPtr &tool)
 {
     try {
         const QString name = tool->Description.isEmpty() || m_allowDupes
-            ? m_freeNames.nameFor(tool->Description,
-                                  [this](const QString &key) { return m_tools.contains(key); })
+            ? m_freeNames.nameFor(
+                tool->Description, [this](const QString &key) { return m_tools.contains(key); })
             : tool->Description;
         m_tools.Add(tool, name);
         tool->Description = name;
@@ -259,8 +260,8 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
         if (backup.isEmpty())
             throw;
         throw VbError(error.number(), error.source(),
-                      QStringLiteral("%1 The former content of the file is kept in \"%2\".")
-                          .arg(error.description(), backup));
+            QStringLiteral("%1 The former content of the file is kept in \"%2\".")
+                .arg(error.description(), backup));
     }
 }
 
@@ -280,9 +281,8 @@ qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic
         } else {
             return item.text.size() + 2;
         }
-        const QString owner = toolName.isNull()
-            ? QStringLiteral("the tool set")
-            : QStringLiteral("the tool \"%1\"").arg(toolName);
+        const QString owner = toolName.isNull() ? QStringLiteral("the tool set")
+                                                : QStringLiteral("the tool \"%1\"").arg(toolName);
         throw fileError(QStringLiteral("The %1 of %2 cannot be stored: %3.")
                             .arg(QString(item.field), owner, problem));
     };
@@ -316,8 +316,8 @@ qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic
     return size;
 }
 
-void CVBATools::writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic,
-                           bool lossy) const
+void CVBATools::writeTools(
+    BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic, bool lossy) const
 {
     const auto encode = [&](const QString &text) {
         const CodePage &codePage = m_storage.codePage;
@@ -325,16 +325,15 @@ void CVBATools::writeTools(BmtWriter &writer, const QStringList &ToolNames, Pict
             return codePage.encodeLossy(text).left(BmtFormat::longestString);
         return codePage.encode(text).value_or(QByteArray());
     };
-    writer.writeHeader(m_header.FLAGS, encode(m_header.LongDescription),
-                       encode(m_header.Description));
+    writer.writeHeader(
+        m_header.FLAGS, encode(m_header.LongDescription), encode(m_header.Description));
     for (const QString &name : ToolNames) {
         if (lossy && !m_tools.contains(name))
             continue;
         const CVBATool &tool = *m_tools.Item(name);
         const QByteArray texts[] = {encode(tool.Description), encode(tool.FileName),
-                                    encode(tool.Hotkey),      encode(tool.AppName16),
-                                    encode(tool.CommandLine), encode(tool.HelpString),
-                                    encode(tool.AppName32)};
+            encode(tool.Hotkey), encode(tool.AppName16), encode(tool.CommandLine),
+            encode(tool.HelpString), encode(tool.AppName32)};
         ctlPic.setPicture(tool.Picture);
         QByteArray picture = Picture::encodeBitmap(ctlPic.Image());
         m_storage.scratch.write(picture);

@@ -80,8 +80,8 @@ private:
     void write(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
     /// Throws VbError when a text cannot be stored; else the size of the file in bytes.
     qint64 checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const;
-    void writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic,
-                    bool lossy) const;
+    void writeTools(
+        BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic, bool lossy) const;
     void addRecord(const BmtFormat::Record &record, qint64 &pictureMemory);
 
     ToolSetStorage &m_storage;

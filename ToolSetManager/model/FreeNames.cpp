@@ -14,7 +14,8 @@ QString FreeNames::nameFor(const QString &name, const Taken &taken)
     const QString folded = base.toCaseFolded();
     for (int number = m_lowest.value(folded, 1);; ++number) {
         if (number > std::numeric_limits<qint16>::max())
-            throw VbError(VbError::Overflow, QStringLiteral("CVBATools"), QStringLiteral("Overflow"));
+            throw VbError(
+                VbError::Overflow, QStringLiteral("CVBATools"), QStringLiteral("Overflow"));
         const QString candidate = base + u'(' + QString::number(number) + u')';
         if (!taken(candidate)) {
             m_lowest.insert(folded, number);

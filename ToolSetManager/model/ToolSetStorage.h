@@ -6,7 +6,8 @@
 
 /// What tool sets need around their files. One object for the program, which outlives the sets;
 /// a test makes its own in a folder of its own.
-struct ToolSetStorage {
+struct ToolSetStorage
+{
     /// \a scratchFolder receives "XTemp.bmp"; \a dataFolder the folders "backups" and "recovery".
     ToolSetStorage(int codePageNumber, const QString &scratchFolder, const QString &dataFolder)
         : codePage(codePageNumber)

@@ -12,7 +12,7 @@
 /// Keys are compared without regard to letter case. Looking a key up, appending and removing at
 /// either end cost the same however long the collection is; removing in the middle moves the
 /// shorter part.
-template<class T>
+template <class T>
 class KeyedCollection
 {
 public:
@@ -25,7 +25,7 @@ public:
         const auto found = m_serials.constFind(key.toCaseFolded());
         if (found == m_serials.constEnd()) {
             throw VbError(VbError::InvalidCall, QStringLiteral("Collection"),
-                          QStringLiteral("There is no item with the key \"%1\".").arg(key));
+                QStringLiteral("There is no item with the key \"%1\".").arg(key));
         }
         return entryOf(*found)->item;
     }
@@ -34,9 +34,10 @@ public:
     const T &Item(int position) const
     {
         if (position < 1 || position > Count()) {
-            throw VbError(
-                VbError::SubscriptOutOfRange, QStringLiteral("Collection"),
-                QStringLiteral("There is no item at position %1 of %2.").arg(position).arg(Count()));
+            throw VbError(VbError::SubscriptOutOfRange, QStringLiteral("Collection"),
+                QStringLiteral("There is no item at position %1 of %2.")
+                    .arg(position)
+                    .arg(Count()));
         }
         return m_entries[static_cast<size_t>(position) - 1].item;
     }
@@ -102,7 +103,8 @@ public:
 private:
     /// Serials rise along the collection, so that a key leads to its entry by binary search while
     /// insertions and removals leave the other entries' serials alone.
-    struct Entry {
+    struct Entry
+    {
         qint64 serial;
         QString key;
         T item;
@@ -113,7 +115,7 @@ private:
         QString folded = key.toCaseFolded();
         if (m_serials.contains(folded)) {
             throw VbError(VbError::DuplicateKey, QStringLiteral("Collection"),
-                          QStringLiteral("The key \"%1\" is taken already.").arg(key));
+                QStringLiteral("The key \"%1\" is taken already.").arg(key));
         }
         m_serials.insert(folded, serial);
         return folded;
@@ -122,7 +124,7 @@ private:
     auto entryOf(qint64 serial) const
     {
         return std::lower_bound(m_entries.begin(), m_entries.end(), serial,
-                                [](const Entry &entry, qint64 value) { return entry.serial < value; });
+            [](const Entry &entry, qint64 value) { return entry.serial < value; });
     }
 
     std::deque<Entry> m_entries;

@@ -24,8 +24,8 @@ void CFileList::Add(const QString &path)
     Q_EMIT FileAdded();
 }
 
-void CFileList::Load(const SettingsStore &store, const QString &application,
-                     const QString &section, const QString &prefix)
+void CFileList::Load(const SettingsStore &store, const QString &application, const QString &section,
+    const QString &prefix)
 {
     const auto max = VbConvert::toInt16(store.GetSetting(application, section, maxCountKey));
     if (max && *max >= 0)
@@ -38,7 +38,7 @@ void CFileList::Load(const SettingsStore &store, const QString &application,
 }
 
 void CFileList::Save(SettingsStore &store, const QString &application, const QString &section,
-                     const QString &prefix) const
+    const QString &prefix) const
 {
     store.SaveSetting(application, section, maxCountKey, QString::number(m_max));
     const int count = qMin<int>(m_entries.Count(), m_max);

@@ -26,10 +26,10 @@ public:
     /// Fills the list from the keys \a prefix + "1", "2", ... of a section. A missing or
     /// unusable "Max Count" leaves `Max` as it is; empty entries are passed over.
     void Load(const SettingsStore &store, const QString &application, const QString &section,
-              const QString &prefix);
+        const QString &prefix);
     /// Writes "Max Count" and the entries. Keys left over from a longer list stay. Throws VbError.
     void Save(SettingsStore &store, const QString &application, const QString &section,
-              const QString &prefix) const;
+        const QString &prefix) const;
 
 Q_SIGNALS:
     void FileAdded();

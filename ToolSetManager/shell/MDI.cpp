@@ -41,7 +41,7 @@ QString application()
 } // namespace
 
 MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory factory,
-         const QString &commandLine)
+    const QString &commandLine)
     : m_state(state)
     , m_settings(settings)
     , m_store(store)
@@ -124,10 +124,10 @@ void MDI::makeMenus()
 {
     mnuFile = new QMenu(QStringLiteral("&File"), this);
     QAction *newSet = mnuFile->addAction(QStringLiteral("&New Tool Set"), QKeySequence::New, this,
-                                         [this] { setAction(QStringLiteral("newtoolset")); });
+        [this] { setAction(QStringLiteral("newtoolset")); });
     newSet->setObjectName(QStringLiteral("mnuFileX(0)"));
     QAction *open = mnuFile->addAction(QStringLiteral("&Open Tool Set..."), QKeySequence::Open,
-                                       this, [this] { setAction(QStringLiteral("open")); });
+        this, [this] { setAction(QStringLiteral("open")); });
     open->setObjectName(QStringLiteral("mnuFileX(1)"));
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
@@ -138,9 +138,9 @@ void MDI::makeMenus()
 
     mnuHelp = new QMenu(QStringLiteral("&Help"), this);
     mnuHelp->addAction(QStringLiteral("&Tool Set Manager..."), QKeySequence::HelpContents, this,
-                       [this] { showHelp(HelpFile::ToolSetManager); });
-    mnuHelp->addAction(QStringLiteral("&VB Quillon..."), this,
-                       [this] { showHelp(HelpFile::AddIn); });
+        [this] { showHelp(HelpFile::ToolSetManager); });
+    mnuHelp->addAction(
+        QStringLiteral("&VB Quillon..."), this, [this] { showHelp(HelpFile::AddIn); });
     mnuHelp->addSeparator();
     mnuHelp->addAction(QStringLiteral("&About Tool Set Manager"), this, &MDI::showAbout);
     showMenusOf(nullptr);
@@ -408,8 +408,8 @@ void MDI::showHelp(HelpFile file)
 {
     if (!m_help)
         m_help = new frmHelp(this);
-    m_help->showPage(file == HelpFile::AddIn ? QStringLiteral("addin.md")
-                                             : QStringLiteral("manual.md"));
+    m_help->showPage(
+        file == HelpFile::AddIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md"));
 }
 
 void MDI::showAbout()
@@ -430,8 +430,7 @@ void MDI::comeForward()
 bool MDI::event(QEvent *event)
 {
     // Qt would add the name of a maximised child; the caption is what a second start looks for.
-    if (event->type() == QEvent::WindowTitleChange
-        && windowTitle() != QStringView(caption)) {
+    if (event->type() == QEvent::WindowTitleChange && windowTitle() != QStringView(caption)) {
         setWindowTitle(QString::fromUtf16(caption));
         return true;
     }

@@ -45,7 +45,7 @@ void SaveWindowPosition(SettingsStore &store, const QString &name, const QWidget
     };
     for (const auto &[key, pixels] : values) {
         store.SaveSetting(QString::fromUtf16(Settings::application), name, key,
-                          VbConvert::fromSingle(static_cast<float>(toTwips(pixels).value)));
+            VbConvert::fromSingle(static_cast<float>(toTwips(pixels).value)));
     }
 }
 
@@ -87,7 +87,7 @@ QRect keptOnScreen(QRect window, const QSize &screen)
         return qMax(0, qMin(start, limit - length));
     };
     window.moveTo(kept(window.x(), window.width(), screen.width()),
-                  kept(window.y(), window.height(), screen.height()));
+        kept(window.y(), window.height(), screen.height()));
     return window;
 }
 

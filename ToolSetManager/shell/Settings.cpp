@@ -9,7 +9,8 @@
 #include <variant>
 
 /// A key, and the member of the value's type that it fills.
-struct Settings::Entry {
+struct Settings::Entry
+{
     QLatin1StringView key;
     std::variant<QString Settings::*, bool Settings::*, qint16 Settings::*> member;
 };
@@ -40,8 +41,8 @@ Settings::Settings(const QString &programFolder)
 
 void Settings::LoadSettings(const SettingsStore &store)
 {
-    const auto pairs
-        = store.GetAllSettings(QString::fromUtf16(application), QString::fromUtf16(section));
+    const auto pairs =
+        store.GetAllSettings(QString::fromUtf16(application), QString::fromUtf16(section));
     for (const auto &[name, text] : pairs) {
         for (const Entry &entry : entries) {
             if (name != entry.key)

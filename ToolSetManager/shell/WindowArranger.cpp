@@ -15,8 +15,8 @@ void tile(QMdiArea &area, bool horizontal)
         if (!(*window)->isMinimized() && (*window)->isVisible())
             windows.append(*window); // the active one first
     }
-    const auto places = WindowArranger::tiles(area.viewport()->rect(),
-                                              static_cast<int>(windows.size()), horizontal);
+    const auto places = WindowArranger::tiles(
+        area.viewport()->rect(), static_cast<int>(windows.size()), horizontal);
     for (qsizetype i = 0; i < windows.size(); ++i) {
         windows[i]->showNormal();
         windows[i]->setGeometry(places[i]);

@@ -23,14 +23,15 @@ frmAbout::frmAbout(QWidget *parent)
     large.setPointSizeF(large.pointSizeF() * 1.3);
     large.setBold(true);
     name->setFont(large);
-    auto *version = new QLabel(
-        QStringLiteral("Version %1").arg(QCoreApplication::applicationVersion()), this);
-    auto *purpose = new QLabel(
-        QStringLiteral("Makes and keeps the tool sets of the VB Quillon add-in."), this);
-    auto *toolkit = new QLabel(
-        QStringLiteral("Built on Qt %1.").arg(QString::fromLatin1(qVersion())), this);
+    auto *version =
+        new QLabel(QStringLiteral("Version %1").arg(QCoreApplication::applicationVersion()), this);
+    auto *purpose =
+        new QLabel(QStringLiteral("Makes and keeps the tool sets of the VB Quillon add-in."), this);
+    auto *toolkit =
+        new QLabel(QStringLiteral("Built on Qt %1.").arg(QString::fromLatin1(qVersion())), this);
     auto *licence = new QLabel(
-        QStringLiteral("Free software under the MIT licence; it comes without any warranty."), this);
+        QStringLiteral("Free software under the MIT licence; it comes without any warranty."),
+        this);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -4,11 +4,11 @@
 #include "platform/desktop/ListView.h"
 
 #include <QCollator>
+#include <QHash>
 #include <QIcon>
 #include <QPixmap>
 
 #include <algorithm>
-#include <numeric>
 
 namespace {
 
@@ -56,6 +56,34 @@ QStringList ToolListModel::keysInPositionOrder() const
     return keys;
 }
 
+int ToolListModel::rowOf(const CVBATool &tool) const
+{
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].tool.get() == &tool)
+            return static_cast<int>(row);
+    }
+    return -1;
+}
+
+int ToolListModel::rowAtPosition(int position) const
+{
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].position == position)
+            return static_cast<int>(row);
+    }
+    return -1;
+}
+
+QList<int> ToolListModel::ghostedRows() const
+{
+    QList<int> rows;
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].ghosted)
+            rows.append(static_cast<int>(row));
+    }
+    return rows;
+}
+
 void ToolListModel::sortRows(std::vector<Row> &rows) const
 {
     if (m_sortKey < 0)
@@ -67,7 +95,8 @@ void ToolListModel::sortRows(std::vector<Row> &rows) const
         });
         return;
     }
-    struct Keyed {
+    struct Keyed
+    {
         QCollatorSortKey key;
         size_t row;
     };
@@ -98,26 +127,31 @@ void ToolListModel::sort(int column, Qt::SortOrder order)
         return;
     m_sortKey = column;
     m_sortOrder = order;
+    rearrange([this] { sortRows(m_rows); });
+}
 
+template <class Change>
+void ToolListModel::rearrange(Change change)
+{
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
-    std::vector<int> positions; // of the rows that the selection and the focus hold on to
-    positions.reserve(static_cast<size_t>(before.size()));
+    std::vector<const CVBATool *> tools; // of the rows that the selection and the focus hold on to
+    tools.reserve(static_cast<size_t>(before.size()));
     for (const QModelIndex &index : before)
-        positions.push_back(positionAt(index.row()));
+        tools.push_back(toolAt(index.row()).get());
 
-    sortRows(m_rows);
+    change();
 
-    std::vector<int> rowOfPosition(m_rows.size() + 1);
-    for (size_t row = 0; row < m_rows.size(); ++row)
-        rowOfPosition[static_cast<size_t>(m_rows[row].position)] = static_cast<int>(row);
+    QHash<const CVBATool *, int> rowOfTool;
+    if (!before.isEmpty()) {
+        rowOfTool.reserve(rowCount());
+        for (size_t row = 0; row < m_rows.size(); ++row)
+            rowOfTool.insert(m_rows[row].tool.get(), static_cast<int>(row));
+    }
     QModelIndexList after;
     after.reserve(before.size());
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        after.append(index(
-            rowOfPosition[static_cast<size_t>(positions[static_cast<size_t>(i)])],
-            before[i].column()));
-    }
+    for (qsizetype i = 0; i < before.size(); ++i)
+        after.append(index(rowOfTool.value(tools[static_cast<size_t>(i)]), before[i].column()));
     changePersistentIndexList(before, after);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
@@ -130,29 +164,157 @@ QString ToolListModel::renameTool(int row, const QString &newName)
     return tool->Description;
 }
 
+QList<int> ToolListModel::appendTools(const QList<ToolPtr> &tools)
+{
+    std::vector<Row> added;
+    added.reserve(static_cast<size_t>(tools.size()));
+    int position = rowCount();
+    for (const ToolPtr &tool : tools) {
+        if (m_tools->Add(tool))
+            added.push_back({tool, ++position, false});
+    }
+    QList<int> rows;
+    if (added.empty())
+        return rows;
+    const bool byPosition =
+        m_sortKey < 0 || (m_sortKey == PositionColumn && m_sortOrder == Qt::AscendingOrder);
+    const int first = rowCount();
+    beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
+    m_rows.insert(m_rows.end(), added.begin(), added.end());
+    endInsertRows();
+    if (byPosition) {
+        for (int row = first; row < rowCount(); ++row)
+            rows.append(row);
+        return rows;
+    }
+    sort(m_sortKey, m_sortOrder);
+    for (int row = 0; row < rowCount(); ++row) {
+        if (positionAt(row) > first)
+            rows.append(row);
+    }
+    return rows;
+}
+
+void ToolListModel::removeTools(const QList<int> &rows)
+{
+    if (rows.isEmpty())
+        return;
+    QList<int> sorted = rows;
+    std::sort(sorted.begin(), sorted.end());
+    QList<std::pair<int, int>> ranges; // first and last row of neighbours
+    for (const int row : std::as_const(sorted)) {
+        m_tools->Remove(toolAt(row)->Description);
+        if (!ranges.isEmpty() && ranges.constLast().second == row - 1)
+            ranges.last().second = row;
+        else
+            ranges.append({row, row});
+    }
+    std::vector<bool> taken(m_rows.size() + 1, false); // by position
+    for (const int row : std::as_const(sorted))
+        taken[static_cast<size_t>(positionAt(row))] = true;
+    std::vector<int> newPosition(m_rows.size() + 1, 0);
+    int position = 0;
+    for (size_t old = 1; old <= m_rows.size(); ++old)
+        newPosition[old] = taken[old] ? 0 : ++position;
+    for (Row &row : m_rows)
+        row.position = newPosition[static_cast<size_t>(row.position)];
+
+    // Views look through their rows at each removal, so many scattered rows go in one step.
+    constexpr qsizetype fewRanges = 32;
+    if (ranges.size() > fewRanges) {
+        beginResetModel();
+        std::erase_if(m_rows, [](const Row &row) { return row.position == 0; });
+        endResetModel();
+        return;
+    }
+    for (auto range = ranges.crbegin(); range != ranges.crend(); ++range) {
+        beginRemoveRows({}, range->first, range->second);
+        m_rows.erase(m_rows.begin() + range->first, m_rows.begin() + range->second + 1);
+        endRemoveRows();
+    }
+    positionsChanged();
+}
+
+bool ToolListModel::movesBelow(const QList<int> &rows, int targetRow) const
+{
+    const int target = positionAt(targetRow);
+    return std::any_of(rows.begin(), rows.end(), [&](int row) { return positionAt(row) < target; });
+}
+
+QList<int> ToolListModel::MoveTools(const QList<int> &rows, int targetRow)
+{
+    const int target = positionAt(targetRow);
+    const bool targetMoves = rows.contains(targetRow);
+    const bool below = movesBelow(rows, targetRow) && !targetMoves;
+    std::vector<bool> moves(m_rows.size() + 1, false); // by position
+    for (const int row : rows)
+        moves[static_cast<size_t>(positionAt(row))] = true;
+
+    int before = 0; // tools that stay and stand before the place
+    for (int position = 1; position < target + (below ? 1 : 0); ++position)
+        before += moves[static_cast<size_t>(position)] ? 0 : 1;
+    const int moved = static_cast<int>(std::count(moves.begin(), moves.end(), true));
+
+    rearrange([&] {
+        std::vector<int> newPosition(m_rows.size() + 1, 0);
+        int staying = 0;
+        int moving = before;
+        for (size_t old = 1; old <= m_rows.size(); ++old) {
+            if (moves[old]) {
+                newPosition[old] = ++moving;
+            } else {
+                ++staying;
+                newPosition[old] = staying <= before ? staying : staying + moved;
+            }
+        }
+        for (Row &row : m_rows)
+            row.position = newPosition[static_cast<size_t>(row.position)];
+        m_sortKey = PositionColumn;
+        m_sortOrder = Qt::AscendingOrder;
+        sortRows(m_rows);
+    });
+    positionsChanged();
+    QList<int> now;
+    for (int row = before; row < before + moved; ++row)
+        now.append(row);
+    return now;
+}
+
+void ToolListModel::positionsChanged()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(
+            index(0, PositionColumn), index(rowCount() - 1, PositionColumn), {Qt::DisplayRole});
+    }
+}
+
 void ToolListModel::setGhosted(const QList<int> &rows, bool ghosted)
 {
-    for (const int row : rows) {
+    for (const int row : rows)
         m_rows[static_cast<size_t>(row)].ghosted = ghosted;
-        dataChangedInRow(row);
-    }
+    ghostsChanged();
 }
 
 void ToolListModel::clearGhosted()
 {
-    for (size_t row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].ghosted) {
-            m_rows[row].ghosted = false;
-            dataChangedInRow(static_cast<int>(row));
-        }
+    for (Row &row : m_rows)
+        row.ghosted = false;
+    ghostsChanged();
+}
+
+void ToolListModel::ghostsChanged()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(
+            index(0, 0), index(rowCount() - 1, ColumnCount - 1), {ListView::GhostedRole});
     }
 }
 
 void ToolListModel::refreshPictures()
 {
     if (!m_rows.empty()) {
-        Q_EMIT dataChanged(index(0, NameColumn), index(rowCount() - 1, NameColumn),
-                           {Qt::DecorationRole});
+        Q_EMIT dataChanged(
+            index(0, NameColumn), index(rowCount() - 1, NameColumn), {Qt::DecorationRole});
     }
 }
 
@@ -216,7 +378,8 @@ Qt::ItemFlags ToolListModel::flags(const QModelIndex &index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    Qt::ItemFlags flags =
+        Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
     if (index.column() == NameColumn)
         flags |= Qt::ItemIsEditable;
     return flags;

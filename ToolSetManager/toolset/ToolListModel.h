@@ -31,6 +31,10 @@ public:
     int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
     /// The keys of all tools, by position: what the file is written by.
     QStringList keysInPositionOrder() const;
+    int rowOf(const CVBATool &tool) const; ///< -1 when it is not in the list.
+    int rowAtPosition(int position) const; ///< -1 when there is no such position.
+    bool isGhosted(int row) const { return m_rows[static_cast<size_t>(row)].ghosted; }
+    QList<int> ghostedRows() const;
 
     // --- Sort ---
     int sortKey() const { return m_sortKey; } ///< A column; -1 before the first sort.
@@ -43,6 +47,18 @@ public:
     /// Renames the tool in that row; the set may make the name unique. Returns the name it has
     /// then. The row keeps its place.
     QString renameTool(int row, const QString &newName);
+    /// Adds the tools at the end of the set, which names them; a tool that it refuses is left out.
+    /// Returns their rows: the last ones, or where the present sort puts a single tool.
+    QList<int> appendTools(const QList<ToolPtr> &tools);
+    /// Takes the tools of these rows out of the set and closes the gaps in the positions.
+    void removeTools(const QList<int> &rows);
+    /// Takes the tools of \a rows out of the order and puts them in, in their order, at the
+    /// position of the tool in \a targetRow: below it when the first of them comes from above it,
+    /// else above it. Where the target is one of them they gather at its place. The list is then
+    /// sorted by position. Returns the rows of the tools then.
+    QList<int> MoveTools(const QList<int> &rows, int targetRow);
+    /// True when MoveTools would put the tools of \a rows below the target instead of above it.
+    bool movesBelow(const QList<int> &rows, int targetRow) const;
 
     // --- Marks ---
     /// Ghosted rows are drawn faint: their tools are cut or being dragged.
@@ -60,13 +76,19 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    struct Row {
+    struct Row
+    {
         ToolPtr tool;
         int position = 0;
         bool ghosted = false;
     };
 
     void sortRows(std::vector<Row> &rows) const;
+    /// Runs a change of the rows' order so that selection and focus stay with their tools.
+    template <class Change>
+    void rearrange(Change change);
+    void positionsChanged();
+    void ghostsChanged();
     void dataChangedInRow(int row);
 
     CVBATools *m_tools = nullptr;

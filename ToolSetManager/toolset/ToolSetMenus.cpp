@@ -12,16 +12,17 @@ constexpr char tagProperty[] = "Tag";
 using Text = QLatin1StringView;
 
 /// One item of an item array; an empty caption is a separator.
-struct Item {
+struct Item
+{
     Text caption;
     Text word; ///< Command word; empty: the window connects the item itself.
     Text keys; ///< Shortcut in portable text.
 };
 
 /// Adds the rows of a table to a menu and keeps the actions in \a items, which the table fits.
-template<size_t count>
+template <size_t count>
 void fill(QMenu *menu, Text arrayName, std::array<QAction *, count> &items,
-          const Item (&rows)[count], ToolSetMenus *menus)
+    const Item (&rows)[count], ToolSetMenus *menus)
 {
     for (size_t i = 0; i < count; ++i) {
         if (rows[i].caption.isEmpty()) {
@@ -32,9 +33,8 @@ void fill(QMenu *menu, Text arrayName, std::array<QAction *, count> &items,
         items[i]->setObjectName(QStringLiteral("%1(%2)").arg(arrayName).arg(i));
         items[i]->setShortcut(QKeySequence(rows[i].keys, QKeySequence::PortableText));
         if (!rows[i].word.isEmpty()) {
-            QObject::connect(items[i], &QAction::triggered, menus, [menus, word = rows[i].word] {
-                Q_EMIT menus->chosen(word);
-            });
+            QObject::connect(items[i], &QAction::triggered, menus,
+                [menus, word = rows[i].word] { Q_EMIT menus->chosen(word); });
         }
     }
 }

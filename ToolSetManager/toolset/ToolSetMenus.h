@@ -17,11 +17,26 @@ class ToolSetMenus : public QObject
     Q_OBJECT
 public:
     /// Indexes into the item arrays; the missing ones are separators.
-    enum FileItem { FileNew = 0, FileOpen = 1, FileSave = 3, FileSaveAs = 4, FilePrint = 6,
-                    FilePrintSetup = 7, FileItems };
-    enum EditItem { EditNewTool = 0, EditToolProperties = 1, EditToolHelp = 2,
-                    EditToolSetProperties = 3, EditCut = 5, EditCopy = 6, EditPaste = 7,
-                    EditDelete = 8, EditItems };
+    enum FileItem {
+        FileNew = 0,
+        FileOpen = 1,
+        FileSave = 3,
+        FileSaveAs = 4,
+        FilePrint = 6,
+        FilePrintSetup = 7,
+        FileItems
+    };
+    enum EditItem {
+        EditNewTool = 0,
+        EditToolProperties = 1,
+        EditToolHelp = 2,
+        EditToolSetProperties = 3,
+        EditCut = 5,
+        EditCopy = 6,
+        EditPaste = 7,
+        EditDelete = 8,
+        EditItems
+    };
     enum ViewItem { ViewList, ViewDetails, ViewToolHelp, ViewItems };
     enum WindowItem { TileHorizontally, TileVertically, Cascade, ArrangeIcons, WindowItems };
     enum HelpItem { HelpToolSetManager = 0, HelpAddIn = 1, HelpAbout = 3, HelpItems };

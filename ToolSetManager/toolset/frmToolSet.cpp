@@ -6,6 +6,7 @@
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/MsgBox.h"
+#include "platform/desktop/SendKeys.h"
 #include "platform/desktop/mFileUtil.h"
 #include "shell/CFileList.h"
 #include "shell/CommandTable.h"
@@ -13,6 +14,8 @@
 #include "shell/RecentFileMenu.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
+#include "toolset/EditCommands.h"
+#include "toolset/ToolDrag.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolSetMenus.h"
 
@@ -23,6 +26,7 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QShortcut>
 #include <QTimer>
 
 namespace {
@@ -40,8 +44,8 @@ QTimer *makeTimer(QObject *parent, int interval)
 
 } // namespace
 
-frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings,
-                       ToolSetStorage &storage, QWidget *parent)
+frmToolSet::frmToolSet(
+    Frame &frame, mTSM &state, const Settings &settings, ToolSetStorage &storage, QWidget *parent)
     : QWidget(parent)
     , m_frame(frame)
     , m_state(state)
@@ -55,6 +59,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings,
     , picUtil(pictureBoxSize, pictureBoxSize)
     , m_tools(std::make_unique<CVBATools>(storage))
     , m_list(new ToolListModel(this))
+    , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
 {
     setObjectName(QStringLiteral("frmToolSet"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -68,6 +73,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings,
     connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
+    connectEdits();
     connectMenus();
     Form_Load();
 }
@@ -81,13 +87,11 @@ void frmToolSet::Form_Load()
     m_list->setTools(m_tools.get());
 
     for (const int item : {ToolSetMenus::EditToolProperties, ToolSetMenus::EditCut,
-                           ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
-        ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)],
-                             CommandTable::needsTool);
+             ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
+        ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
     }
     ToolSetMenus::setTag(m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
-    ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste],
-                         CommandTable::needsClipboard);
+    ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
     SetCommandGroup(CommandTable::needsToolSet, true);
     m_dirty = false;
 }
@@ -107,7 +111,7 @@ void frmToolSet::connectList()
     connect(lvTools, &ListView::KeyUp, this, &frmToolSet::lvTools_KeyUp);
     connect(lvTools, &ListView::MouseDown, this, &frmToolSet::lvTools_MouseDown);
     connect(lvTools, &ListView::menuKeyPressed, this,
-            [this] { showEditMenu(lvTools->menuPosition()); });
+        [this] { showEditMenu(lvTools->menuPosition()); });
 }
 
 void frmToolSet::connectMenus()
@@ -118,33 +122,32 @@ void frmToolSet::connectMenus()
         m_frame.setAction(word);
     });
     connect(m_menus->mnuFileList, &RecentFileMenu::chosen, this,
-            [this](const QString &path) { m_frame.openFile(path); });
+        [this](const QString &path) { m_frame.openFile(path); });
     connect(m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, this,
-            &frmToolSet::mnuFileSaveAs_Click);
+        &frmToolSet::mnuFileSaveAs_Click);
     connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
     // "Tool Help" goes again with the menu. Later, because the menu tells that it hides before it
     // tells which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
-        QTimer::singleShot(0, this, [this] {
-            m_menus->mnuEditX[Menus::EditToolHelp]->setVisible(false);
-        });
+        QTimer::singleShot(
+            0, this, [this] { m_menus->mnuEditX[Menus::EditToolHelp]->setVisible(false); });
     });
 
-    constexpr Frame::Arrangement arrangements[]
-        = {Frame::Arrangement::TileHorizontally, Frame::Arrangement::TileVertically,
-           Frame::Arrangement::Cascade, Frame::Arrangement::ArrangeIcons};
+    constexpr Frame::Arrangement arrangements[] = {Frame::Arrangement::TileHorizontally,
+        Frame::Arrangement::TileVertically, Frame::Arrangement::Cascade,
+        Frame::Arrangement::ArrangeIcons};
     for (size_t i = 0; i < std::size(arrangements); ++i) {
         connect(m_menus->mnuWindowX[i], &QAction::triggered, this,
-                [this, arrangement = arrangements[i]] { m_frame.arrangeWindows(arrangement); });
+            [this, arrangement = arrangements[i]] { m_frame.arrangeWindows(arrangement); });
     }
     connect(m_menus->mnuWindow, &QMenu::aboutToShow, this, &frmToolSet::mnuWindow_aboutToShow);
 
     connect(m_menus->mnuHelpx[Menus::HelpToolSetManager], &QAction::triggered, this,
-            [this] { m_frame.showHelp(Frame::HelpFile::ToolSetManager); });
+        [this] { m_frame.showHelp(Frame::HelpFile::ToolSetManager); });
     connect(m_menus->mnuHelpx[Menus::HelpAddIn], &QAction::triggered, this,
-            [this] { m_frame.showHelp(Frame::HelpFile::AddIn); });
+        [this] { m_frame.showHelp(Frame::HelpFile::AddIn); });
     connect(m_menus->mnuHelpx[Menus::HelpAbout], &QAction::triggered, this,
-            [this] { m_frame.showAbout(); });
+        [this] { m_frame.showAbout(); });
 }
 
 // --- Properties ---
@@ -181,6 +184,12 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("save"), &frmToolSet::saveCommand},
         {QStringLiteral("list"), &frmToolSet::showList},
         {QStringLiteral("details"), &frmToolSet::showDetails},
+        {QStringLiteral("newtool"), &frmToolSet::newToolCommand},
+        {QStringLiteral("delete"), &frmToolSet::deleteCommand},
+        {QStringLiteral("silentdelete"), &frmToolSet::silentDeleteCommand},
+        {QStringLiteral("cut"), &frmToolSet::cutCommand},
+        {QStringLiteral("copy"), &frmToolSet::copyCommand},
+        {QStringLiteral("paste"), &frmToolSet::pasteCommand},
     };
     if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
@@ -231,7 +240,7 @@ bool frmToolSet::openToolSet()
         // overwrite the file that could not be read.
         m_fileName = m_tools->ToolSetName;
         MsgBox::show(this, QStringLiteral("Error loading tool set: ") + loaded->ErrorDescription,
-                     MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+            MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
     }
     return ok;
 }
@@ -246,8 +255,7 @@ bool frmToolSet::saveToolSet()
 {
     m_keptForRecovery = false;
     if (m_list->rowCount() == 0) {
-        MsgBox::show(
-            this,
+        MsgBox::show(this,
             QStringLiteral("The toolset must contain at least one tool before it can be saved"),
             MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
         return false;
@@ -287,8 +295,8 @@ bool frmToolSet::saveAs()
     dlg.DefaultExt = QStringLiteral("bmt");
     dlg.DialogTitle = QStringLiteral("Save Tool Set");
     dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
-    dlg.Flags = CommonDialog::OverwritePrompt | CommonDialog::PathMustExist
-        | CommonDialog::HideReadOnly;
+    dlg.Flags =
+        CommonDialog::OverwritePrompt | CommonDialog::PathMustExist | CommonDialog::HideReadOnly;
     dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
     dlg.FileName = m_tools->ToolSetName;
     dlg.CancelError = true;
@@ -312,9 +320,8 @@ bool frmToolSet::CleanIfDirty()
 {
     if (!m_dirty)
         return false;
-    const auto answer
-        = MsgBox::show(this, QStringLiteral("Save changes to ") + m_caption,
-                       MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
+    const auto answer = MsgBox::show(this, QStringLiteral("Save changes to ") + m_caption,
+        MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
     if (answer == MsgBox::Answer::Yes) {
         // Kept: the close goes on although the save failed or was given up in the dialog.
         if (!saveToolSet() && !m_keptForRecovery && m_list->rowCount() > 0)
@@ -400,20 +407,82 @@ void frmToolSet::RefreshIcons()
 
 void frmToolSet::ClearDragTools()
 {
-    const auto documents = m_frame.openDocuments();
-    for (DocumentWindow *document : documents) {
-        if (document->Caption() == m_state.SourceCaption)
-            document->unghostTools();
-    }
-    m_state.ToolClipboard.reset();
-    m_state.SourceCaption.clear();
-    m_state.ClipboardMode = mTSM::NothingPending;
-    refreshPasteCommands();
+    m_edit->ClearDragTools();
 }
 
 void frmToolSet::unghostTools()
 {
     m_list->clearGhosted();
+}
+
+void frmToolSet::selectGhostedTools()
+{
+    m_edit->selectGhosted();
+}
+
+// --- Edits ---
+
+void frmToolSet::connectEdits()
+{
+    new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
+    connect(m_edit, &EditCommands::changed, this, [this] { m_dirty = true; });
+    connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
+    addMoveKeys();
+}
+
+void frmToolSet::addMoveKeys()
+{
+    using Direction = EditCommands::Direction;
+    const std::pair<Qt::Key, Direction> keys[] = {{Qt::Key_Up, Direction::Up},
+        {Qt::Key_Down, Direction::Down}, {Qt::Key_Home, Direction::ToStart},
+        {Qt::Key_End, Direction::ToEnd}};
+    for (const auto &[key, direction] : keys) {
+        auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | key), lvTools);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this,
+            [this, way = direction] { m_edit->moveSelection(way); });
+    }
+}
+
+bool frmToolSet::sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier)
+{
+    if (m_labelEditing)
+        SendKeys::send(key, modifier);
+    return m_labelEditing;
+}
+
+void frmToolSet::copyCommand()
+{
+    if (!sentToLabel(Qt::Key_Insert, Qt::ControlModifier))
+        m_edit->copy();
+}
+
+void frmToolSet::cutCommand()
+{
+    if (!sentToLabel(Qt::Key_Delete, Qt::ShiftModifier))
+        m_edit->cut();
+}
+
+void frmToolSet::pasteCommand()
+{
+    // Kept: Alt+Insert, which pastes nothing into the name.
+    if (!sentToLabel(Qt::Key_Insert, Qt::AltModifier))
+        m_edit->paste(m_edit->PasteEffect());
+}
+
+void frmToolSet::newToolCommand()
+{
+    m_edit->newTool();
+}
+
+void frmToolSet::deleteCommand()
+{
+    m_edit->deleteTools(true);
+}
+
+void frmToolSet::silentDeleteCommand()
+{
+    m_edit->deleteTools(false);
 }
 
 // --- lvTools ---
@@ -523,7 +592,7 @@ void frmToolSet::mnuWindow_aboutToShow()
         item->setCheckable(true);
         item->setChecked(document == this);
         connect(item, &QAction::triggered, this,
-                [this, document] { m_frame.activateDocument(document); });
+            [this, document] { m_frame.activateDocument(document); });
     }
 }
 

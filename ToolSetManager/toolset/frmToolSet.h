@@ -8,6 +8,7 @@
 #include <memory>
 
 class CVBATools;
+class EditCommands;
 class Frame;
 class ListView;
 class QLabel;
@@ -26,7 +27,7 @@ class frmToolSet : public QWidget, public DocumentWindow
 public:
     /// What is handed in is borrowed. The window deletes itself when it is closed.
     frmToolSet(Frame &frame, mTSM &state, const Settings &settings, ToolSetStorage &storage,
-               QWidget *parent = nullptr);
+        QWidget *parent = nullptr);
     ~frmToolSet() override;
 
     // --- Properties ---
@@ -47,6 +48,7 @@ public:
     void Unload() override;
     void Form_Activate() override;
     void unghostTools() override;
+    void selectGhostedTools() override;
     /// Enables or disables the commands of a group: toolbar buttons, menu items; then brings the
     /// view buttons and the paste commands up to date.
     void SetCommandGroup(const QString &group, bool enabled);
@@ -92,6 +94,17 @@ private:
     void layOut();
     void showEditMenu(const QPoint &globalPosition);
 
+    void connectEdits();
+    /// While a name is edited in place, cut, copy and paste are keystrokes for the edit box.
+    bool sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier);
+    void addMoveKeys();
+
+    void copyCommand();
+    void cutCommand();
+    void pasteCommand();
+    void newToolCommand();
+    void deleteCommand();
+    void silentDeleteCommand();
     void openCommand();
     void saveCommand();
     bool openToolSet();
@@ -121,6 +134,7 @@ private:
     // --- State ---
     std::unique_ptr<CVBATools> m_tools;
     ToolListModel *m_list;
+    EditCommands *m_edit;
     QString m_caption;
     QString m_fileName;
     bool m_dirty = false;

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr auto folderOwnerOnly
-    = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+constexpr auto folderOwnerOnly =
+    QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
 constexpr auto fileOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 bool makePrivate(const QString &folder)
@@ -28,8 +28,8 @@ QString dateStamp()
 /// Two files of one name in different folders must not push each other's copies out.
 QString folderNameFor(const QFileInfo &file)
 {
-    const QByteArray hash = QCryptographicHash::hash(file.absoluteFilePath().toUtf8(),
-                                                     QCryptographicHash::Sha1);
+    const QByteArray hash =
+        QCryptographicHash::hash(file.absoluteFilePath().toUtf8(), QCryptographicHash::Sha1);
     return file.completeBaseName().left(60) + u'-' + QString::fromLatin1(hash.toHex().left(12));
 }
 
@@ -48,9 +48,7 @@ QString BackupStore::backup(const QString &path)
     const QString folder = m_folder + u'/' + folderNameFor(file);
     if (!makePrivate(m_folder) || !makePrivate(folder))
         return {};
-    const QString copy = folder + u'/'
-        + dateStamp() + u'-'
-        + file.fileName().right(100);
+    const QString copy = folder + u'/' + dateStamp() + u'-' + file.fileName().right(100);
     if (!QFile::copy(path, copy)) {
         QFile::remove(copy); // what a full disk left of it
         return {};
@@ -88,9 +86,8 @@ void BackupStore::prune(const QString &folder, const QString &newest)
         all.append(walk.fileInfo());
         bytes += walk.fileInfo().size();
     }
-    std::sort(all.begin(), all.end(), [](const QFileInfo &a, const QFileInfo &b) {
-        return a.fileName() < b.fileName();
-    });
+    std::sort(all.begin(), all.end(),
+        [](const QFileInfo &a, const QFileInfo &b) { return a.fileName() < b.fileName(); });
     for (const QFileInfo &file : std::as_const(all)) {
         if (bytes <= keptBytes)
             break;

@@ -38,8 +38,8 @@ bool CommonDialog::ShowOpen()
 {
     QFileDialog dialog(m_parent);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode((Flags & FileMustExist) != 0 ? QFileDialog::ExistingFile
-                                                    : QFileDialog::AnyFile);
+    dialog.setFileMode(
+        (Flags & FileMustExist) != 0 ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     return run(dialog);
 }
 
@@ -72,8 +72,8 @@ bool CommonDialog::run(QFileDialog &dialog)
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         if (CancelError) {
-            throw VbError(cancelled, QStringLiteral("CommonDialog"),
-                          QStringLiteral("Cancel was selected."));
+            throw VbError(
+                cancelled, QStringLiteral("CommonDialog"), QStringLiteral("Cancel was selected."));
         }
         return false;
     }

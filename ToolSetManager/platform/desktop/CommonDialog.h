@@ -22,7 +22,8 @@ public:
     static constexpr int cancelled = 32755;
 
     /// One entry of the dialog's list of file types.
-    struct FilterEntry {
+    struct FilterEntry
+    {
         QString description;
         QString patterns; ///< Separated by ";".
         friend bool operator==(const FilterEntry &, const FilterEntry &) = default;

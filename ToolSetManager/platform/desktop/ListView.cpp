@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
 #include <QTreeView>
@@ -22,8 +23,8 @@ public:
     {
     }
 
-    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
-                          const QModelIndex &index) const override
+    QWidget *createEditor(
+        QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const override
     {
         auto *editor = new QLineEdit(parent);
         editor->setAccessibleName(
@@ -41,7 +42,8 @@ public:
             line->setText(index.data(Qt::DisplayRole).toString());
     }
 
-    void setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
+    void setModelData(
+        QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
     {
         const QString text = qobject_cast<QLineEdit *>(editor)->text();
         if (text != index.data(Qt::DisplayRole).toString())
@@ -73,11 +75,63 @@ private:
     ListView *m_owner;
 };
 
+/// A view that leaves drags to the list and draws the list's mark.
+template <class View>
+class ListView::DragView : public View
+{
+public:
+    explicit DragView(ListView *owner)
+        : m_owner(owner)
+    {
+        this->setDragEnabled(true);
+        this->viewport()->setAcceptDrops(true);
+        this->setAutoScroll(true);
+    }
+
+protected:
+    void startDrag(Qt::DropActions) override { Q_EMIT m_owner->OLEStartDrag(); }
+
+    void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
+
+    void dragMoveEvent(QDragMoveEvent *event) override
+    {
+        event->ignore();
+        Q_EMIT m_owner->OLEDragOver(event);
+        const int y = event->position().toPoint().y();
+        const int margin = this->autoScrollMargin();
+        if (event->isAccepted() && (y < margin || y > this->viewport()->height() - margin))
+            this->startAutoScroll();
+    }
+
+    void dragLeaveEvent(QDragLeaveEvent *) override
+    {
+        this->stopAutoScroll();
+        Q_EMIT m_owner->OLEDragLeave();
+    }
+
+    void dropEvent(QDropEvent *event) override
+    {
+        this->stopAutoScroll();
+        event->ignore();
+        Q_EMIT m_owner->OLEDragDrop(event);
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        View::paintEvent(event);
+        QPainter painter(this->viewport());
+        m_owner->paintDropHighlight(painter);
+    }
+
+private:
+    ListView *m_owner;
+};
+
 ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *parent)
     : QWidget(parent)
     , m_stack(new QStackedWidget(this))
-    , m_report(new QTreeView)
-    , m_list(new QListView)
+    , m_report(new DragView<QTreeView>(this))
+    , m_list(new DragView<QListView>(this))
     , m_delegate(new LabelDelegate(this))
 {
     auto *layout = new QVBoxLayout(this);
@@ -216,14 +270,22 @@ void ListView::selectRows(const QList<int> &rows)
         qsizetype to = from;
         while (to + 1 < sorted.size() && sorted[to + 1] <= sorted[to] + 1)
             ++to;
-        ranges.append(QItemSelectionRange(m_model->index(sorted[from], 0),
-                                          m_model->index(sorted[to], lastColumn)));
+        ranges.append(QItemSelectionRange(
+            m_model->index(sorted[from], 0), m_model->index(sorted[to], lastColumn)));
         from = to + 1;
     }
     const QModelIndex first = m_model->index(rows.constFirst(), 0);
     selection->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
     selection->select(ranges, QItemSelectionModel::ClearAndSelect);
     currentView()->scrollTo(first);
+}
+
+void ListView::setFocusedItem(int row)
+{
+    if (row >= 0) {
+        m_report->selectionModel()->setCurrentIndex(
+            m_model->index(row, 0), QItemSelectionModel::NoUpdate);
+    }
 }
 
 void ListView::StartLabelEdit()
@@ -244,6 +306,30 @@ void ListView::setColumnWidth(int column, int width)
 void ListView::setSortIndicator(int column, Qt::SortOrder order)
 {
     m_report->header()->setSortIndicator(column, order);
+}
+
+void ListView::setDropHighlight(int row, bool below)
+{
+    if (row == DropHighlight() && below == m_dropBelow)
+        return;
+    m_dropRow = row < 0 ? QPersistentModelIndex() : QPersistentModelIndex(m_model->index(row, 0));
+    m_dropBelow = below;
+    currentView()->viewport()->update();
+}
+
+void ListView::paintDropHighlight(QPainter &painter) const
+{
+    if (!m_dropRow.isValid())
+        return;
+    QRect item = currentView()->visualRect(m_dropRow);
+    if (View() == lvwReport)
+        item.setRight(m_report->header()->length());
+    QColor colour = palette().color(QPalette::Highlight);
+    painter.setPen(QPen(colour, 2));
+    const int y = m_dropBelow ? item.bottom() : item.top() + 1;
+    painter.drawLine(item.left() + 1, y, item.right() - 1, y);
+    colour.setAlphaF(0.2F);
+    painter.fillRect(item, colour);
 }
 
 int ListView::HitTest(const QPoint &position) const
@@ -273,6 +359,8 @@ bool ListView::viewportEvent(QEvent *event)
     } else if (event->type() == QEvent::MouseButtonDblClick) {
         if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
             Q_EMIT DblClick();
+    } else if (event->type() == QEvent::MouseButtonRelease) {
+        Q_EMIT MouseUp();
     } else if (event->type() == QEvent::ContextMenu) {
         return true; // the owner answers MouseDown and menuKeyPressed
     }

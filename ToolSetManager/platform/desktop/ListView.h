@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QWidget>
 
 class LabelDelegate;
 class QAbstractItemModel;
 class QAbstractItemView;
+class QDragMoveEvent;
+class QDropEvent;
 class QItemSelectionModel;
 class QListView;
 class QModelIndex;
+class QPainter;
 class QStackedWidget;
 class QTreeView;
 
@@ -15,6 +19,9 @@ class QTreeView;
 /// Both views share one selection. Labels (column 0) are edited in place; the model's setData() is
 /// not used for that, the owner decides what becomes of the text. Rows for which `GhostedRole` is
 /// true are drawn faint.
+///
+/// Drags: the list tells when the user starts one (OLEStartDrag) and what a drag does above it; the
+/// owner fills the data, chooses the effect and carries out the drop. Near the edges it scrolls.
 ///
 /// "Selected item" is the item that has the focus within the selection; rows are counted from 0 in
 /// the order shown.
@@ -47,6 +54,9 @@ public:
     /// Selects exactly these rows; the first one gets the focus and is scrolled to.
     void selectRows(const QList<int> &rows);
 
+    /// Gives that row the focus and changes no selection; nothing for row -1.
+    void setFocusedItem(int row);
+
     /// Starts the editing of the selected item's label, if there is one.
     void StartLabelEdit();
 
@@ -54,6 +64,11 @@ public:
 
     /// Shows the sort arrow; none for column -1.
     void setSortIndicator(int column, Qt::SortOrder order);
+
+    /// The row that a drop would go to, marked with a line above or (\a below) below it; none for
+    /// row -1.
+    void setDropHighlight(int row, bool below = false);
+    int DropHighlight() const { return m_dropRow.isValid() ? m_dropRow.row() : -1; }
 
     /// The row at a point of the current view's viewport; -1 for none.
     int HitTest(const QPoint &position) const;
@@ -73,6 +88,11 @@ Q_SIGNALS:
     void DblClick();
     void MouseDown(Qt::MouseButton button, const QPoint &position);
     void KeyDown(int key);
+    void MouseUp();
+    void OLEStartDrag(); ///< The mouse was moved with the left button held on an item.
+    void OLEDragOver(QDragMoveEvent *event); ///< Ignored unless the owner accepts it.
+    void OLEDragLeave();
+    void OLEDragDrop(QDropEvent *event);
     void KeyUp(int key); ///< Only for a key that was pressed in the list too.
     void menuKeyPressed();
 
@@ -80,8 +100,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    template <class View>
+    class DragView;
+
     void setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize);
     bool viewportEvent(QEvent *event);
+    void paintDropHighlight(QPainter &painter) const;
 
     QStackedWidget *m_stack;
     QTreeView *m_report;
@@ -89,4 +113,6 @@ private:
     LabelDelegate *m_delegate;
     QAbstractItemModel *m_model = nullptr;
     int m_pressedKey = 0;
+    QPersistentModelIndex m_dropRow;
+    bool m_dropBelow = false;
 };

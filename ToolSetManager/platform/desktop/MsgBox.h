@@ -13,7 +13,7 @@ enum class Answer { Ok, Yes, No, Cancel };
 
 /// An empty title stands for the application's. Closing the box answers Cancel where there is such
 /// a button, No where there is only that, else Ok.
-Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon,
-            const QString &title = {});
+Answer show(
+    QWidget *parent, const QString &text, Buttons buttons, Icon icon, const QString &title = {});
 
 } // namespace MsgBox

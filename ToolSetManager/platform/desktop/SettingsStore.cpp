@@ -13,7 +13,8 @@ QString location(const QString &folder, const QString &application)
 {
     if (!folder.isEmpty())
         return folder + u'/' + application + QStringLiteral(".conf");
-    return QStringLiteral("HKEY_CURRENT_USER\\Software\\VB and VBA Program Settings\\") + application;
+    return QStringLiteral("HKEY_CURRENT_USER\\Software\\VB and VBA Program Settings\\")
+        + application;
 }
 QSettings::Format format(const QString &folder)
 {
@@ -50,15 +51,15 @@ SettingsStore::SettingsStore(const QString &folder)
 }
 
 QString SettingsStore::GetSetting(const QString &application, const QString &section,
-                                  const QString &key, const QString &fallback) const
+    const QString &key, const QString &fallback) const
 {
     const QSettings settings(location(m_folder, application), format(m_folder));
     const QVariant value = settings.value(section + u'/' + key);
     return value.isValid() ? textOf(value) : fallback;
 }
 
-QList<QPair<QString, QString>> SettingsStore::GetAllSettings(const QString &application,
-                                                             const QString &section) const
+QList<QPair<QString, QString>> SettingsStore::GetAllSettings(
+    const QString &application, const QString &section) const
 {
     QSettings settings(location(m_folder, application), format(m_folder));
     settings.beginGroup(section);
@@ -69,15 +70,15 @@ QList<QPair<QString, QString>> SettingsStore::GetAllSettings(const QString &appl
     return pairs;
 }
 
-void SettingsStore::SaveSetting(const QString &application, const QString &section,
-                                const QString &key, const QString &value)
+void SettingsStore::SaveSetting(
+    const QString &application, const QString &section, const QString &key, const QString &value)
 {
     QSettings settings(location(m_folder, application), format(m_folder));
     settings.setValue(section + u'/' + key, value);
     settings.sync();
     if (settings.status() != QSettings::NoError) {
         throw VbError(VbError::DeviceError, QStringLiteral("SettingsStore"),
-                      QStringLiteral("The settings cannot be written to \"%1\".")
-                          .arg(QDir::toNativeSeparators(settings.fileName())));
+            QStringLiteral("The settings cannot be written to \"%1\".")
+                .arg(QDir::toNativeSeparators(settings.fileName())));
     }
 }

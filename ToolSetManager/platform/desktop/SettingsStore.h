@@ -17,15 +17,15 @@ public:
     explicit SettingsStore(const QString &folder = {});
 
     QString GetSetting(const QString &application, const QString &section, const QString &key,
-                       const QString &fallback = {}) const;
+        const QString &fallback = {}) const;
 
     /// All name and value pairs of a section; empty when the section is missing or unreadable.
-    QList<QPair<QString, QString>> GetAllSettings(const QString &application,
-                                                  const QString &section) const;
+    QList<QPair<QString, QString>> GetAllSettings(
+        const QString &application, const QString &section) const;
 
     /// Throws VbError::DeviceError when the value could not be stored.
     void SaveSetting(const QString &application, const QString &section, const QString &key,
-                     const QString &value);
+        const QString &value);
 
 private:
     QString m_folder;

@@ -18,8 +18,9 @@ constexpr int patienceMs = 3000;
 QString privateFolder()
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    return runtime.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
-                             : runtime;
+    return runtime.isEmpty()
+        ? QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
+        : runtime;
 }
 
 } // namespace
@@ -28,9 +29,10 @@ SingleInstance::SingleInstance(const QString &windowClass, const QString &captio
     : QObject(parent)
 {
     // The two together are too long for a socket's path in a deep folder.
-    const QByteArray hash
-        = QCryptographicHash::hash((windowClass + u'\n' + caption).toUtf8(), QCryptographicHash::Sha1);
-    m_base = privateFolder() + u'/' + windowClass + u'-' + QString::fromLatin1(hash.toHex().left(8));
+    const QByteArray hash = QCryptographicHash::hash(
+        (windowClass + u'\n' + caption).toUtf8(), QCryptographicHash::Sha1);
+    m_base =
+        privateFolder() + u'/' + windowClass + u'-' + QString::fromLatin1(hash.toHex().left(8));
 }
 
 SingleInstance::~SingleInstance() = default;

@@ -24,7 +24,7 @@ protected:
         QPainter painter(this);
         const QRect inside = contentsRect().adjusted(4, 0, -4, 0);
         painter.drawText(inside, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideMiddle, inside.width()));
+            fontMetrics().elidedText(text(), Qt::ElideMiddle, inside.width()));
     }
 };
 

@@ -24,8 +24,8 @@ QString spellingBelow(const QString &folder, const QStringList &names, qsizetype
     }
     // Compared in upper case, because that is the form in which the recent files are kept.
     const QString wanted = names[first].toUpper();
-    const auto entries
-        = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    const auto entries =
+        dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &entry : entries) {
         if (entry.toUpper() == wanted && !candidates.contains(entry))
             candidates.append(entry);
@@ -70,7 +70,8 @@ QString UserDataFolder(const QString &name)
     const QString folder = base + u'/' + name;
     if (base.isEmpty() || !QDir().mkpath(folder))
         return {};
-    constexpr auto userOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    constexpr auto userOnly =
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
     QFile::setPermissions(base, userOnly);
     QFile::setPermissions(folder, userOnly);
     return QDir::toNativeSeparators(folder);

@@ -10,14 +10,15 @@ namespace {
 
 constexpr qint64 fileHeaderSize = 14;
 
-template<class T>
+template <class T>
 T numberAt(QByteArrayView bytes, qsizetype offset)
 {
     return qFromLittleEndian<T>(bytes.data() + offset);
 }
 
 /// What a bitmap's headers say; the pixels themselves are left to Qt.
-struct BitmapShape {
+struct BitmapShape
+{
     qint64 width = 0;
     qint64 height = 0;
     int bitsPerPixel = 0;

@@ -27,8 +27,7 @@ CodePage::CodePage(int number)
             const char raw = static_cast<char>(byte);
             const QString text = decoder.isValid() ? decoder(QByteArrayView(&raw, 1)) : QString();
             const bool defined = text.size() == 1 && !decoder.hasError()
-                && text[0] != QChar::ReplacementCharacter
-                && tables->toByte[text[0].unicode()] == 0;
+                && text[0] != QChar::ReplacementCharacter && tables->toByte[text[0].unicode()] == 0;
             character = defined ? text[0].unicode() : static_cast<char16_t>(undefinedBase + byte);
         }
         const auto index = static_cast<size_t>(byte);
@@ -57,8 +56,9 @@ int CodePage::numberForLocale(const QLocale &locale)
     case QLocale::Azerbaijani:
         if (cyrillic)
             return 1251;
-        return locale.language() == QLocale::Bosnian || locale.language() == QLocale::Serbian ? 1250
-                                                                                              : 1254;
+        return locale.language() == QLocale::Bosnian || locale.language() == QLocale::Serbian
+            ? 1250
+            : 1254;
     case QLocale::Russian:
     case QLocale::Ukrainian:
     case QLocale::Belarusian:

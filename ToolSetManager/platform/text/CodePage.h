@@ -36,7 +36,8 @@ public:
     qsizetype firstUnencodable(QStringView text) const;
 
 private:
-    struct Tables {
+    struct Tables
+    {
         std::array<char16_t, 256> toUnicode;
         std::array<uchar, 65536> toByte; ///< 0 for "not there", except for U+0000.
     };

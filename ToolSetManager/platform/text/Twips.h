@@ -4,7 +4,8 @@
 
 /// A length in twips (1440 to the inch), the unit of stored window positions and of print layout.
 /// A type of its own, so that a length in pixels cannot be taken for one.
-struct Twips {
+struct Twips
+{
     static constexpr double perInch = 1440;
     static constexpr double classicDpi = 96; ///< 15 twips a pixel.
 

@@ -103,7 +103,7 @@ QByteArray plainDecimal(QStringView text)
     return i == text.size() ? digits : QByteArray();
 }
 
-template<class Signed, class Unsigned>
+template <class Signed, class Unsigned>
 std::optional<Signed> toWhole(QStringView text)
 {
     if (const auto pattern = radixValue(text)) {
@@ -115,7 +115,8 @@ std::optional<Signed> toWhole(QStringView text)
     if (!value)
         return std::nullopt;
     const double rounded = std::nearbyint(*value); // the default mode: halves to even
-    if (rounded < std::numeric_limits<Signed>::min() || rounded > std::numeric_limits<Signed>::max())
+    if (rounded < std::numeric_limits<Signed>::min()
+        || rounded > std::numeric_limits<Signed>::max())
         return std::nullopt;
     return static_cast<Signed>(rounded);
 }
@@ -142,7 +143,7 @@ std::optional<double> toDouble(QStringView text)
     if (result.ec == std::errc::result_out_of_range)
         return digits.contains("e-") ? std::optional<double>(0) : std::nullopt;
     return result.ec == std::errc() && result.ptr == end ? std::optional<double>(value)
-                                                          : std::nullopt;
+                                                         : std::nullopt;
 }
 
 std::optional<qint16> toInt16(QStringView text)

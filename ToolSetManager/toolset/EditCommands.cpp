@@ -1,0 +1,227 @@
+#include "toolset/EditCommands.h"
+
+#include "model/CVBATools.h"
+#include "platform/desktop/Hourglass.h"
+#include "platform/desktop/ListView.h"
+#include "platform/desktop/MsgBox.h"
+#include "shell/DocumentWindow.h"
+#include "shell/Frame.h"
+#include "shell/mTSM.h"
+#include "toolset/ToolListModel.h"
+#include "toolset/defaultPicture.xpm"
+
+#include <QPixmap>
+
+EditCommands::EditCommands(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
+    ToolSetStorage &storage, ListView &list, ToolListModel &model)
+    : QObject(form)
+    , m_document(document)
+    , m_form(form)
+    , m_frame(frame)
+    , m_state(state)
+    , m_storage(storage)
+    , m_list(list)
+    , m_model(model)
+{
+}
+
+void EditCommands::newTool()
+{
+    auto tool = std::make_shared<CVBATool>();
+    tool->Picture = QImage(defaultPicture);
+    const QList<int> rows = m_model.appendTools({tool});
+    if (rows.isEmpty()) // no name was free
+        return;
+    m_list.selectRows(rows);
+    Q_EMIT changed();
+    Q_EMIT commandStatesChanged();
+    Q_EMIT toolAdded();
+}
+
+// --- The tool clipboard ---
+
+void EditCommands::fillClipboard(bool ghosted)
+{
+    const QList<int> rows = m_list.selectedRows();
+    auto tools = std::make_unique<CVBATools>(m_storage);
+    // Without a new name for any of them: the clipboard holds the source's own tools, whose names
+    // are unique already.
+    for (const int row : rows)
+        tools->Add(m_model.toolAt(row));
+    m_model.setGhosted(rows, ghosted);
+    tools->setAllowDupes(true);
+    m_state.ToolClipboard = std::move(tools);
+    m_state.SourceCaption = m_document.Caption();
+}
+
+void EditCommands::copy()
+{
+    fillClipboard(false);
+    m_state.ClipboardMode = mTSM::CopyPending;
+    Q_EMIT commandStatesChanged();
+}
+
+void EditCommands::cut()
+{
+    if (m_state.ToolClipboard && m_state.ToolClipboard->Count() > 0)
+        ClearDragTools();
+    fillClipboard(true);
+    m_state.ClipboardMode = mTSM::CutPending;
+    Q_EMIT commandStatesChanged();
+}
+
+DocumentWindow *EditCommands::sourceWindow() const
+{
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Caption() == m_state.SourceCaption)
+            return document;
+    }
+    return nullptr;
+}
+
+bool EditCommands::isSource() const
+{
+    return m_document.Caption() == m_state.SourceCaption;
+}
+
+void EditCommands::ClearDragTools()
+{
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Caption() == m_state.SourceCaption)
+            document->unghostTools();
+    }
+    m_state.ToolClipboard.reset();
+    m_state.SourceCaption.clear();
+    // With the clipboard goes the mode: a later drop must not complete an abandoned cut.
+    m_state.ClipboardMode = mTSM::NothingPending;
+    Q_EMIT commandStatesChanged();
+}
+
+int EditCommands::PasteEffect() const
+{
+    switch (m_state.ClipboardMode) {
+    case mTSM::CopyPending:
+        return CopyEffect;
+    case mTSM::CutPending:
+        return MoveEffect;
+    default:
+        return NoEffect;
+    }
+}
+
+void EditCommands::paste(int effect)
+{
+    if (!m_state.ToolClipboard || m_state.ToolClipboard->Count() == 0)
+        return;
+    const Hourglass hourglass;
+    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    if (!isSource()) {
+        m_list.setDropHighlight(-1);
+        const QList<int> pasted = PasteTools();
+        m_list.selectRows(pasted);
+        if (m_state.ClipboardMode == mTSM::CutPending) {
+            CompleteCut();
+            m_state.ClipboardMode = mTSM::NothingPending;
+        }
+    } else if (effect != MoveEffect) {
+        PasteTools();
+    } else {
+        const int target = m_list.SelectedItem();
+        if (target < 0)
+            return;
+        QList<int> rows;
+        for (int row = 0; row < m_model.rowCount(); ++row) {
+            const QString &name = m_model.toolAt(row)->Description;
+            if (m_state.ToolClipboard->Items().contains(name))
+                rows.append(row);
+        }
+        if (!rows.isEmpty())
+            m_list.selectRows(m_model.MoveTools(rows, target));
+        ClearDragTools();
+    }
+    Q_EMIT changed();
+    Q_EMIT commandStatesChanged();
+}
+
+QList<int> EditCommands::PasteTools()
+{
+    QList<ToolPtr> copies;
+    copies.reserve(m_state.ToolClipboard->Count());
+    for (const ToolPtr &tool : *m_state.ToolClipboard)
+        copies.append(std::make_shared<CVBATool>(*tool));
+    return m_model.appendTools(copies);
+}
+
+void EditCommands::CompleteCut()
+{
+    DocumentWindow *source = sourceWindow();
+    m_state.ToolClipboard.reset();
+    m_state.SourceCaption.clear();
+    if (!source) // closed meanwhile: its tools are pasted, there is nothing to take away
+        return;
+    source->selectGhostedTools();
+    source->setAction(QStringLiteral("silentdelete"));
+}
+
+void EditCommands::selectGhosted()
+{
+    m_list.selectRows(m_model.ghostedRows());
+}
+
+// --- Delete, move ---
+
+void EditCommands::deleteTools(bool asking)
+{
+    const QList<int> rows = m_list.selectedRows();
+    if (rows.isEmpty())
+        return;
+    if (asking) {
+        const QString question = rows.size() == 1
+            ? QStringLiteral("Do you want to delete '%1'?")
+                  .arg(m_model.toolAt(rows.constFirst())->Description)
+            : QStringLiteral("Do you want to delete the %1 items selected?").arg(rows.size());
+        if (MsgBox::show(m_form, question, MsgBox::Buttons::YesNo, MsgBox::Icon::Question)
+            != MsgBox::Answer::Yes) {
+            return;
+        }
+    }
+    const Hourglass hourglass;
+    m_model.removeTools(rows);
+    // The keyboard goes on from the neighbour, which is not selected: a second Delete does nothing.
+    m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
+    Q_EMIT changed();
+    Q_EMIT commandStatesChanged();
+}
+
+void EditCommands::moveSelection(Direction direction)
+{
+    if (m_list.selectedRows().isEmpty())
+        return;
+    // Moved is what the Position column says; so that the user sees it, the list shows that order.
+    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    const QList<int> rows = m_list.selectedRows();
+    const int last = m_model.rowCount() - 1;
+    int target = 0;
+    switch (direction) {
+    case Direction::Up:
+        target = qMax(rows.constFirst() - 1, 0);
+        break;
+    case Direction::Down:
+        target = qMin(rows.constLast() + 1, last);
+        break;
+    case Direction::ToStart:
+        target = 0;
+        break;
+    case Direction::ToEnd:
+        target = last;
+        break;
+    }
+    const QStringList before = m_model.keysInPositionOrder();
+    m_list.selectRows(m_model.MoveTools(rows, target));
+    if (m_model.keysInPositionOrder() != before)
+        Q_EMIT changed();
+}

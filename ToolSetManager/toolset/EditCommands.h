@@ -1,0 +1,70 @@
+#pragma once
+
+#include "model/CVBATool.h"
+
+#include <QObject>
+
+class DocumentWindow;
+class Frame;
+class ListView;
+class QWidget;
+class ToolListModel;
+class mTSM;
+struct ToolSetStorage;
+
+/// The edit commands of one tool set window: new tool, cut, copy, paste and delete, and the moving
+/// of tools within the list. Tools go from window to window by the program's own tool clipboard,
+/// which a drag uses too.
+class EditCommands : public QObject
+{
+    Q_OBJECT
+public:
+    /// The effects of a paste, with the values of drag and drop.
+    enum Effect { NoEffect = 0, CopyEffect = 1, MoveEffect = 2 };
+    enum class Direction { Up, Down, ToStart, ToEnd };
+
+    /// What is handed in is borrowed; \a form is the window itself, for questions.
+    EditCommands(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
+        ToolSetStorage &storage, ListView &list, ToolListModel &model);
+
+    /// Adds a tool with the default picture and selects exactly its item.
+    void newTool();
+    void copy();
+    void cut();
+    /// What a paste from the menu does, by what the clipboard holds: an Effect.
+    int PasteEffect() const;
+    /// Tools from another window are appended; tools of this window are appended as copies too, or
+    /// with MoveEffect moved to the selected item.
+    void paste(int effect);
+    /// Deletes the selected tools, with \a asking after a question.
+    void deleteTools(bool asking);
+    /// Moves the selected tools by one position or to an end.
+    void moveSelection(Direction direction);
+
+    /// Fills the tool clipboard with the selected tools and names this window as their source.
+    void fillClipboard(bool ghosted);
+    /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the
+    /// clipboard is empty.
+    void ClearDragTools();
+    /// The first window with the caption that the clipboard's tools come from; null for none.
+    DocumentWindow *sourceWindow() const;
+    bool isSource() const; ///< Going by the caption, this is the window they come from.
+    void selectGhosted();
+
+Q_SIGNALS:
+    void changed(); ///< The set is no longer what is in its file.
+    void commandStatesChanged(); ///< There may be tools now, or none any more.
+    void toolAdded(); ///< The new tool's item is selected.
+
+private:
+    QList<int> PasteTools();
+    void CompleteCut();
+
+    DocumentWindow &m_document;
+    QWidget *m_form;
+    Frame &m_frame;
+    mTSM &m_state;
+    ToolSetStorage &m_storage;
+    ListView &m_list;
+    ToolListModel &m_model;
+};
