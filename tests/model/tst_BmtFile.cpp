@@ -619,6 +619,10 @@ void BmtFile_test::savedBytes()
     QCOMPARE(contentOf(path()).toHex(), expected.toHex());
     QCOMPARE(tool->VBEvents, -1); // in memory they stay
     QCOMPARE(scratch(), renderedPixel());
+    Fields smaller;
+    smaller.picture = pictureField(onePixel);
+    load(header() + smaller.bytes());
+    QCOMPARE(scratch(), onePixel + '\0'); // nothing of the larger picture is left behind it
 }
 
 namespace {
