@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QStorageInfo>
 
 #include <limits>
@@ -227,6 +228,8 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
         throw fileError(QStringLiteral("The tool set has no file name."));
     if (info.isDir())
         throw fileError(QStringLiteral("\"%1\" is a folder, not a file.").arg(shown(FileName)));
+    if (info.exists() && !info.isFile())
+        throw fileError(QStringLiteral("\"%1\" is not an ordinary file.").arg(shown(FileName)));
 
     // Opened without touching the content, so that a file that may not be written is neither
     // backed up nor spoilt.
@@ -249,9 +252,13 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
     // Backed up before the content goes. A backup that fails never stops the save.
     const QString backup = m_storage.backups.backup(FileName);
     try {
-        if (!file.resize(0))
-            throw fileError(file.errorString());
+        if (!file.resize(0)) {
+            throw fileError(QStringLiteral("\"%1\" cannot be written: %2.")
+                                .arg(shown(FileName), file.errorString()));
+        }
         BmtWriter writer(file);
+        // Also when a name is missing: what stands before it is in the file then.
+        const auto flushed = qScopeGuard([&writer] { writer.flush(); });
         writeTools(writer, ToolNames, ctlPic, false);
         if (!writer.flush())
             throw fileError(QStringLiteral("\"%1\" could not be written completely: %2.")

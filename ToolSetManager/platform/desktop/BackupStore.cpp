@@ -25,12 +25,30 @@ QString dateStamp()
     return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
 }
 
+/// The end of a name, which holds its extension, short enough that a date fits before it: file
+/// systems count a name's bytes, and a character can have four.
+QString fittingName(const QString &name)
+{
+    return name.right(50);
+}
+
+/// A path for a dated copy that does not exist yet.
+QString freePath(const QString &folder, const QString &name)
+{
+    const QString dated = folder + u'/' + dateStamp();
+    for (int i = 0;; ++i) {
+        const QString path = dated + QStringLiteral("-%1-").arg(i) + fittingName(name);
+        if (!QFileInfo::exists(path))
+            return path;
+    }
+}
+
 /// Two files of one name in different folders must not push each other's copies out.
 QString folderNameFor(const QFileInfo &file)
 {
     const QByteArray hash =
         QCryptographicHash::hash(file.absoluteFilePath().toUtf8(), QCryptographicHash::Sha1);
-    return file.completeBaseName().left(60) + u'-' + QString::fromLatin1(hash.toHex().left(12));
+    return fittingName(file.completeBaseName()) + u'-' + QString::fromLatin1(hash.toHex().left(12));
 }
 
 } // namespace
@@ -48,7 +66,7 @@ QString BackupStore::backup(const QString &path)
     const QString folder = m_folder + u'/' + folderNameFor(file);
     if (!makePrivate(m_folder) || !makePrivate(folder))
         return {};
-    const QString copy = folder + u'/' + dateStamp() + u'-' + file.fileName().right(100);
+    const QString copy = freePath(folder, file.fileName());
     if (!QFile::copy(path, copy)) {
         QFile::remove(copy); // what a full disk left of it
         return {};
@@ -62,13 +80,7 @@ QString BackupStore::newPathFor(const QString &name)
 {
     if (m_folder.isEmpty() || !makePrivate(m_folder))
         return {};
-    const QString dated = dateStamp();
-    for (int i = 0;; ++i) {
-        const QString path = m_folder + u'/' + dated
-            + (i == 0 ? QString() : QStringLiteral("-%1").arg(i)) + u'-' + name.right(100);
-        if (!QFileInfo::exists(path))
-            return QDir::toNativeSeparators(path);
-    }
+    return QDir::toNativeSeparators(freePath(m_folder, name));
 }
 
 void BackupStore::prune(const QString &folder, const QString &newest)

@@ -9,6 +9,12 @@
 namespace {
 
 constexpr qint64 fileHeaderSize = 14;
+// Values of biCompression.
+constexpr quint32 runLengths8 = 1;
+constexpr quint32 runLengths4 = 2;
+constexpr quint32 bitFields = 3;
+// 96 dots per inch.
+constexpr int classicDotsPerMeter = 3780;
 
 template <class T>
 T numberAt(QByteArrayView bytes, qsizetype offset)
@@ -23,7 +29,10 @@ struct BitmapShape
     qint64 height = 0;
     int bitsPerPixel = 0;
     bool compressed = false;
-    qint64 pixelOffset = 0;
+    qint64 pixelOffset = 0; ///< Where they are read: never inside the headers or the colours.
+    qint64 colourOffset = 0;
+    int colourCount = 0;
+    bool topDown = false;
 
     qint64 storedBytes() const { return (width * bitsPerPixel + 31) / 32 * 4 * height; }
 };
@@ -35,29 +44,104 @@ std::optional<BitmapShape> bitmapShape(QByteArrayView bytes)
     if (bytes.size() < fileHeaderSize + 12)
         return std::nullopt;
     BitmapShape shape;
-    shape.pixelOffset = numberAt<quint32>(bytes, 10);
     const quint32 headerSize = numberAt<quint32>(bytes, 14);
+    qint64 colourSize = 4;
+    quint32 colours = 0;
     if (headerSize == 12) {
         shape.width = numberAt<quint16>(bytes, 18);
         shape.height = numberAt<quint16>(bytes, 20);
         shape.bitsPerPixel = numberAt<quint16>(bytes, 24);
+        shape.colourOffset = fileHeaderSize + headerSize;
+        colourSize = 3;
     } else {
         if (headerSize < 40 || bytes.size() < fileHeaderSize + 40)
             return std::nullopt;
         shape.width = numberAt<qint32>(bytes, 18);
-        shape.height = std::abs(qint64(numberAt<qint32>(bytes, 22))); // negative: top-down
+        const qint64 height = numberAt<qint32>(bytes, 22);
+        shape.topDown = height < 0;
+        shape.height = std::abs(height);
         shape.bitsPerPixel = numberAt<quint16>(bytes, 28);
         const quint32 compression = numberAt<quint32>(bytes, 30);
-        shape.compressed = compression == 1 || compression == 2; // RLE8, RLE4
+        shape.compressed = compression == runLengths8 || compression == runLengths4;
+        colours = numberAt<quint32>(bytes, 46);
+        const qint64 masks = compression == bitFields && headerSize == 40 ? 12 : 0;
+        shape.colourOffset = fileHeaderSize + headerSize + masks;
     }
+    if (shape.bitsPerPixel <= 8) {
+        const quint32 most = 1U << shape.bitsPerPixel;
+        shape.colourCount = static_cast<int>(colours == 0 ? most : qMin(colours, most));
+    }
+    shape.pixelOffset = qMax<qint64>(
+        numberAt<quint32>(bytes, 10), shape.colourOffset + shape.colourCount * colourSize);
     if (shape.width <= 0 || shape.height <= 0 || shape.width > 65535 || shape.height > 65535
         || shape.bitsPerPixel > 32) {
         return std::nullopt;
     }
     // Qt reads a bitmap whose pixels end early without a word and leaves the rest undefined.
-    if (!shape.compressed && shape.pixelOffset + shape.storedBytes() > bytes.size())
+    const qint64 needed = shape.compressed ? 0 : shape.storedBytes();
+    if (shape.pixelOffset + needed > bytes.size())
         return std::nullopt;
     return shape;
+}
+
+/// Decodes RLE4 and RLE8. Pixels that the runs leave out, also by ending early, have the first
+/// colour; Qt leaves them undefined.
+QImage decodeRunLengths(QByteArrayView bytes, const BitmapShape &shape)
+{
+    QImage image(
+        static_cast<int>(shape.width), static_cast<int>(shape.height), QImage::Format_Indexed8);
+    if (image.isNull())
+        return image;
+    QList<QRgb> colours(256, qRgb(0, 0, 0));
+    for (int i = 0; i < shape.colourCount; ++i) {
+        const qsizetype at = shape.colourOffset + i * 4;
+        colours[i] = qRgb(static_cast<uchar>(bytes[at + 2]), static_cast<uchar>(bytes[at + 1]),
+            static_cast<uchar>(bytes[at]));
+    }
+    image.setColorTable(colours);
+    image.fill(0);
+
+    const bool half = shape.bitsPerPixel == 4;
+    qint64 x = 0;
+    qint64 y = 0; // counts in the order of the file
+    const auto put = [&](int value) {
+        if (x < shape.width && y < shape.height) {
+            const qint64 line = shape.topDown ? y : shape.height - 1 - y;
+            image.scanLine(static_cast<int>(line))[x] = static_cast<uchar>(value);
+        }
+        ++x;
+    };
+    const auto pixelOf = [half](uchar pair, int index) {
+        if (!half)
+            return int(pair);
+        return index % 2 == 0 ? pair >> 4 : pair & 15;
+    };
+    qsizetype at = shape.pixelOffset;
+    const auto next = [&] { return static_cast<uchar>(bytes[at++]); };
+    while (at + 1 < bytes.size() && y < shape.height) {
+        const int count = next();
+        const uchar value = next();
+        if (count > 0) {
+            for (int i = 0; i < count; ++i)
+                put(pixelOf(value, i));
+        } else if (value == 0) { // end of the line
+            x = 0;
+            ++y;
+        } else if (value == 1) { // end of the picture
+            break;
+        } else if (value == 2) { // jump
+            if (at + 1 >= bytes.size())
+                break;
+            x += next();
+            y += next();
+        } else { // as many pixels as they stand, filled up to an even number of bytes
+            const qsizetype size = half ? (value + 1) / 2 : value;
+            for (int i = 0; i < value && at + (half ? i / 2 : i) < bytes.size(); ++i)
+                put(pixelOf(static_cast<uchar>(bytes[at + (half ? i / 2 : i)]), i));
+            at += size + size % 2;
+        }
+    }
+    return image;
 }
 
 bool looksLikeBitmap(QByteArrayView bytes)
@@ -81,6 +165,15 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
         const auto shape = bitmapShape(bytes);
         if (!shape)
             return std::nullopt;
+        if (shape->compressed) {
+            if ((shape->width + 3) / 4 * 4 * shape->height > memoryLeft)
+                return std::nullopt;
+            const QImage image = decodeRunLengths(bytes, *shape);
+            if (image.isNull())
+                return std::nullopt;
+            memoryLeft -= image.sizeInBytes();
+            return image;
+        }
         needed = shape->width * shape->height * 4;
         reader.setFormat("bmp");
         reader.setAutoDetectImageFormat(false);
@@ -97,7 +190,8 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
     if (needed > memoryLeft)
         return std::nullopt;
     QImage image;
-    if (!reader.read(&image) || image.isNull())
+    // An icon's frame may be larger than the icon's directory says.
+    if (!reader.read(&image) || image.isNull() || image.sizeInBytes() > memoryLeft)
         return std::nullopt;
     memoryLeft -= image.sizeInBytes();
     return image;
@@ -106,8 +200,8 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
 QByteArray encodeBitmap(const QImage &image)
 {
     QImage plain = image.convertToFormat(QImage::Format_RGB32);
-    plain.setDotsPerMeterX(0); // the writer puts its own constant in place of 0
-    plain.setDotsPerMeterY(0);
+    plain.setDotsPerMeterX(classicDotsPerMeter);
+    plain.setDotsPerMeterY(classicDotsPerMeter);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
