@@ -201,6 +201,7 @@ void Picture_test::refused_data()
     QTest::newRow("no height") << bitmapFile(9, 0, 24, QByteArray(1000, 'x'));
     QTest::newRow("no bits") << bitmapFile(9, 5, 0, QByteArray(1000, 'x'));
     QTest::newRow("an unknown depth") << bitmapFile(9, 5, 7, QByteArray(1000, 'x'));
+    QTest::newRow("run lengths of 24 bits") << bitmapFile(2, 1, 24, QByteArray("\2\1\0\1", 4), 1);
     QTest::newRow("run lengths of 65535 by 65535")
         << bitmapFile(65535, 65535, 8, QByteArray("\0\1", 2), 1, QByteArray(8, '\0'));
 }
