@@ -231,6 +231,7 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
     if (info.exists() && !info.isFile())
         throw fileError(QStringLiteral("\"%1\" is not an ordinary file.").arg(shown(FileName)));
 
+    const bool existed = info.exists();
     // Opened without touching the content, so that a file that may not be written is neither
     // backed up nor spoilt.
     QFile file(FileName);
@@ -241,7 +242,7 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
     const qint64 formerSize = file.size();
     const QStorageInfo disk(info.absolutePath());
     if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() + formerSize < size) {
-        if (formerSize == 0)
+        if (!existed)
             file.remove();
         throw fileError(QStringLiteral("There is no room for \"%1\": %L2 bytes are needed and %L3 "
                                        "are free. The file is as it was.")

@@ -15,6 +15,15 @@
 template <class T>
 class KeyedCollection
 {
+    /// Serials rise along the collection, so that a key leads to its entry by binary search while
+    /// insertions and removals leave the other entries' serials alone.
+    struct Entry
+    {
+        qint64 serial;
+        QString key;
+        T item;
+    };
+
 public:
     int Count() const { return static_cast<int>(m_entries.size()); }
     bool contains(const QString &key) const { return m_serials.contains(key.toCaseFolded()); }
@@ -101,15 +110,6 @@ public:
     const_iterator end() const { return const_iterator(m_entries.end()); }
 
 private:
-    /// Serials rise along the collection, so that a key leads to its entry by binary search while
-    /// insertions and removals leave the other entries' serials alone.
-    struct Entry
-    {
-        qint64 serial;
-        QString key;
-        T item;
-    };
-
     QString takeKey(const QString &key, qint64 serial)
     {
         QString folded = key.toCaseFolded();

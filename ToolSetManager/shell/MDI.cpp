@@ -64,6 +64,10 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     connect(mdi, &QMdiArea::subWindowActivated, this, &MDI::mdi_SubWindowActivated);
 
+    mdi->setObjectName(QStringLiteral("mdi"));
+    status->setObjectName(QStringLiteral("status"));
+    tmrAction->setObjectName(QStringLiteral("tmrAction"));
+    tmrDrag->setObjectName(QStringLiteral("tmrDrag"));
     tmrAction->setInterval(10);
     connect(tmrAction, &QTimer::timeout, this, &MDI::tmrAction_Timer);
     tmrDrag->setInterval(1000);

@@ -78,7 +78,11 @@ frmToolSet::frmToolSet(
     Form_Load();
 }
 
-frmToolSet::~frmToolSet() = default;
+frmToolSet::~frmToolSet()
+{
+    // A label that is being edited would be committed into a set that is gone.
+    lvTools->disconnect(this);
+}
 
 void frmToolSet::Form_Load()
 {
@@ -254,6 +258,7 @@ void frmToolSet::saveCommand()
 bool frmToolSet::saveToolSet()
 {
     m_keptForRecovery = false;
+    lvTools->finishLabelEdit(); // what the user sees is what is saved
     if (m_list->rowCount() == 0) {
         MsgBox::show(this,
             QStringLiteral("The toolset must contain at least one tool before it can be saved"),

@@ -10,7 +10,8 @@
 
 namespace {
 
-struct Registered {
+struct Registered
+{
     const char *className;
     TestRegistration::Maker maker;
 };
@@ -24,7 +25,8 @@ std::vector<Registered> &registered()
 /// No test sees the user's own settings, data or running program.
 void isolate(const QTemporaryDir &home)
 {
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+    for (const char *name :
+        {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, QFile::encodeName(home.path()));
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))

@@ -14,5 +14,5 @@ public:
 };
 
 /// Stands once in each test file, behind the class.
-#define TSM_TEST(Class) \
+#define TSM_TEST(Class)                                                                            \
     static const TestRegistration Class##Registration(#Class, [] { return new Class; })

@@ -6,6 +6,7 @@
 #include <QListView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
 #include <QTreeView>
@@ -29,8 +30,17 @@ public:
         auto *editor = new QLineEdit(parent);
         editor->setAccessibleName(
             index.model()->headerData(index.column(), Qt::Horizontal).toString());
+        m_editor = editor;
         Q_EMIT m_owner->BeforeLabelEdit();
         return editor;
+    }
+
+    void finish()
+    {
+        if (!m_editor)
+            return;
+        Q_EMIT commitData(m_editor);
+        Q_EMIT closeEditor(m_editor);
     }
 
     void setEditorData(QWidget *editor, const QModelIndex &index) const override
@@ -73,6 +83,7 @@ public:
 
 private:
     ListView *m_owner;
+    mutable QPointer<QWidget> m_editor;
 };
 
 /// A view that leaves drags to the list and draws the list's mark.
@@ -296,6 +307,11 @@ void ListView::StartLabelEdit()
     const QModelIndex index = m_model->index(row, 0);
     m_report->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     currentView()->edit(index);
+}
+
+void ListView::finishLabelEdit()
+{
+    m_delegate->finish();
 }
 
 void ListView::setColumnWidth(int column, int width)

@@ -59,6 +59,8 @@ public:
 
     /// Starts the editing of the selected item's label, if there is one.
     void StartLabelEdit();
+    /// Accepts what has been typed into a label so far, if one is being edited.
+    void finishLabelEdit();
 
     void setColumnWidth(int column, int width); ///< Of the table; logical pixels.
 

@@ -56,9 +56,11 @@ QString AddSeparator(const QString &folder)
 
 QString UsableFolder(const QString &wanted)
 {
-    if (QFileInfo(wanted).isDir() || QDir().mkpath(wanted))
+    // A path of another system is a relative one here and must not become a folder of that name.
+    if (QDir::isAbsolutePath(wanted) && (QFileInfo(wanted).isDir() || QDir().mkpath(wanted)))
         return wanted;
-    QString name = QDir::fromNativeSeparators(wanted);
+    QString name = wanted;
+    name.replace(u'\\', u'/');
     while (name.endsWith(u'/'))
         name.chop(1);
     return UserDataFolder(name.section(u'/', -1));

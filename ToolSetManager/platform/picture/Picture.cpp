@@ -5,6 +5,7 @@
 #include <QtEndian>
 
 #include <cstdlib>
+#include <span>
 
 namespace {
 
@@ -63,6 +64,8 @@ std::optional<BitmapShape> bitmapShape(QByteArrayView bytes)
         shape.bitsPerPixel = numberAt<quint16>(bytes, 28);
         const quint32 compression = numberAt<quint32>(bytes, 30);
         shape.compressed = compression == runLengths8 || compression == runLengths4;
+        if (shape.compressed && shape.bitsPerPixel != (compression == runLengths8 ? 8 : 4))
+            return std::nullopt;
         colours = numberAt<quint32>(bytes, 46);
         const qint64 masks = compression == bitFields && headerSize == 40 ? 12 : 0;
         shape.colourOffset = fileHeaderSize + headerSize + masks;
@@ -104,12 +107,13 @@ QImage decodeRunLengths(QByteArrayView bytes, const BitmapShape &shape)
     const bool half = shape.bitsPerPixel == 4;
     qint64 x = 0;
     qint64 y = 0; // counts in the order of the file
-    const auto put = [&](int value) {
-        if (x < shape.width && y < shape.height) {
-            const qint64 line = shape.topDown ? y : shape.height - 1 - y;
-            image.scanLine(static_cast<int>(line))[x] = static_cast<uchar>(value);
-        }
-        ++x;
+    // The pixels that fit the line; runs beyond its end cost nothing.
+    const auto lineFrom = [&](int count) {
+        const qint64 line = shape.topDown ? y : shape.height - 1 - y;
+        uchar *const start = image.scanLine(static_cast<int>(line));
+        const qint64 from = qMin(x, shape.width);
+        x += count;
+        return std::span(start + from, static_cast<size_t>(qMin(x, shape.width) - from));
     };
     const auto pixelOf = [half](uchar pair, int index) {
         if (!half)
@@ -122,8 +126,9 @@ QImage decodeRunLengths(QByteArrayView bytes, const BitmapShape &shape)
         const int count = next();
         const uchar value = next();
         if (count > 0) {
-            for (int i = 0; i < count; ++i)
-                put(pixelOf(value, i));
+            int i = 0;
+            for (uchar &pixel : lineFrom(count))
+                pixel = static_cast<uchar>(pixelOf(value, i++));
         } else if (value == 0) { // end of the line
             x = 0;
             ++y;
@@ -136,8 +141,14 @@ QImage decodeRunLengths(QByteArrayView bytes, const BitmapShape &shape)
             y += next();
         } else { // as many pixels as they stand, filled up to an even number of bytes
             const qsizetype size = half ? (value + 1) / 2 : value;
-            for (int i = 0; i < value && at + (half ? i / 2 : i) < bytes.size(); ++i)
-                put(pixelOf(static_cast<uchar>(bytes[at + (half ? i / 2 : i)]), i));
+            if (at + size > bytes.size())
+                break;
+            int i = 0;
+            for (uchar &pixel : lineFrom(value)) {
+                pixel = static_cast<uchar>(
+                    pixelOf(static_cast<uchar>(bytes[at + (half ? i / 2 : i)]), i));
+                ++i;
+            }
             at += size + size % 2;
         }
     }

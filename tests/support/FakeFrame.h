@@ -1,0 +1,41 @@
+#pragma once
+
+#include "shell/CFileList.h"
+#include "shell/DocumentWindow.h"
+#include "shell/Frame.h"
+
+#include <QMap>
+#include <QStringList>
+
+/// A frame that only notes what the windows ask of it.
+class FakeFrame : public Frame
+{
+public:
+    QStringList words; ///< Queued command words.
+    QStringList opened; ///< Paths handed over with openFile().
+    QMap<QString, bool> groups;
+    QMap<QString, bool> enabled;
+    QMap<QString, bool> pressed;
+    QMap<int, QString> panels;
+    QList<DocumentWindow *> documents;
+    QList<Arrangement> arranged;
+    CFileList files;
+    int closes = 0;
+
+    void setAction(const QString &word) override { words.append(word); }
+    void openFile(const QString &path) override { opened.append(path); }
+    void closeFrame() override { ++closes; }
+    void setCommandGroup(const QString &group, bool on) override { groups[group] = on; }
+    void setButtonEnabled(const QString &key, bool on) override { enabled[key] = on; }
+    void setButtonPressed(const QString &key, bool on) override { pressed[key] = on; }
+    QString panelText(int panel) const override { return panels.value(panel); }
+    void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
+    QList<DocumentWindow *> openDocuments() const override { return documents; }
+    DocumentWindow *activeDocument() const override { return documents.value(0); }
+    void activateDocument(DocumentWindow *) override { }
+    void documentClosed(DocumentWindow *document) override { documents.removeOne(document); }
+    void arrangeWindows(Arrangement arrangement) override { arranged.append(arrangement); }
+    CFileList &FileListHandler() override { return files; }
+    void showHelp(HelpFile) override { }
+    void showAbout() override { }
+};
