@@ -9,7 +9,6 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -35,6 +34,7 @@ ToolDrag::ToolDrag(DocumentWindow &document, Frame &frame, mTSM &state, ListView
     , m_edit(edit)
 {
     connect(&list, &ListView::OLEStartDrag, this, &ToolDrag::lvTools_OLEStartDrag);
+    connect(&list, &ListView::OLEGiveFeedback, this, &ToolDrag::lvTools_OLEGiveFeedback);
     connect(&list, &ListView::OLEDragOver, this, &ToolDrag::lvTools_OLEDragOver);
     connect(&list, &ListView::OLEDragDrop, this, &ToolDrag::lvTools_OLEDragDrop);
     connect(&list, &ListView::OLEDragLeave, this, [this] { m_list.setDropHighlight(-1); });
@@ -57,15 +57,10 @@ void ToolDrag::lvTools_OLEStartDrag()
     const QString text = names.join(QStringLiteral(", "));
     m_frame.setPanelText(namesPanel, text);
 
-    auto *drag = new QDrag(m_list.currentView());
     auto *data = new QMimeData;
     data->setText(text);
-    drag->setMimeData(data);
-    drag->setPixmap(dragPicture(rows));
-    drag->setHotSpot(QPoint(-12, -4)); // beside the pointer, so that the mark stays in sight
-    connect(drag, &QDrag::actionChanged, this, &ToolDrag::lvTools_OLEGiveFeedback);
     const QPointer<ToolDrag> alive(this);
-    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+    m_list.OLEDrag(data, dragPicture(rows));
     if (alive)
         lvTools_OLECompleteDrag();
 }
@@ -136,6 +131,8 @@ void ToolDrag::lvTools_OLEDragOver(QDragMoveEvent *event)
         row, moves && row >= 0 && m_model.movesBelow(m_model.ghostedRows(), row));
     event->setDropAction(moves ? Qt::MoveAction : Qt::CopyAction);
     event->accept();
+    // At once, not when the toolkit gets round to it: the drop goes by what the status bar says.
+    lvTools_OLEGiveFeedback(event->dropAction());
 }
 
 void ToolDrag::lvTools_OLEGiveFeedback(Qt::DropAction effect)
@@ -166,7 +163,8 @@ void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
         effect = EditCommands::MoveEffect;
     else if (text == copyText)
         effect = EditCommands::CopyEffect;
-    m_edit.paste(effect);
+    if (effect != EditCommands::NoEffect)
+        m_edit.paste(effect);
     clearPanels();
 }
 

@@ -1,5 +1,6 @@
 #include "platform/desktop/ListView.h"
 
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -100,7 +101,12 @@ public:
     }
 
 protected:
-    void startDrag(Qt::DropActions) override { Q_EMIT m_owner->OLEStartDrag(); }
+    void startDrag(Qt::DropActions) override
+    {
+        // After a drag was cancelled with the button still held, Qt would start the next at once.
+        if (!m_owner->m_dragSpent)
+            Q_EMIT m_owner->OLEStartDrag();
+    }
 
     void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
 
@@ -189,11 +195,27 @@ void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSi
 void ListView::setModel(QAbstractItemModel *model)
 {
     m_model = model;
-    m_report->setModel(model);
-    m_list->setModel(model);
-    QItemSelectionModel *own = m_list->selectionModel();
-    m_list->setSelectionModel(m_report->selectionModel());
+    m_selection = new QItemSelectionModel(model, this);
+    attach(currentView());
+}
+
+void ListView::attach(QAbstractItemView *view)
+{
+    view->setModel(m_model);
+    QItemSelectionModel *own = view->selectionModel();
+    view->setSelectionModel(m_selection);
     delete own;
+    if (view == m_report && !m_headerState.isEmpty()) {
+        m_report->header()->restoreState(m_headerState);
+        m_report->header()->setSortIndicator(m_sortColumn, m_sortOrder); // changed meanwhile
+    }
+}
+
+void ListView::detach(QAbstractItemView *view)
+{
+    if (view == m_report)
+        m_headerState = m_report->header()->saveState();
+    view->setModel(nullptr);
 }
 
 int ListView::View() const
@@ -210,7 +232,13 @@ void ListView::setView(int view)
         to = m_report;
     if (!to || to == m_stack->currentWidget())
         return;
-    const bool focused = m_stack->currentWidget()->hasFocus();
+    QAbstractItemView *from = currentView();
+    const bool focused = from->hasFocus();
+    finishLabelEdit();
+    if (m_model) {
+        attach(to);
+        detach(from);
+    }
     m_stack->setCurrentWidget(to);
     setFocusProxy(to);
     if (focused)
@@ -224,12 +252,11 @@ QAbstractItemView *ListView::currentView() const
 
 int ListView::SelectedItem() const
 {
-    const QItemSelectionModel *selection = m_report->selectionModel();
-    const QModelIndex current = selection->currentIndex();
-    if (current.isValid() && selection->isRowSelected(current.row()))
+    const QModelIndex current = m_selection->currentIndex();
+    if (current.isValid() && m_selection->isRowSelected(current.row()))
         return current.row();
     int first = -1;
-    const QItemSelection ranges = selection->selection();
+    const QItemSelection ranges = m_selection->selection();
     for (const QItemSelectionRange &range : ranges) {
         if (first < 0 || range.top() < first)
             first = range.top();
@@ -240,7 +267,7 @@ int ListView::SelectedItem() const
 QList<int> ListView::selectedRows() const
 {
     QList<int> rows;
-    const QItemSelection ranges = m_report->selectionModel()->selection();
+    const QItemSelection ranges = m_selection->selection();
     for (const QItemSelectionRange &range : ranges) {
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.append(row);
@@ -252,12 +279,12 @@ QList<int> ListView::selectedRows() const
 
 bool ListView::isSelected(int row) const
 {
-    return m_report->selectionModel()->isRowSelected(row);
+    return m_selection->isRowSelected(row);
 }
 
 void ListView::UnselectAll()
 {
-    m_report->selectionModel()->clearSelection();
+    m_selection->clearSelection();
 }
 
 void ListView::setSelectedItem(int row)
@@ -267,9 +294,8 @@ void ListView::setSelectedItem(int row)
 
 void ListView::selectRows(const QList<int> &rows)
 {
-    QItemSelectionModel *selection = m_report->selectionModel();
     if (rows.isEmpty()) {
-        selection->clearSelection();
+        m_selection->clearSelection();
         return;
     }
     // Neighbours become one range: thousands of single rows would make the selection slow.
@@ -286,16 +312,15 @@ void ListView::selectRows(const QList<int> &rows)
         from = to + 1;
     }
     const QModelIndex first = m_model->index(rows.constFirst(), 0);
-    selection->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
-    selection->select(ranges, QItemSelectionModel::ClearAndSelect);
+    m_selection->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    m_selection->select(ranges, QItemSelectionModel::ClearAndSelect);
     currentView()->scrollTo(first);
 }
 
 void ListView::setFocusedItem(int row)
 {
     if (row >= 0) {
-        m_report->selectionModel()->setCurrentIndex(
-            m_model->index(row, 0), QItemSelectionModel::NoUpdate);
+        m_selection->setCurrentIndex(m_model->index(row, 0), QItemSelectionModel::NoUpdate);
     }
 }
 
@@ -305,7 +330,7 @@ void ListView::StartLabelEdit()
     if (row < 0)
         return;
     const QModelIndex index = m_model->index(row, 0);
-    m_report->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    m_selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     currentView()->edit(index);
 }
 
@@ -321,6 +346,8 @@ void ListView::setColumnWidth(int column, int width)
 
 void ListView::setSortIndicator(int column, Qt::SortOrder order)
 {
+    m_sortColumn = column;
+    m_sortOrder = order;
     m_report->header()->setSortIndicator(column, order);
 }
 
@@ -331,6 +358,17 @@ void ListView::setDropHighlight(int row, bool below)
     m_dropRow = row < 0 ? QPersistentModelIndex() : QPersistentModelIndex(m_model->index(row, 0));
     m_dropBelow = below;
     currentView()->viewport()->update();
+}
+
+void ListView::OLEDrag(QMimeData *carried, const QPixmap &picture)
+{
+    m_dragSpent = true;
+    auto *drag = new QDrag(currentView());
+    drag->setMimeData(carried);
+    drag->setPixmap(picture);
+    drag->setHotSpot(QPoint(-12, -4)); // beside the pointer, so that the mark stays in sight
+    connect(drag, &QDrag::actionChanged, this, &ListView::OLEGiveFeedback);
+    drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
 }
 
 void ListView::paintDropHighlight(QPainter &painter) const
@@ -370,6 +408,7 @@ QPoint ListView::menuPosition() const
 bool ListView::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::MouseButtonPress) {
+        m_dragSpent = false;
         const auto *mouse = static_cast<QMouseEvent *>(event);
         Q_EMIT MouseDown(mouse->button(), mouse->position().toPoint());
     } else if (event->type() == QEvent::MouseButtonDblClick) {

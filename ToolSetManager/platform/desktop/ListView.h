@@ -10,6 +10,7 @@ class QDragMoveEvent;
 class QDropEvent;
 class QItemSelectionModel;
 class QListView;
+class QMimeData;
 class QModelIndex;
 class QPainter;
 class QStackedWidget;
@@ -72,12 +73,17 @@ public:
     void setDropHighlight(int row, bool below = false);
     int DropHighlight() const { return m_dropRow.isValid() ? m_dropRow.row() : -1; }
 
+    /// Runs a drag of the selected items until it is dropped or cancelled; copying and moving are
+    /// offered. The list takes the data. No other drag starts before the mouse is pressed again.
+    void OLEDrag(QMimeData *carried, const QPixmap &picture);
+
     /// The row at a point of the current view's viewport; -1 for none.
     int HitTest(const QPoint &position) const;
     /// Where a menu for the selected item opens when the keyboard asks for it; global.
     QPoint menuPosition() const;
 
     QAbstractItemView *currentView() const;
+    /// Of the two views only the current one has the model.
     QTreeView *reportView() const { return m_report; }
     QListView *listView() const { return m_list; }
 
@@ -92,6 +98,7 @@ Q_SIGNALS:
     void KeyDown(int key);
     void MouseUp();
     void OLEStartDrag(); ///< The mouse was moved with the left button held on an item.
+    void OLEGiveFeedback(Qt::DropAction effect); ///< What a drop of this list's drag would do now.
     void OLEDragOver(QDragMoveEvent *event); ///< Ignored unless the owner accepts it.
     void OLEDragLeave();
     void OLEDragDrop(QDropEvent *event);
@@ -106,6 +113,10 @@ private:
     class DragView;
 
     void setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize);
+    /// Gives the model to a view, or takes it away: a hidden view must not be found by screen
+    /// readers, nor work for nothing.
+    void attach(QAbstractItemView *view);
+    void detach(QAbstractItemView *view);
     bool viewportEvent(QEvent *event);
     void paintDropHighlight(QPainter &painter) const;
 
@@ -114,7 +125,12 @@ private:
     QListView *m_list;
     LabelDelegate *m_delegate;
     QAbstractItemModel *m_model = nullptr;
+    QItemSelectionModel *m_selection = nullptr; ///< Of both views.
+    QByteArray m_headerState; ///< Column widths, while the table has no model.
+    int m_sortColumn = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     int m_pressedKey = 0;
     QPersistentModelIndex m_dropRow;
     bool m_dropBelow = false;
+    bool m_dragSpent = false; ///< The present press of the mouse has had its drag.
 };

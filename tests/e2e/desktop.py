@@ -1,0 +1,259 @@
+"""Uses the real program as a person and a screen reader would: starts it twice, looks at it through
+the accessibility tree, works it with mouse and keys, closes it twice."""
+
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+import gi
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi
+import pyatspi
+
+CAPTION = "VB Quillon Tool Set Manager"
+PROGRAM, SAMPLE = sys.argv[1:3]
+HOME = os.environ["HOME"]
+failures = 0
+
+
+def check(condition, text):
+    global failures
+    print(("ok    " if condition else "FAIL  ") + text, flush=True)
+    if not condition:
+        failures += 1
+
+
+def until(found, text, seconds=15):
+    """Polls until found() is something; what it is. The text tells what was waited for."""
+    end = time.monotonic() + seconds
+    while True:
+        try:
+            result = found()
+        except Exception:  # an object that went away while it was looked at
+            result = None
+        if result:
+            check(True, text)
+            return result
+        if time.monotonic() > end:
+            check(False, text)
+            finish()
+        time.sleep(0.05)
+
+
+def finish():
+    for process in started:
+        if process.poll() is None:
+            process.kill()
+    print("%d checks failed" % failures if failures else "all checks passed")
+    sys.exit(1 if failures else 0)
+
+
+started = []
+
+
+def start(*arguments):
+    process = subprocess.Popen([PROGRAM, *arguments], cwd=HOME)
+    started.append(process)
+    return process
+
+
+def xdo(*arguments):
+    subprocess.run(["xdotool", *arguments], check=True)
+
+
+def key(*keys):
+    for one in keys:
+        xdo("key", one)  # clearing modifiers would release a mouse button that is held
+
+
+def application():
+    for app in pyatspi.Registry.getDesktop(0):
+        if app and app.name == CAPTION:
+            # No loop runs here that would keep cached names and children up to date.
+            app.set_cache_mask(Atspi.Cache.NONE)
+            return app
+    return None
+
+
+def walk(node, depth=0):
+    yield node
+    if depth < 25:
+        for child in node:
+            if child:
+                yield from walk(child, depth + 1)
+
+
+def showing(node):
+    return node.getState().contains(pyatspi.STATE_SHOWING)
+
+
+def items(*roles):
+    return [node for node in walk(application()) if node.getRole() in roles and showing(node)]
+
+
+def cells():
+    return items(pyatspi.ROLE_TABLE_CELL)
+
+
+def rows():
+    """The texts of the list's rows: name, position, location."""
+    texts = [node.name for node in cells()]
+    return [tuple(texts[i:i + 3]) for i in range(0, len(texts), 3)]
+
+
+def names_in_order():
+    return [row[0] for row in rows()]
+
+
+def centre(node):
+    box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+    return box.x + box.width // 2, box.y + box.height // 2
+
+
+def row_centre(name):
+    return centre(next(cell for cell in cells() if cell.name == name))
+
+
+def drag(source, target):
+    xdo("mousemove", str(source[0]), str(source[1]), "mousedown", "1")
+    steps = 8
+    for i in range(1, steps + 1):
+        x = source[0] + (target[0] - source[0]) * i // steps
+        y = source[1] + (target[1] - source[1]) * i // steps
+        xdo("mousemove", str(x), str(y), "sleep", "0.03")
+
+
+def frame_text(panel):
+    labels = [node.name for node in walk(application())
+              if node.getRole() == pyatspi.ROLE_LABEL and node.name]
+    return panel in labels
+
+
+INTERACTIVE = {
+    pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM, pyatspi.ROLE_MENU,
+    pyatspi.ROLE_TABLE, pyatspi.ROLE_TREE, pyatspi.ROLE_TREE_TABLE, pyatspi.ROLE_LIST,
+    pyatspi.ROLE_TEXT, pyatspi.ROLE_COMBO_BOX, pyatspi.ROLE_TOGGLE_BUTTON,
+    pyatspi.ROLE_CHECK_MENU_ITEM, pyatspi.ROLE_RADIO_BUTTON,
+}
+
+until(lambda: subprocess.run(["xdotool", "get_num_desktops"], capture_output=True).returncode == 0,
+      "a window manager runs")
+one = os.path.join(HOME, "One.bmt")
+shutil.copy(SAMPLE, one)
+
+# --- Starting, and what a screen reader finds ---
+first = start("One.bmt")
+until(application, "the program is in the accessibility tree")
+until(lambda: len(rows()) >= 14, "the tools are listed")
+check(rows()[0] == ("Notepad", "001", "C:\\WINDOWS\\NOTEPAD.EXE"),
+      "a tool's three texts: %r" % (rows()[0],))
+nameless = [node for node in walk(application())
+            if node.getRole() in INTERACTIVE and showing(node) and not node.name]
+check(not nameless, "every control has a name: %s" % [str(node) for node in nameless])
+tips = {node.name for node in walk(application())}
+for tip in ("Create a new tool set", "Open existing tool set", "Save the tool set",
+            "Cut the selected tool", "Copy the selected tool", "Paste the selected tool",
+            "Create a new tool", "Delete the selected tool", "Print the tool set",
+            "Tool set properties", "Tool properties", "Edit macro", "List tools", "Tool details"):
+    check(tip in tips, "button: " + tip)
+for menu in ("File", "Edit", "View", "Window", "Help"):
+    check(menu in tips, "menu: " + menu)
+for item in ("Save Tool Set  As...", "Print Setup...", "Exit", "Delete", "Details",
+             "Tile Horizontally", "About Tool  Set Manager..."):
+    check(item in tips, "menu item: " + item)
+
+second = start("Two.bmt")
+check(second.wait(timeout=15) == 0, "a second start ends with 0")
+check(sum(1 for app in pyatspi.Registry.getDesktop(0) if app and app.name == CAPTION) == 1,
+      "and there is still one program")
+check(len(names_in_order()) == 14, "which has opened nothing")
+
+# --- The mouse ---
+header = next(node for node in walk(application()) if node.name == "Tool Description"
+              and node.getRole() in (pyatspi.ROLE_COLUMN_HEADER, pyatspi.ROLE_TABLE_COLUMN_HEADER))
+xdo("mousemove", *map(str, centre(header)), "click", "1")
+until(lambda: names_in_order() == sorted(names_in_order(), key=str.lower), "sorted by name")
+
+# The drag gate opens a second after the file was opened; until then a drag only selects.
+def dragged():
+    drag(row_centre("Paint"), row_centre("API Guide"))
+    shown = frame_text("Move") and frame_text("Paint")
+    xdo("mouseup", "1")
+    return shown
+
+
+until(dragged, "a drag shows \"Move\" and the tool's name in the status bar", 8)
+until(lambda: names_in_order().index("Paint") == 10, "the tool stands where it was dropped")
+check([row[1] for row in rows()] == ["%03d" % i for i in range(1, 15)], "positions have no gaps")
+check(not frame_text("Move"), "the panels are empty again")
+
+order = names_in_order()
+drag(row_centre("Notepad"), row_centre("Separator"))
+key("Escape")
+xdo("mouseup", "1")
+until(lambda: not frame_text("Notepad") and names_in_order() == order,
+      "a drag cancelled with Escape changes nothing")
+
+# --- The keyboard ---
+xdo("mousemove", *map(str, row_centre("Project Notes")), "click", "1")
+key("Home", "F2")
+xdo("type", "Editor")
+key("Return")
+until(lambda: "Editor" in names_in_order(), "renamed in place")
+key("ctrl+shift+Down")
+until(lambda: names_in_order().index("Editor") == 1, "moved down by the keyboard")
+key("Delete")
+until(lambda: [n for n in walk(application()) if n.name == "Do you want to delete 'Editor'?"],
+      "delete asks")
+key("Return")
+until(lambda: len(rows()) == 13, "deleted")
+key("ctrl+shift+s")
+until(lambda: [n for n in walk(application()) if n.name == "Save Tool Set"], "save dialog")
+two = os.path.join(HOME, "Two words & more.bmt")
+xdo("type", two)
+key("Return")
+until(lambda: os.path.exists(two) and any(n.name == two for n in walk(application())),
+      "saved under a new name, which is the caption")
+check(open(one, "rb").read() == open(SAMPLE, "rb").read(), "the old file is untouched")
+
+# Copy into a second window.
+key("ctrl+n")
+until(lambda: any(n.name == "Untitled 1" for n in walk(application())), "a new tool set")
+key("ctrl+Tab")
+until(lambda: len(rows()) >= 13, "back in the first window")
+key("Home", "ctrl+c", "ctrl+Tab", "ctrl+v")
+until(lambda: any(row[:2] == ("Calculator", "001") for row in rows()), "copied into the other")
+
+# --- Closing ---
+key("alt+F4")
+until(lambda: [n for n in walk(application()) if n.name == "Save changes to Untitled 1"],
+      "the changed set asks")
+key("Escape")
+until(lambda: not [n for n in walk(application()) if n.name == "Save changes to Untitled 1"]
+      and any(n.name == "Untitled 1" for n in walk(application())), "cancel keeps it open")
+key("alt+F4")
+until(lambda: [n for n in walk(application()) if n.name == "Save changes to Untitled 1"],
+      "it asks again")
+key("alt+n")
+until(lambda: not rows(), "the first close takes the documents")
+check(first.poll() is None, "and leaves the frame")
+key("alt+F4")
+until(lambda: first.poll() is not None, "the second close ends the program")
+check(first.returncode == 0, "with 0")
+
+# --- Starting again ---
+third = start()
+until(application, "it starts again")
+until(lambda: any(n.name == two.upper() for n in walk(application())), "the recent files are kept")
+key("alt+f")
+key("Down", "Down", "Return")
+until(lambda: len(rows()) == 13, "a recent file is opened with its real spelling")
+third.send_signal(signal.SIGKILL)
+third.wait()
+fourth = start(one)
+until(application, "after a crash it starts all the same")
+until(lambda: len(rows()) == 14, "and opens a file")
+finish()
