@@ -67,6 +67,22 @@ public:
         Q_EMIT m_owner->labelEditEnded();
     }
 
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        if (option.widget != m_owner->listView())
+            return QStyledItemDelegate::sizeHint(option, index);
+        // Every label of the list view is measured, so that its columns are as wide as they need
+        // to be; asking for each item's picture would take several times as long.
+        constexpr int longest = 320;
+        const int margin
+            = option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
+        const QSize icon = m_owner->listView()->iconSize();
+        const int text
+            = option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
+        return {qMin(icon.width() + text + 6 * margin, longest),
+            qMax(icon.height(), option.fontMetrics.height()) + 2};
+    }
+
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
     {
         QStyledItemDelegate::initStyleOption(option, index);
@@ -168,7 +184,6 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
     m_list->setFlow(QListView::TopToBottom);
     m_list->setWrapping(true);
     m_list->setResizeMode(QListView::Adjust);
-    m_list->setUniformItemSizes(true);
     m_list->setSpacing(1);
 
     setUpView(m_report, name, pictureSize);
