@@ -91,9 +91,11 @@ public:
             ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
             : option->decorationSize;
         if (index.data(ListView::GhostedRole).toBool()) {
-            QColor faint = option->palette.color(QPalette::Text);
-            faint.setAlphaF(0.45F);
-            option->palette.setColor(QPalette::Text, faint);
+            for (const QPalette::ColorRole role : {QPalette::Text, QPalette::HighlightedText}) {
+                QColor faint = option->palette.color(role);
+                faint.setAlphaF(0.45F);
+                option->palette.setColor(role, faint);
+            }
             option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Disabled));
         }
     }
