@@ -11,7 +11,11 @@ class Frame
 {
 public:
     enum class Arrangement { TileHorizontally, TileVertically, Cascade, ArrangeIcons };
-    enum class HelpFile { ToolSetManager, AddIn };
+
+    /// Names of the help files: the program's, the one that tool set windows name, the add-in's.
+    static constexpr char16_t programHelp[] = u"VBQLNTSM.HLP";
+    static constexpr char16_t toolSetHelp[] = u"TSM.HLP";
+    static constexpr char16_t addInHelp[] = u"VBQLN5.HLP";
 
     virtual ~Frame() = default;
 
@@ -39,6 +43,6 @@ public:
     virtual CFileList &FileListHandler() = 0;
 
     // --- Help ---
-    virtual void showHelp(HelpFile file) = 0;
+    virtual void showHelp(const QString &helpFile) = 0; ///< One of the names above.
     virtual void showAbout() = 0;
 };

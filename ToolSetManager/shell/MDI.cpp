@@ -142,9 +142,9 @@ void MDI::makeMenus()
 
     mnuHelp = new QMenu(QStringLiteral("&Help"), this);
     mnuHelp->addAction(QStringLiteral("&Tool Set Manager..."), QKeySequence::HelpContents, this,
-        [this] { showHelp(HelpFile::ToolSetManager); });
-    mnuHelp->addAction(
-        QStringLiteral("&VB Quillon..."), this, [this] { showHelp(HelpFile::AddIn); });
+        [this] { showHelp(QString::fromUtf16(programHelp)); });
+    mnuHelp->addAction(QStringLiteral("&VB Quillon..."), this,
+        [this] { showHelp(QString::fromUtf16(addInHelp)); });
     mnuHelp->addSeparator();
     mnuHelp->addAction(QStringLiteral("&About Tool Set Manager"), this, &MDI::showAbout);
     showMenusOf(nullptr);
@@ -408,12 +408,11 @@ void MDI::FileListHandler_FileAdded()
 
 // --- Help ---
 
-void MDI::showHelp(HelpFile file)
+void MDI::showHelp(const QString &helpFile)
 {
     if (!m_help)
         m_help = new frmHelp(this);
-    m_help->showPage(
-        file == HelpFile::AddIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md"));
+    m_help->showHelp(helpFile);
 }
 
 void MDI::showAbout()

@@ -56,7 +56,7 @@ public:
     void documentClosed(DocumentWindow *document) override;
     void arrangeWindows(Arrangement arrangement) override;
     CFileList &FileListHandler() override { return *m_files; }
-    void showHelp(HelpFile file) override;
+    void showHelp(const QString &helpFile) override;
     void showAbout() override;
 
     /// Another start of the program asked for it.

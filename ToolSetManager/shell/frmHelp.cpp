@@ -1,5 +1,7 @@
 #include "shell/frmHelp.h"
 
+#include "shell/Frame.h"
+
 #include <QKeyEvent>
 #include <QTextBrowser>
 #include <QVBoxLayout>
@@ -20,9 +22,11 @@ frmHelp::frmHelp(QWidget *parent)
     resize(640, 560);
 }
 
-void frmHelp::showPage(const QString &page)
+void frmHelp::showHelp(const QString &helpFile)
 {
-    m_browser->setSource(QUrl(page));
+    // No viewer for these files exists here; the manual is in their place.
+    const bool addIn = helpFile == QStringView(Frame::addInHelp);
+    m_browser->setSource(QUrl(addIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md")));
     show();
     raise();
     activateWindow();

@@ -11,8 +11,8 @@ class frmHelp : public QWidget
 public:
     explicit frmHelp(QWidget *parent);
 
-    /// \a page is the name of a Markdown page of the manual, such as "manual.md".
-    void showPage(const QString &page);
+    /// Shows the page of the manual that stands for that help file; the names are Frame's.
+    void showHelp(const QString &helpFile);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

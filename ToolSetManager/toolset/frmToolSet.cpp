@@ -147,9 +147,9 @@ void frmToolSet::connectMenus()
     connect(m_menus->mnuWindow, &QMenu::aboutToShow, this, &frmToolSet::mnuWindow_aboutToShow);
 
     connect(m_menus->mnuHelpx[Menus::HelpToolSetManager], &QAction::triggered, this,
-        [this] { m_frame.showHelp(Frame::HelpFile::ToolSetManager); });
+        [this] { m_frame.showHelp(QString::fromUtf16(Frame::toolSetHelp)); });
     connect(m_menus->mnuHelpx[Menus::HelpAddIn], &QAction::triggered, this,
-        [this] { m_frame.showHelp(Frame::HelpFile::AddIn); });
+        [this] { m_frame.showHelp(QString::fromUtf16(Frame::addInHelp)); });
     connect(m_menus->mnuHelpx[Menus::HelpAbout], &QAction::triggered, this,
         [this] { m_frame.showAbout(); });
 }

@@ -36,6 +36,6 @@ public:
     void documentClosed(DocumentWindow *document) override { documents.removeOne(document); }
     void arrangeWindows(Arrangement arrangement) override { arranged.append(arrangement); }
     CFileList &FileListHandler() override { return files; }
-    void showHelp(HelpFile) override { }
+    void showHelp(const QString &) override { }
     void showAbout() override { }
 };
