@@ -79,7 +79,7 @@ void RtfBody::endParagraph(const QTextBlock &block)
     // The mark of a paragraph with text is taken to look like the text.
     if (block.length() == 1) {
         Format &mark = format(block.charFormatIndex());
-        writeFormat(mark, m_charset);
+        writeFormat(mark, neutralCharset(mark));
     }
     word("par");
     m_body.append("\r\n");
@@ -151,7 +151,7 @@ void RtfBody::addFragment(const QTextFragment &fragment, int start, int length)
 {
     Format &fragmentFormat = format(fragment.charFormatIndex());
     if (fragmentFormat.picture) {
-        writeFormat(fragmentFormat, m_charset);
+        writeFormat(fragmentFormat, neutralCharset(fragmentFormat));
         for (int i = 0; i < length; ++i)
             writePicture(fragment.charFormat());
         return;
@@ -163,8 +163,6 @@ void RtfBody::addFragment(const QTextFragment &fragment, int start, int length)
 void RtfBody::writeText(QStringView text, Format &format)
 {
     const bool symbols = isSymbolFamily(format.style.family);
-    const bool plainHere = m_charset != RtfCharset::symbolCharset && !symbols;
-    writeFormat(format, plainHere ? m_charset : RtfCharset::ansiCharset);
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
     while (at != end) {
@@ -178,8 +176,8 @@ void RtfBody::writeText(QStringView text, Format &format)
             writeCharacter(*at++, format);
             continue;
         }
-        if (m_charset == RtfCharset::symbolCharset)
-            writeFormat(format, RtfCharset::ansiCharset);
+        writeFormat(format, m_charset == RtfCharset::symbolCharset ? RtfCharset::ansiCharset
+                                                                   : m_charset);
         if (m_afterWord)
             m_body.append(' ');
         m_afterWord = false;
@@ -193,6 +191,10 @@ void RtfBody::writeText(QStringView text, Format &format)
 
 void RtfBody::writeCharacter(char16_t unit, Format &format)
 {
+    if (unit < 0x20 && unit != u'\t')
+        return;
+    const auto encoded = RtfCharset::encode(unit, format.style.family, m_charset);
+    writeFormat(format, encoded ? encoded->charset : neutralCharset(format));
     switch (unit) {
     case u'\t':
         word("tab");
@@ -215,17 +217,12 @@ void RtfBody::writeCharacter(char16_t unit, Format &format)
     default:
         break;
     }
-    if (unit < 0x20)
-        return;
-    const auto encoded = RtfCharset::encode(unit, format.style.family, m_charset);
     if (!encoded) {
         word("u", static_cast<qint16>(unit));
         m_body.append('?');
         m_afterWord = false;
         return;
     }
-    if (encoded->charset != m_charset)
-        writeFormat(format, encoded->charset);
     const auto byte = static_cast<unsigned char>(encoded->byte);
     if (needsEscape(byte)) {
         m_body.append('\\');
@@ -255,6 +252,13 @@ RtfBody::Format &RtfBody::format(int index)
         format.background = colourNumber(format.style.background);
     }
     return format;
+}
+
+int RtfBody::neutralCharset(const Format &format) const
+{
+    const bool otherSymbols = m_charset == RtfCharset::symbolCharset
+        && m_fontList.at(m_written.font).first != format.style.family;
+    return otherSymbols ? RtfCharset::ansiCharset : m_charset;
 }
 
 int RtfBody::fontNumber(Format &format, int charset)

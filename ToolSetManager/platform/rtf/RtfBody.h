@@ -50,6 +50,8 @@ private:
     };
 
     Format &format(int index);
+    /// The charset for what any font has: the present one if that saves a change of the font.
+    int neutralCharset(const Format &format) const;
     int fontNumber(Format &format, int charset);
     int fontNumber(const QString &family, int charset);
     int colourNumber(const std::optional<QRgb> &colour);

@@ -3,6 +3,14 @@
 #include <QTextDocument>
 #include <QTextList>
 
+namespace {
+
+/// A list goes over all its paragraphs whenever it gets another one; as bullets are not counted,
+/// nobody sees where one list ends and the next begins.
+constexpr int maximumListLength = 32;
+
+} // namespace
+
 void RtfLine::chop(qsizetype count)
 {
     text.chop(count);
@@ -27,6 +35,7 @@ void RtfLine::closeRun(int format)
 
 RtfBuilder::RtfBuilder(QTextDocument &document)
     : m_cursor(&document)
+    , m_listLength(maximumListLength)
 {
     m_cursor.beginEditBlock();
 }
@@ -54,12 +63,12 @@ void RtfBuilder::addParagraph(const RtfLine &label, const RtfLine &line,
         m_cursor.insertBlock(paragraph, markFormat);
     }
     m_first = false;
-    if (style.bullet && m_list < 0) {
+    if (style.bullet && ++m_listLength > maximumListLength) {
+        m_listLength = 1;
         QTextListFormat listFormat;
         listFormat.setStyle(QTextListFormat::ListDisc);
         listFormat.setIndent(0); // the paragraphs have their own
-        m_list = m_cursor.createList(listFormat)->objectIndex();
-        m_lastFormat.setObjectIndex(m_list);
+        m_lastFormat.setObjectIndex(m_cursor.createList(listFormat)->objectIndex());
     }
     insertRuns(label);
     insertRuns(line);
@@ -80,7 +89,6 @@ const QTextBlockFormat &RtfBuilder::blockFormat(const RtfParagraphStyle &style)
         return m_lastFormat;
     m_lastStyle = style;
     m_lastFormat = style.toFormat();
-    if (style.bullet && m_list >= 0)
-        m_lastFormat.setObjectIndex(m_list);
+    m_listLength = maximumListLength; // the first paragraph with a bullet makes a list
     return m_lastFormat;
 }

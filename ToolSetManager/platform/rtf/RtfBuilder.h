@@ -57,6 +57,6 @@ private:
     std::vector<QTextCharFormat> m_formats;
     RtfParagraphStyle m_lastStyle;
     QTextBlockFormat m_lastFormat; ///< Of m_lastStyle.
-    int m_list = -1; ///< Object index of the list that all bullets belong to.
+    int m_listLength; ///< Paragraphs in the list of m_lastFormat.
     bool m_first = true;
 };

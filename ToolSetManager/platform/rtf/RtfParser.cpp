@@ -58,7 +58,10 @@ bool RtfParser::run()
             openGroup();
             break;
         case RtfToken::GroupEnd:
-            closeGroup();
+            if (m_depth == 1)
+                m_depth = 0; // the last paragraph looks as its end does, not as the beginning did
+            else
+                closeGroup();
             break;
         case RtfToken::Word:
             word(token);

@@ -127,7 +127,7 @@ private:
 
     // --- Document ---
     int m_documentPage;
-    int m_defaultFont = RtfCharState::noFont;
+    int m_defaultFont = 0;
     RtfFontTable m_fonts;
     RtfColourTable m_colours;
     RtfListTable m_lists;

@@ -31,8 +31,8 @@ struct RtfPicture {
 
     Kind kind = NoKind;
     QByteArray data;
-    QSize extent; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
-    QSize goal; ///< Twips, scaling applied.
+    QSize extent {0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
+    QSize goal {0, 0}; ///< Twips, scaling applied.
 
     /// The form in which the oldest readers show pictures: a metafile that paints one bitmap.
     /// Transparent parts become white. An empty size means 96 pixels to the inch.

@@ -110,7 +110,8 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
             break;
         }
     }
-    finish();
+    if (group.depth == 0) // not cut off
+        finish();
 }
 
 const RtfFont *RtfFontTable::find(int number) const
