@@ -30,9 +30,10 @@ QByteArray sample(qint64 size)
         "caf\\'e9 and na\\'efve included; {\\f1\\fs18 sourceName = \"C:\\\\Work\\\\file.txt\"} ",
         "or \\u8364?\\u8211? in {\\f2 \\'cf\\'f0\\'e8\\'ec\\'e5\\'f0} text. ",
     };
-    QByteArray rtf = "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\fmodern "
-                     "Courier New;}{\\f2\\fcharset204 Arial;}{\\f3\\fcharset2 Symbol;}}"
-                     "{\\colortbl ;\\red255\\green0\\blue0;}\r\n\\pard\\plain\\fs20 ";
+    QByteArray rtf =
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\fmodern "
+        "Courier New;}{\\f2\\fcharset204 Arial;}{\\f3\\fcharset2 Symbol;}}"
+        "{\\colortbl ;\\red255\\green0\\blue0;}\r\n\\pard\\plain\\fs20 ";
     rtf.reserve(size + 1000);
     for (int paragraph = 0; rtf.size() < size; ++paragraph) {
         switch (paragraph % 8) {
@@ -66,12 +67,14 @@ const QByteArray &sampleOf(const benchmark::State &state)
     return rtf;
 }
 
-struct Run {
+struct Run
+{
     QString text;
     QTextCharFormat format;
 };
 
-struct Paragraph {
+struct Paragraph
+{
     QTextBlockFormat format;
     QTextCharFormat mark;
     std::vector<Run> runs;
@@ -134,7 +137,8 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
             if (run.aggregate_name == "median")
-                m_medians[run.run_name.function_name + '/' + run.run_name.args] = run.GetAdjustedRealTime();
+                m_medians[run.run_name.function_name + '/' + run.run_name.args] =
+                    run.GetAdjustedRealTime();
         }
     }
     void printRatios()
@@ -142,12 +146,12 @@ public:
         for (const char *size : {"1", "10"}) {
             const double floor = m_medians[std::string("cursor/") + size];
             std::printf("%s MB: read %.2f of the floor, write %.2f\n", size,
-                        m_medians[std::string("readRtf/") + size] / floor,
-                        m_medians[std::string("writeRtf/") + size] / floor);
+                m_medians[std::string("readRtf/") + size] / floor,
+                m_medians[std::string("writeRtf/") + size] / floor);
         }
         for (const char *what : {"cursor", "readRtf", "writeRtf"}) {
             std::printf("%s: ten times the text takes %.1f times as long\n", what,
-                        m_medians[std::string(what) + "/10"] / m_medians[std::string(what) + "/1"]);
+                m_medians[std::string(what) + "/10"] / m_medians[std::string(what) + "/1"]);
         }
     }
 
@@ -163,8 +167,8 @@ int main(int argc, char *argv[])
     const QGuiApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     using Function = void (*)(benchmark::State &);
-    constexpr std::pair<const char *, Function> functions[]
-        = {{"cursor", cursor}, {"readRtf", readRtf}, {"writeRtf", writeRtf}};
+    constexpr std::pair<const char *, Function> functions[] = {
+        {"cursor", cursor}, {"readRtf", readRtf}, {"writeRtf", writeRtf}};
     for (const auto &[name, function] : functions) {
         benchmark::RegisterBenchmark(name, function)
             ->Arg(1)

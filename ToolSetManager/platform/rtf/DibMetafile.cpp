@@ -37,7 +37,7 @@ enum EnhancedRecord : quint32 {
     EnhancedStretchDib = 81
 };
 
-template<class T>
+template <class T>
 T numberAt(QByteArrayView bytes, qsizetype offset)
 {
     return qFromLittleEndian<T>(bytes.data() + offset);
@@ -57,7 +57,7 @@ public:
     QByteArray take() { return std::move(m_bytes); }
 
 private:
-    template<class T>
+    template <class T>
     void put(T value)
     {
         char raw[sizeof(T)];
@@ -240,7 +240,8 @@ QImage decode(QByteArrayView metafile, qint64 &memoryLeft)
             break;
         const qsizetype bitmap = bitmapOffset(numberAt<quint16>(metafile, at + 4));
         if (bitmap > 0 && bitmap < size) {
-            const QImage image = decodeBitmap(metafile.sliced(at + bitmap, size - bitmap), memoryLeft);
+            const QImage image =
+                decodeBitmap(metafile.sliced(at + bitmap, size - bitmap), memoryLeft);
             if (!image.isNull())
                 return image;
         }

@@ -61,8 +61,8 @@ void RtfBody::startParagraph(const QTextBlock &block)
 {
     if (!m_paragraphWritten || block.blockFormatIndex() != m_blockFormat) {
         m_blockFormat = block.blockFormatIndex();
-        const auto style
-            = RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr);
+        const auto style =
+            RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr);
         if (!m_paragraphWritten || style != m_paragraph) {
             writeParagraphStyle(style);
             m_paragraph = style;
@@ -176,8 +176,8 @@ void RtfBody::writeText(QStringView text, Format &format)
             writeCharacter(*at++, format);
             continue;
         }
-        writeFormat(format, m_charset == RtfCharset::symbolCharset ? RtfCharset::ansiCharset
-                                                                   : m_charset);
+        writeFormat(
+            format, m_charset == RtfCharset::symbolCharset ? RtfCharset::ansiCharset : m_charset);
         if (m_afterWord)
             m_body.append(' ');
         m_afterWord = false;
@@ -322,13 +322,13 @@ void RtfBody::writeFormat(Format &format, int charset)
         writeFlag(changed, style.flags, S::Capitals, "caps");
         writeFlag(changed, style.flags, S::SmallCapitals, "scaps");
         if (changed & (S::Superscript | S::Subscript)) {
-            word(style.has(S::Superscript)   ? "super"
-                     : style.has(S::Subscript) ? "sub"
-                                               : "nosupersub");
+            word(style.has(S::Superscript)    ? "super"
+                    : style.has(S::Subscript) ? "sub"
+                                              : "nosupersub");
         }
     }
-    m_written = {font,         style.halfPoints, style.offset,
-                 style.flags, format.colour,    format.background};
+    m_written = {
+        font, style.halfPoints, style.offset, style.flags, format.colour, format.background};
 }
 
 void RtfBody::writeFlag(quint16 changed, quint16 flags, RtfCharStyle::Flag flag, const char *name)
@@ -352,8 +352,8 @@ void RtfBody::writePicture(const QTextCharFormat &format)
             return;
         const QTextImageFormat size = format.toImageFormat();
         constexpr double twipsPerPixel = 15;
-        const QSize twips = size.hasProperty(QTextFormat::ImageWidth)
-                && size.hasProperty(QTextFormat::ImageHeight)
+        const QSize twips =
+            size.hasProperty(QTextFormat::ImageWidth) && size.hasProperty(QTextFormat::ImageHeight)
             ? (QSizeF(size.width(), size.height()) * twipsPerPixel).toSize()
             : QSize();
         writePictureData(RtfPicture::fromImage(image, twips));

@@ -31,7 +31,8 @@ public:
 
 private:
     /// What is in force at the end of the body.
-    struct Written {
+    struct Written
+    {
         int font = -1;
         int halfPoints = 0;
         int offset = 0;
@@ -40,7 +41,8 @@ private:
         int background = 0;
     };
     /// A character format of the document, looked up once.
-    struct Format {
+    struct Format
+    {
         bool known = false;
         bool picture = false;
         RtfCharStyle style;

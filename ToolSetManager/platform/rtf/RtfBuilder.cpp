@@ -15,8 +15,8 @@ void RtfLine::chop(qsizetype count)
 {
     text.chop(count);
     while (!runs.empty() && runs.back().end > text.size()) {
-        const bool emptied = runs.size() == 1 ? text.isEmpty()
-                                              : runs[runs.size() - 2].end >= text.size();
+        const bool emptied =
+            runs.size() == 1 ? text.isEmpty() : runs[runs.size() - 2].end >= text.size();
         if (!emptied) {
             runs.back().end = text.size();
             return;
@@ -51,8 +51,8 @@ int RtfBuilder::addFormat(const QTextCharFormat &format)
     return static_cast<int>(m_formats.size() - 1);
 }
 
-void RtfBuilder::addParagraph(const RtfLine &label, const RtfLine &line,
-                              const RtfParagraphStyle &style, int mark)
+void RtfBuilder::addParagraph(
+    const RtfLine &label, const RtfLine &line, const RtfParagraphStyle &style, int mark)
 {
     const QTextBlockFormat &paragraph = blockFormat(style);
     const QTextCharFormat &markFormat = format(mark);
@@ -68,7 +68,8 @@ void RtfBuilder::addParagraph(const RtfLine &label, const RtfLine &line,
         QTextListFormat listFormat;
         listFormat.setStyle(QTextListFormat::ListDisc);
         listFormat.setIndent(0); // the paragraphs have their own
-        m_lastFormat.setObjectIndex(m_cursor.createList(listFormat)->objectIndex());
+        m_list = m_cursor.createList(listFormat)->objectIndex();
+        m_lastFormat.setObjectIndex(m_list);
     }
     insertRuns(label);
     insertRuns(line);
@@ -78,7 +79,9 @@ void RtfBuilder::insertRuns(const RtfLine &line)
 {
     qsizetype start = 0;
     for (const RtfLine::Run &run : line.runs) {
-        m_cursor.insertText(line.text.mid(start, run.end - start), format(run.format));
+        // Not a copy: the document makes its own.
+        const QString text = QString::fromRawData(line.text.constData() + start, run.end - start);
+        m_cursor.insertText(text, format(run.format));
         start = run.end;
     }
 }
@@ -89,6 +92,7 @@ const QTextBlockFormat &RtfBuilder::blockFormat(const RtfParagraphStyle &style)
         return m_lastFormat;
     m_lastStyle = style;
     m_lastFormat = style.toFormat();
-    m_listLength = maximumListLength; // the first paragraph with a bullet makes a list
+    if (style.bullet && m_list >= 0)
+        m_lastFormat.setObjectIndex(m_list);
     return m_lastFormat;
 }

@@ -9,8 +9,10 @@
 class QTextDocument;
 
 /// A line of text in pieces of one format each. Formats are numbers of the RtfBuilder.
-struct RtfLine {
-    struct Run {
+struct RtfLine
+{
+    struct Run
+    {
         qsizetype end; ///< In `text`, exclusive.
         int format;
     };
@@ -45,8 +47,8 @@ public:
     const QTextCharFormat &format(int number) const { return m_formats[size_t(number)]; }
 
     /// \a label stands in front of the text; \a mark is the format of the paragraph's end.
-    void addParagraph(const RtfLine &label, const RtfLine &line, const RtfParagraphStyle &style,
-                      int mark);
+    void addParagraph(
+        const RtfLine &label, const RtfLine &line, const RtfParagraphStyle &style, int mark);
     bool isEmpty() const { return m_first; }
 
 private:
@@ -57,6 +59,7 @@ private:
     std::vector<QTextCharFormat> m_formats;
     RtfParagraphStyle m_lastStyle;
     QTextBlockFormat m_lastFormat; ///< Of m_lastStyle.
-    int m_listLength; ///< Paragraphs in the list of m_lastFormat.
+    int m_list = -1; ///< Object index of the list that bulleted paragraphs join.
+    int m_listLength; ///< Its paragraphs.
     bool m_first = true;
 };

@@ -9,33 +9,32 @@
 
 namespace {
 
-struct CharsetRow {
+struct CharsetRow
+{
     int charset;
     int codePage;
 };
 
-constexpr CharsetRow charsets[]
-    = {{0, 1252},   {77, 10000}, {128, 932},  {129, 949},  {130, 1361}, {134, 936},  {136, 950},
-       {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256}, {186, 1257}, {204, 1251},
-       {222, 874},  {238, 1250}, {254, 437},  {255, 850}};
+constexpr CharsetRow charsets[] = {{0, 1252}, {77, 10000}, {128, 932}, {129, 949}, {130, 1361},
+    {134, 936}, {136, 950}, {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256},
+    {186, 1257}, {204, 1251}, {222, 874}, {238, 1250}, {254, 437}, {255, 850}};
 
-struct Codec {
+struct Codec
+{
     int codePage;
     const char *name;
     bool multiByte;
 };
 
-constexpr Codec codecs[] = {{437, "IBM437", false},        {850, "IBM850", false},
-                            {852, "IBM852", false},        {866, "IBM866", false},
-                            {932, "windows-932", true},    {936, "windows-936", true},
-                            {949, "windows-949", true},    {950, "windows-950", true},
-                            {1361, "windows-1361", true},  {10000, "macintosh", false},
-                            {10007, "x-mac-cyrillic", false}, {54936, "gb18030", true},
-                            {65001, "UTF-8", true}};
+constexpr Codec codecs[] = {{437, "IBM437", false}, {850, "IBM850", false}, {852, "IBM852", false},
+    {866, "IBM866", false}, {932, "windows-932", true}, {936, "windows-936", true},
+    {949, "windows-949", true}, {950, "windows-950", true}, {1361, "windows-1361", true},
+    {10000, "macintosh", false}, {10007, "x-mac-cyrillic", false}, {54936, "gb18030", true},
+    {65001, "UTF-8", true}};
 
 /// The encoding of the font "Symbol" from byte 0x20 on; 0 where it is undefined.
-constexpr char16_t symbolFont[] = {
-    0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x0025, 0x0026, 0x220B, //
+constexpr char16_t symbolFont[] = {0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x0025, 0x0026,
+    0x220B, //
     0x0028, 0x0029, 0x2217, 0x002B, 0x002C, 0x2212, 0x002E, 0x002F, //
     0x0030, 0x0031, 0x0032, 0x0033, 0x0034, 0x0035, 0x0036, 0x0037, //
     0x0038, 0x0039, 0x003A, 0x003B, 0x003C, 0x003D, 0x003E, 0x003F, //
@@ -46,11 +45,11 @@ constexpr char16_t symbolFont[] = {
     0x203E, 0x03B1, 0x03B2, 0x03C7, 0x03B4, 0x03B5, 0x03C6, 0x03B3, //
     0x03B7, 0x03B9, 0x03D5, 0x03BA, 0x03BB, 0x03BC, 0x03BD, 0x03BF, //
     0x03C0, 0x03B8, 0x03C1, 0x03C3, 0x03C4, 0x03C5, 0x03D6, 0x03C9, //
-    0x03BE, 0x03C8, 0x03B6, 0x007B, 0x007C, 0x007D, 0x223C, 0,      //
-    0,      0,      0,      0,      0,      0,      0,      0,      //
-    0,      0,      0,      0,      0,      0,      0,      0,      //
-    0,      0,      0,      0,      0,      0,      0,      0,      //
-    0,      0,      0,      0,      0,      0,      0,      0,      //
+    0x03BE, 0x03C8, 0x03B6, 0x007B, 0x007C, 0x007D, 0x223C, 0, //
+    0, 0, 0, 0, 0, 0, 0, 0, //
+    0, 0, 0, 0, 0, 0, 0, 0, //
+    0, 0, 0, 0, 0, 0, 0, 0, //
+    0, 0, 0, 0, 0, 0, 0, 0, //
     0x20AC, 0x03D2, 0x2032, 0x2264, 0x2044, 0x221E, 0x0192, 0x2663, //
     0x2666, 0x2665, 0x2660, 0x2194, 0x2190, 0x2191, 0x2192, 0x2193, //
     0x00B0, 0x00B1, 0x2033, 0x2265, 0x00D7, 0x221D, 0x2202, 0x2022, //
@@ -59,9 +58,9 @@ constexpr char16_t symbolFont[] = {
     0x222A, 0x2283, 0x2287, 0x2284, 0x2282, 0x2286, 0x2208, 0x2209, //
     0x2220, 0x2207, 0x00AE, 0x00A9, 0x2122, 0x220F, 0x221A, 0x22C5, //
     0x00AC, 0x2227, 0x2228, 0x21D4, 0x21D0, 0x21D1, 0x21D2, 0x21D3, //
-    0x25CA, 0x2329, 0,      0,      0,      0x2211, 0x239B, 0x239C, //
+    0x25CA, 0x2329, 0, 0, 0, 0x2211, 0x239B, 0x239C, //
     0x239D, 0x23A1, 0x23A2, 0x23A3, 0x23A7, 0x23A8, 0x23A9, 0x23AA, //
-    0,      0x232A, 0x222B, 0x2320, 0x23AE, 0x2321, 0x239E, 0x239F, //
+    0, 0x232A, 0x222B, 0x2320, 0x23AE, 0x2321, 0x239E, 0x239F, //
     0x23A0, 0x23A4, 0x23A5, 0x23A6, 0x23AB, 0x23AC, 0x23AD, 0};
 
 constexpr char16_t symbolBase = 0xF000;
@@ -111,8 +110,7 @@ const std::vector<Encoder> &encoders()
 
 const Encoder &symbolFontEncoder()
 {
-    static const Encoder encoder(RtfCharset::symbolCharset,
-                                 RtfCharset(RtfCharset::symbolFontPage));
+    static const Encoder encoder(RtfCharset::symbolCharset, RtfCharset(RtfCharset::symbolFontPage));
     return encoder;
 }
 
@@ -189,8 +187,8 @@ int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)
     return documentPage;
 }
 
-std::optional<RtfCharset::Encoded> RtfCharset::encode(char16_t character, const QString &family,
-                                                      int charset)
+std::optional<RtfCharset::Encoded> RtfCharset::encode(
+    char16_t character, const QString &family, int charset)
 {
     if (isSymbolFont(family)) {
         if (const auto byte = symbolFontEncoder().byteOf(character))

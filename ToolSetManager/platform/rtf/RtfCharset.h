@@ -36,7 +36,8 @@ public:
     static int codePageOf(int charset, const QString &family, int documentPage);
 
     /// A character as a byte of a font with some \fcharset number.
-    struct Encoded {
+    struct Encoded
+    {
         int charset = ansiCharset;
         char byte = 0;
     };

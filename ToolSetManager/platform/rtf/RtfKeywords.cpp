@@ -8,7 +8,8 @@
 
 namespace {
 
-struct Row {
+struct Row
+{
     std::string_view name;
     RtfWord word;
     int value = 0;

@@ -88,7 +88,8 @@ enum class RtfWord : unsigned char {
     PictureScaleY
 };
 
-struct RtfKeyword {
+struct RtfKeyword
+{
     RtfWord word = RtfWord::Unknown;
     int value = 0;
 };

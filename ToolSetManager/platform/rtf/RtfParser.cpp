@@ -319,7 +319,11 @@ int RtfParser::currentFormat()
         style.colour = m_colours.find(state.colour);
         if (state.background > 0) // 0 is "none", whatever the table says
             style.background = m_colours.find(state.background);
-        entry->second = m_builder.addFormat(style.toFormat());
+        // States that differ in the charset alone look the same and make one run.
+        auto &number = m_styles[style];
+        if (number == 0)
+            number = m_builder.addFormat(style.toFormat()) + 1;
+        entry->second = number - 1;
     }
     m_format = entry->second;
     return m_format;
@@ -368,8 +372,8 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         unicode(token.parameter);
         break;
     case RtfWord::FallbackLength:
-        change().fallbackLength
-            = token.hasParameter ? qBound(0, token.parameter, maximumFallback) : 1;
+        change().fallbackLength =
+            token.hasParameter ? qBound(0, token.parameter, maximumFallback) : 1;
         break;
     case RtfWord::Paragraph:
         decodePending();
@@ -409,9 +413,9 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         m_charset = nullptr;
         break;
     case RtfWord::FontSize:
-        changeCharacters().halfPoints = static_cast<qint16>(
-            token.hasParameter ? qBound(1, token.parameter, RtfCharStyle::maximumHalfPoints)
-                               : RtfCharState().halfPoints);
+        changeCharacters().halfPoints = static_cast<qint16>(token.hasParameter
+                ? qBound(1, token.parameter, RtfCharStyle::maximumHalfPoints)
+                : RtfCharState().halfPoints);
         break;
     case RtfWord::Colour:
         changeCharacters().colour = token.parameter;
@@ -423,10 +427,9 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
     case RtfWord::OffsetDown: {
         constexpr int usual = 6;
         const int halfPoints = qBound(-RtfCharStyle::maximumHalfPoints,
-                                      token.hasParameter ? token.parameter : usual,
-                                      RtfCharStyle::maximumHalfPoints);
-        changeCharacters().offset = static_cast<qint16>(
-            keyword.word == RtfWord::OffsetUp ? halfPoints : -halfPoints);
+            token.hasParameter ? token.parameter : usual, RtfCharStyle::maximumHalfPoints);
+        changeCharacters().offset =
+            static_cast<qint16>(keyword.word == RtfWord::OffsetUp ? halfPoints : -halfPoints);
         break;
     }
     default:
@@ -568,9 +571,11 @@ void RtfParser::paragraphWord(RtfKeyword keyword, const RtfToken &token)
         break;
     case RtfWord::TabStop: {
         const RtfTab tab {length(token.parameter), std::exchange(state.nextTab, RtfTab::Left)};
-        const auto before = [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; };
-        const auto place
-            = std::lower_bound(paragraph.tabs.cbegin(), paragraph.tabs.cend(), tab, before);
+        const auto before = [](const RtfTab &a, const RtfTab &b) {
+            return a.position < b.position;
+        };
+        const auto place =
+            std::lower_bound(paragraph.tabs.cbegin(), paragraph.tabs.cend(), tab, before);
         const bool there = place != paragraph.tabs.cend() && place->position == tab.position;
         if (!there && paragraph.tabs.size() < RtfParagraphStyle::maximumTabs)
             paragraph.tabs.insert(place - paragraph.tabs.cbegin(), tab);
@@ -766,7 +771,8 @@ void RtfParser::readPicture()
     picture.completeGoal();
     const auto scaled = [](int size, int percent) {
         constexpr qint64 most = RtfPicture::maximumGoal;
-        return static_cast<int>(qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
+        return static_cast<int>(
+            qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
     };
     picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
     insertPicture(picture);
@@ -789,8 +795,8 @@ void RtfParser::insertPicture(const RtfPicture &picture)
             return;
         line().chop(1); // the frame that stands for the newer form
     }
-    const int format
-        = m_builder.addFormat(picture.toFormat(m_builder.format(currentFormat()), *known));
+    const int format =
+        m_builder.addFormat(picture.toFormat(m_builder.format(currentFormat()), *known));
     line().text.append(QChar::ObjectReplacementCharacter);
     line().closeRun(format);
     m_cellEnded = false;

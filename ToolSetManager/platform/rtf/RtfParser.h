@@ -15,7 +15,8 @@
 #include <unordered_map>
 
 /// Character formats as control words set them: numbers into the tables.
-struct RtfCharState {
+struct RtfCharState
+{
     static constexpr int noFont = -1;
 
     int font = noFont;
@@ -26,17 +27,19 @@ struct RtfCharState {
     quint16 flags = 0; ///< RtfCharStyle::Flag
 
     friend bool operator==(const RtfCharState &, const RtfCharState &) = default;
-    struct Hash {
+    struct Hash
+    {
         size_t operator()(const RtfCharState &state) const
         {
             return qHashMulti(0, state.font, state.colour, state.background, state.halfPoints,
-                              state.offset, state.flags);
+                state.offset, state.flags);
         }
     };
 };
 
 /// All that a group's end restores.
-struct RtfState {
+struct RtfState
+{
     RtfCharState characters;
     RtfParagraphStyle paragraph;
     int list = 0; ///< Number of \ls.
@@ -61,7 +64,8 @@ public:
     bool run();
 
 private:
-    struct SavedState {
+    struct SavedState
+    {
         RtfState state;
         qsizetype groups; ///< Groups that were open with this state, the changed one included.
     };
@@ -142,6 +146,7 @@ private:
     int m_format = -1; ///< Of the current state; -1 when not looked up.
     int m_lastTextFormat = -1; ///< Of the current paragraph's last text.
     std::unordered_map<RtfCharState, int, RtfCharState::Hash> m_formats;
+    QHash<RtfCharStyle, int> m_styles; ///< Format number plus 1.
 
     // --- Tables ---
     std::vector<int> m_cellEdges;

@@ -61,7 +61,7 @@ RtfPicture RtfPicture::fromImage(const QImage &image, QSize twips)
     picture.goal = (twips.isEmpty() ? image.size() * twipsPerPixel : twips)
                        .boundedTo({maximumGoal, maximumGoal});
     picture.extent = QSize(static_cast<int>(std::lround(picture.goal.width() / metafileUnit)),
-                           static_cast<int>(std::lround(picture.goal.height() / metafileUnit)));
+        static_cast<int>(std::lround(picture.goal.height() / metafileUnit)));
     return picture;
 }
 
@@ -149,7 +149,7 @@ QString RtfPicture::frameName()
 QString RtfPicture::addResource(QTextDocument &document, const QString &name, const QImage &image)
 {
     const QString used = image.isNull() ? frameName() : name;
-    document.addResource(QTextDocument::ImageResource, QUrl(used),
-                         image.isNull() ? frameImage() : image);
+    document.addResource(
+        QTextDocument::ImageResource, QUrl(used), image.isNull() ? frameImage() : image);
     return used;
 }

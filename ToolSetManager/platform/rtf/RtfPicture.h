@@ -11,7 +11,8 @@
 class QTextDocument;
 
 /// A picture of a rich text: the bytes as they stood there, and the size at which it is shown.
-struct RtfPicture {
+struct RtfPicture
+{
     enum Kind {
         NoKind,
         Metafile, ///< Windows metafile without the placeable header.
@@ -24,14 +25,15 @@ struct RtfPicture {
 
     /// Plays a Windows metafile. Sizes: as shown, in twips, and of the image wanted, in pixels.
     /// Null when it cannot.
-    using MetafileDecoder
-        = std::function<QImage(QByteArrayView metafile, QSize twips, QSize pixels)>;
+    using MetafileDecoder =
+        std::function<QImage(QByteArrayView metafile, QSize twips, QSize pixels)>;
 
     static constexpr int maximumGoal = 31680; ///< Twips; 22 inches.
 
     Kind kind = NoKind;
     QByteArray data;
-    QSize extent {0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
+    QSize extent {
+        0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
     QSize goal {0, 0}; ///< Twips, scaling applied.
 
     /// The form in which the oldest readers show pictures: a metafile that paints one bitmap.

@@ -43,8 +43,8 @@ double pointsOf(const QTextCharFormat &format, const QFont &standard)
         return format.doubleProperty(QTextFormat::FontPointSize);
     if (format.hasProperty(QTextFormat::FontPixelSize))
         return format.intProperty(QTextFormat::FontPixelSize) * 72.0 / 96;
-    double points = standard.pointSizeF() > 0 ? standard.pointSizeF()
-                                              : standard.pixelSize() * 72.0 / 96;
+    double points =
+        standard.pointSizeF() > 0 ? standard.pointSizeF() : standard.pixelSize() * 72.0 / 96;
     // The steps of text that comes from web pages.
     points *= std::pow(1.2, format.intProperty(QTextFormat::FontSizeAdjustment));
     return points;
@@ -79,7 +79,7 @@ QList<QTextOption::Tab> shownTabs(const RtfParagraphStyle &style)
             hanging = -1;
         }
         constexpr QTextOption::TabType types[] = {QTextOption::LeftTab, QTextOption::RightTab,
-                                                  QTextOption::CenterTab, QTextOption::DelimiterTab};
+            QTextOption::CenterTab, QTextOption::DelimiterTab};
         append(tab.position, types[tab.kind]);
         if (tab.kind == RtfTab::Decimal && !tabs.isEmpty())
             tabs.last().delimiter = u'.';
@@ -135,9 +135,8 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
     style.family = format.fontFamilies().toStringList().value(0);
     if (style.family.isEmpty())
         style.family = standard.family();
-    style.halfPoints
-        = qBound(1, static_cast<int>(std::lround(pointsOf(format, standard) * 2)),
-                 maximumHalfPoints);
+    style.halfPoints =
+        qBound(1, static_cast<int>(std::lround(pointsOf(format, standard) * 2)), maximumHalfPoints);
     const auto set = [&style](Flag flag, bool on) {
         if (on)
             style.flags |= flag;
@@ -176,9 +175,8 @@ bool RtfCharStyle::isHidden(const QTextCharFormat &format)
 QTextBlockFormat RtfParagraphStyle::toFormat() const
 {
     QTextBlockFormat format;
-    constexpr Qt::Alignment alignments[]
-        = {Qt::AlignLeft | Qt::AlignAbsolute, Qt::AlignRight | Qt::AlignAbsolute, Qt::AlignHCenter,
-           Qt::AlignJustify};
+    constexpr Qt::Alignment alignments[] = {Qt::AlignLeft | Qt::AlignAbsolute,
+        Qt::AlignRight | Qt::AlignAbsolute, Qt::AlignHCenter, Qt::AlignJustify};
     if (alignment != Left || rightToLeft)
         format.setAlignment(alignments[alignment]);
     if (rightToLeft)
@@ -237,9 +235,7 @@ RtfParagraphStyle RtfParagraphStyle::fromFormat(const QTextBlockFormat &format, 
         style.alignment = absolute ? Left : Right;
 
     style.leftIndent = qBound(-maximumLength,
-                              toTwips(format.leftMargin())
-                                  + htmlIndent * qBound(0, format.indent(), 40),
-                              maximumLength);
+        toTwips(format.leftMargin()) + htmlIndent * qBound(0, format.indent(), 40), maximumLength);
     style.rightIndent = toTwips(format.rightMargin());
     style.firstIndent = toTwips(format.textIndent());
     if (bullet && format.hasProperty(RtfIndentsProperty)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QRgb>
 #include <QString>
@@ -12,7 +13,8 @@ class QFont;
 
 /// Looks of a run of text, as rich text knows them, and their form in a QTextDocument. What
 /// QTextCharFormat has no property for rides in user properties of the format.
-struct RtfCharStyle {
+struct RtfCharStyle
+{
     enum Flag : quint16 {
         Bold = 1,
         Italic = 2,
@@ -44,9 +46,15 @@ struct RtfCharStyle {
     static bool isHidden(const QTextCharFormat &format);
 
     friend bool operator==(const RtfCharStyle &, const RtfCharStyle &) = default;
+    friend size_t qHash(const RtfCharStyle &style, size_t seed = 0)
+    {
+        return qHashMulti(seed, style.family, style.halfPoints, style.offset, style.flags,
+            style.colour.value_or(0), style.background.value_or(0));
+    }
 };
 
-struct RtfTab {
+struct RtfTab
+{
     enum Kind : quint8 { Left, Right, Centre, Decimal };
 
     int position = 0; ///< Twips from the edge, not from the indent.
@@ -59,7 +67,8 @@ struct RtfTab {
 ///
 /// Bullets hang in front of the text, which starts at `leftIndent`; in a document they are a
 /// QTextList, so membership is asked for and set by the caller.
-struct RtfParagraphStyle {
+struct RtfParagraphStyle
+{
     enum Alignment : quint8 { Left, Right, Centre, Justified };
     static constexpr int maximumLength = 31680; ///< Either way; 22 inches.
     static constexpr qsizetype maximumTabs = 64;

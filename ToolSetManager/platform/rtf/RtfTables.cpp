@@ -14,11 +14,10 @@ constexpr int bulletStyle = 23; // of \levelnfc
 /// Word processors list a font once for each script, its name followed by that of the script.
 void dropScript(QString &family)
 {
-    static constexpr QLatin1StringView scripts[]
-        = {QLatin1StringView(" CE"),       QLatin1StringView(" Cyr"),
-           QLatin1StringView(" Greek"),    QLatin1StringView(" Tur"),
-           QLatin1StringView(" (Hebrew)"), QLatin1StringView(" (Arabic)"),
-           QLatin1StringView(" Baltic"),   QLatin1StringView(" (Vietnamese)")};
+    static constexpr QLatin1StringView scripts[] = {QLatin1StringView(" CE"),
+        QLatin1StringView(" Cyr"), QLatin1StringView(" Greek"), QLatin1StringView(" Tur"),
+        QLatin1StringView(" (Hebrew)"), QLatin1StringView(" (Arabic)"),
+        QLatin1StringView(" Baltic"), QLatin1StringView(" (Vietnamese)")};
     const auto isThere = [&family](QLatin1StringView script) {
         return family.size() > script.size() && family.endsWith(script, Qt::CaseInsensitive);
     };
@@ -44,8 +43,8 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
     int fallback = 0; // bytes left that say the last Unicode character once more
     const auto page = [&] {
         // The code page may hang on the name, whose bytes are never symbols.
-        return RtfCharset::codePageOf(charset, QString::fromLatin1(bytes.trimmed()),
-                                      codePage > 0 ? codePage : documentPage);
+        return RtfCharset::codePageOf(
+            charset, QString::fromLatin1(bytes.trimmed()), codePage > 0 ? codePage : documentPage);
     };
     const auto decode = [&] {
         const int of = charset == RtfCharset::symbolCharset ? documentPage : page();
@@ -60,6 +59,7 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
     const auto finish = [&] {
         const int ofText = page();
         decode();
+        name.removeIf([](QChar c) { return c < u' ' || c == u'\x7F'; });
         name = std::exchange(name, {}).trimmed();
         dropScript(name);
         if (!name.isEmpty())

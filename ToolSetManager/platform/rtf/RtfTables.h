@@ -13,7 +13,8 @@ class RtfTokenizer;
 /// The tables at the start of a rich text, to whose entries its body refers by number. Each read()
 /// takes the rest of the table's group, whatever is in it.
 
-struct RtfFont {
+struct RtfFont
+{
     QString family; ///< Empty when the table does not say.
     int codePage = 1252; ///< As RtfCharset counts them.
 };

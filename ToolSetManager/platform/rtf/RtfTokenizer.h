@@ -3,7 +3,8 @@
 #include <QByteArrayView>
 
 /// One piece of RTF text. Views point into the bytes that the tokenizer reads.
-struct RtfToken {
+struct RtfToken
+{
     enum Kind {
         End, ///< No more bytes; comes again and again.
         GroupStart,

@@ -12,12 +12,12 @@ namespace {
 
 QString flagWords(const RtfCharStyle &style)
 {
-    constexpr std::pair<RtfCharStyle::Flag, const char *> names[]
-        = {{RtfCharStyle::Bold, "b"},          {RtfCharStyle::Italic, "i"},
-           {RtfCharStyle::Underline, "ul"},    {RtfCharStyle::Strike, "strike"},
-           {RtfCharStyle::Protected, "protect"}, {RtfCharStyle::Hidden, "v"},
-           {RtfCharStyle::Capitals, "caps"},   {RtfCharStyle::SmallCapitals, "scaps"},
-           {RtfCharStyle::Superscript, "super"}, {RtfCharStyle::Subscript, "sub"}};
+    constexpr std::pair<RtfCharStyle::Flag, const char *> names[] = {{RtfCharStyle::Bold, "b"},
+        {RtfCharStyle::Italic, "i"}, {RtfCharStyle::Underline, "ul"},
+        {RtfCharStyle::Strike, "strike"}, {RtfCharStyle::Protected, "protect"},
+        {RtfCharStyle::Hidden, "v"}, {RtfCharStyle::Capitals, "caps"},
+        {RtfCharStyle::SmallCapitals, "scaps"}, {RtfCharStyle::Superscript, "super"},
+        {RtfCharStyle::Subscript, "sub"}};
     QString words;
     for (const auto &[flag, name] : names) {
         if (style.has(flag))
@@ -88,7 +88,8 @@ QString pictureWords(const RtfPicture &picture)
 
 QString readable(QString text)
 {
-    return text.replace(u'\t', QStringLiteral("→")).replace(QChar::LineSeparator, QStringLiteral("⏎"));
+    return text.replace(u'\t', QStringLiteral("→"))
+        .replace(QChar::LineSeparator, QStringLiteral("⏎"));
 }
 
 } // namespace

@@ -67,8 +67,7 @@ void RtfReader_test::body_data()
     row("line break", "a\\line b", u"a⏎b"_qs);
     row("style counts at the mark", "\\qc a\\pard b\\par c", u"ab\nc"_qs);
     row("pard resets", "\\qr\\li720 a\\par\\pard b", u"<qr li720>a\nb"_qs);
-    row("alignments", "\\qj a\\par\\ql b\\par\\qc c\\par\\qr d",
-        u"<qj>a\nb\n<qc>c\n<qr>d"_qs);
+    row("alignments", "\\qj a\\par\\ql b\\par\\qc c\\par\\qr d", u"<qj>a\nb\n<qc>c\n<qr>d"_qs);
     row("indents", "\\li720\\ri360\\fi-360 a", u"<li720 ri360 fi-360>a"_qs);
     row("indents outlive marks, not groups", "{\\li720 a\\par b\\par}c",
         u"<li720>a\n<li720>b\nc"_qs);
@@ -151,7 +150,8 @@ void RtfReader_test::body_data()
 
     // Tables
     row("rows are lines with tab stops",
-        "\\trowd\\trgaph100\\trleft-100\\cellx2000\\cellx4000\\cellx6000\\pard\\intbl a\\cell b\\par "
+        "\\trowd\\trgaph100\\trleft-100\\cellx2000\\cellx4000\\cellx6000\\pard\\intbl a\\cell "
+        "b\\par "
         "c\\cell\\cell\\row\\pard d",
         u"<tx2100 tx4100>a→b⏎c→\nd"_qs);
     row("nested rows",
@@ -167,8 +167,10 @@ void RtfReader_test::body_data()
     row("metafile's own size", "{\\pict\\wmetafile8\\picw2540\\pich1270 00}",
         u"[wmf 1440x720, 1]"_qs);
     row("picture without bytes", "a{\\pict\\pngblip\\picwgoal9999}b", u"ab"_qs);
-    row("groups in a picture", "{\\pict{\\*\\picprop{\\sp{\\sn x}{\\sv 1}}}\\jpegblip{\\*\\blipuid 00}"
-        "\\picwgoal15\\pichgoal15 00}", u"[jpeg 15x15, 1]"_qs);
+    row("groups in a picture",
+        "{\\pict{\\*\\picprop{\\sp{\\sn x}{\\sv 1}}}\\jpegblip{\\*\\blipuid 00}"
+        "\\picwgoal15\\pichgoal15 00}",
+        u"[jpeg 15x15, 1]"_qs);
 }
 
 void RtfReader_test::body()
@@ -193,8 +195,9 @@ void RtfReader_test::wholeText_data()
     row("the code page of DOS", "{\\rtf1\\pc \\'84}", u"ä"_qs);
     row("fonts without braces", "{\\rtf1{\\fonttbl\\f0\\fswiss Arial;\\f1 Courier;}\\f1 a}",
         u"{f=Courier:a}"_qs);
-    row("other names of a font", "{\\rtf1{\\fonttbl{\\f0\\fnil{\\*\\panose 0102}Foo{\\*\\falt Bar};}}"
-                                 "\\f0 a}",
+    row("other names of a font",
+        "{\\rtf1{\\fonttbl{\\f0\\fnil{\\*\\panose 0102}Foo{\\*\\falt Bar};}}"
+        "\\f0 a}",
         u"{f=Foo:a}"_qs);
     row("font's name in its own code page",
         "{\\rtf1{\\fonttbl{\\f0\\fcharset204 \\'cf;}{\\f1 \\u1055?b;}}\\f0 a\\f1 b}",
@@ -279,10 +282,9 @@ void RtfReader_test::depth()
 
 void RtfReader_test::hugeNumbers()
 {
-    static constexpr const char *words[]
-        = {"fs",  "f",    "cf",   "highlight", "up",       "dn",      "li",  "ri",    "fi",
-           "sb",  "sa",   "sl",   "tx",        "u",        "uc",      "ls",  "ilvl",  "cellx",
-           "bin", "picw", "pich", "picwgoal",  "pichgoal", "picscalex", "deff", "ansicpg", "trgaph"};
+    static constexpr const char *words[] = {"fs", "f", "cf", "highlight", "up", "dn", "li", "ri",
+        "fi", "sb", "sa", "sl", "tx", "u", "uc", "ls", "ilvl", "cellx", "bin", "picw", "pich",
+        "picwgoal", "pichgoal", "picscalex", "deff", "ansicpg", "trgaph"};
     for (const char *word : words) {
         for (const char *number : {"99999999999999999999", "-99999999999999999999", "2147483647"}) {
             const QByteArray text = QByteArray("\\") + word + number;
@@ -292,7 +294,7 @@ void RtfReader_test::hugeNumbers()
     QCOMPARE(dumpOfBody("\\fs99999 a"), u"{fs3276:a}"_qs);
     QCOMPARE(dumpOfBody("\\li-99999999999 a"), u"<li-31680>a"_qs);
     QCOMPARE(dumpOfBody("{\\pict\\wmetafile8\\picwgoal99999999\\pichgoal1\\picscalex900 00}"),
-             u"[wmf 31680x1, 1]"_qs);
+        u"[wmf 31680x1, 1]"_qs);
 }
 
 void RtfReader_test::untouchedSettings()

@@ -87,8 +87,7 @@ void RtfWriter_test::words_data()
         QTest::newRow(name) << QByteArray("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial;}"
                                           "{\\f2\\fcharset2 Symbol;}}{\\colortbl;\\red1\\green2"
                                           "\\blue3;}\\fs20 ")
-                                + rtf + '}'
-                            << QByteArray(body);
+                + rtf + '}' << QByteArray(body);
     };
     row("text", "a", "\\pard\\f0\\fs20 a\\par\r\n}");
     row("empty", "", "\\pard\\f0\\fs20\\par\r\n}");
@@ -96,9 +95,11 @@ void RtfWriter_test::words_data()
         "\\pard\\f0\\fs20\\b a\\i b\\b0\\i0 c\\par\r\nd\\par\r\n}");
     row("paragraph style when it changes", "\\qc a\\par b\\par\\pard c",
         "\\pard\\qc\\f0\\fs20 a\\par\r\nb\\par\r\n\\pard c\\par\r\n}");
-    row("all of a paragraph", "\\qj\\fi-360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr"
-                              "\\tx1440 a",
-        "\\pard\\qj\\fi-360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr\\tx1440\\f0\\fs20 "
+    row("all of a paragraph",
+        "\\qj\\fi-360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr"
+        "\\tx1440 a",
+        "\\pard\\qj\\fi-"
+        "360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr\\tx1440\\f0\\fs20 "
         "a\\par\r\n}");
     row("bullets", "{\\*\\pn\\pnlvlblt}\\fi-200\\li200 a\\par b\\par\\pard c",
         "\\pard{\\pntext\\f0\\'b7\\tab}{\\*\\pn\\pnlvlblt\\pnf0\\pnindent200{\\pntxtb\\'b7}}"
@@ -128,32 +129,34 @@ void RtfWriter_test::words()
 void RtfWriter_test::tables()
 {
     QTextDocument document;
-    readInto(document, "{\\rtf1{\\fonttbl{\\f0 A\\{;}{\\f1\\fcharset2 Wingdings;}{\\f2 Courier;}}"
-                       "{\\colortbl;\\red1\\green2\\blue3;\\red255\\green0\\blue0;}"
-                       "\\cf2 a\\cf0\\f1 J\\f2\\cf1 c}");
+    readInto(document,
+        "{\\rtf1{\\fonttbl{\\f0 A\\{;}{\\f1\\fcharset2 Wingdings;}{\\f2 Courier;}}"
+        "{\\colortbl;\\red1\\green2\\blue3;\\red255\\green0\\blue0;}"
+        "\\cf2 a\\cf0\\f1 J\\f2\\cf1 c}");
     const QByteArray rtf = RtfWriter::write(document);
     QCOMPARE(rtf.left(rtf.indexOf("\\pard")),
-             QByteArray("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 A\\{;}"
-                        "{\\f1\\fnil\\fcharset2 Wingdings;}{\\f2\\fnil\\fcharset0 Courier;}}\r\n"
-                        "{\\colortbl ;\\red255\\green0\\blue0;\\red1\\green2\\blue3;}\r\n"));
+        QByteArray("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 A\\{;}"
+                   "{\\f1\\fnil\\fcharset2 Wingdings;}{\\f2\\fnil\\fcharset0 Courier;}}\r\n"
+                   "{\\colortbl ;\\red255\\green0\\blue0;\\red1\\green2\\blue3;}\r\n"));
 }
 
 void RtfWriter_test::roundTrip_data()
 {
     QTest::addColumn<QByteArray>("body");
-    QTest::newRow("formats") << QByteArray("\\b a\\b0\\i b\\i0\\ul c\\ulnone\\strike d\\strike0\\cf1 "
-                                           "e\\cf0\\fs17 f\\f1 g\\up8\\fs30 h\\dn3 i\\up0\\caps j"
-                                           "\\caps0\\scaps k\\scaps0\\highlight1 l\\highlight0 m");
+    QTest::newRow("formats") << QByteArray(
+        "\\b a\\b0\\i b\\i0\\ul c\\ulnone\\strike d\\strike0\\cf1 "
+        "e\\cf0\\fs17 f\\f1 g\\up8\\fs30 h\\dn3 i\\up0\\caps j"
+        "\\caps0\\scaps k\\scaps0\\highlight1 l\\highlight0 m");
     QTest::newRow("protected and hidden")
         << QByteArray("a\\protect b\\protect0\\cf1\\fs31\\v c\\v0 d\\v\\par e\\v0 f");
-    QTest::newRow("paragraphs")
-        << QByteArray("\\qr\\li100\\ri200\\fi-50\\tx300\\tqc\\tx500 a\\par\\pard\\sb7\\sa9\\sl-333 "
-                      "b\\par\\sl333\\slmult1 c\\par\\pard\\rtlpar d\\par\\qr e\\par\\pagebb f");
+    QTest::newRow("paragraphs") << QByteArray(
+        "\\qr\\li100\\ri200\\fi-50\\tx300\\tqc\\tx500 a\\par\\pard\\sb7\\sa9\\sl-333 "
+        "b\\par\\sl333\\slmult1 c\\par\\pard\\rtlpar d\\par\\qr e\\par\\pagebb f");
     QTest::newRow("bullets") << QByteArray("{\\*\\pn\\pnlvlblt}\\li360\\fi-360 a\\par b\\par\\pard "
                                            "c\\par{\\*\\pn\\pnlvlblt}d\\par\\fi100 e\\par\\par");
-    QTest::newRow("characters")
-        << QByteArray("\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
-                      "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
+    QTest::newRow("characters") << QByteArray(
+        "\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
+        "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
     QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abc\\'b7");
     QTest::newRow("table") << QByteArray("\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
     QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
@@ -164,9 +167,10 @@ void RtfWriter_test::roundTrip()
 {
     QFETCH(const QByteArray, body);
     QTextDocument first;
-    readInto(first, "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}{\\f3\\fcharset2 Symbol;}"
-                    "{\\f4\\fcharset2 Wingdings;}}{\\colortbl;\\red9\\green8\\blue7;}"
-                        + body + '}');
+    readInto(first,
+        "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}{\\f3\\fcharset2 Symbol;}"
+        "{\\f4\\fcharset2 Wingdings;}}{\\colortbl;\\red9\\green8\\blue7;}"
+            + body + '}');
     const QByteArray written = RtfWriter::write(first);
     for (const char c : written)
         QVERIFY(uchar(c) < 128);
@@ -226,15 +230,14 @@ void RtfWriter_test::pictures_data()
     const QByteArray wmf = RtfPicture::fromImage(image).data;
     const auto group = [](const char *kind, const QByteArray &data) {
         return QByteArray(QByteArray("{\\pict\\") + kind
-                          + "\\picw20\\pich10\\picwgoal600\\pichgoal300\n" + data.toHex() + '}');
+            + "\\picw20\\pich10\\picwgoal600\\pichgoal300\n" + data.toHex() + '}');
     };
     const auto row = [](const char *name, const QByteArray &rtf, const char *kind,
-                        const QByteArray &data, bool decodes) {
-        QTest::newRow(name) << rtf
-                            << QStringLiteral("[%1 600x300, %2]")
-                                   .arg(QLatin1StringView(kind))
-                                   .arg(data.size())
-                            << decodes;
+                         const QByteArray &data, bool decodes) {
+        QTest::newRow(name)
+            << rtf
+            << QStringLiteral("[%1 600x300, %2]").arg(QLatin1StringView(kind)).arg(data.size())
+            << decodes;
     };
     row("metafile", group("wmetafile8", wmf), "wmf", wmf, true);
     row("bitmap", group("dibitmap0", dib), "dib", dib, true);
@@ -245,14 +248,17 @@ void RtfWriter_test::pictures_data()
     row("metafile cut off", group("wmetafile8", wmf.left(100)), "wmf", wmf.left(100), false);
     row("metafile without a bitmap", group("wmetafile8", wmf.left(54)), "wmf", wmf.left(54), false);
     row("unknown enhanced metafile", group("emfblip", "\1\2"), "emf", "\1\2", false);
-    row("both forms", "{\\*\\shppict" + group("pngblip", png) + "}{\\nonshppict"
-            + group("wmetafile8", wmf) + '}', "png", png, true);
+    row("both forms",
+        "{\\*\\shppict" + group("pngblip", png) + "}{\\nonshppict" + group("wmetafile8", wmf) + '}',
+        "png", png, true);
     row("the older form where the newer one does not show",
         "{\\*\\shppict" + group("emfblip", "\1\2") + "}{\\nonshppict" + group("wmetafile8", wmf)
-            + '}', "wmf", wmf, true);
+            + '}',
+        "wmf", wmf, true);
     row("the newer form where none shows",
         "{\\*\\shppict" + group("emfblip", "\1\2") + "}{\\nonshppict" + group("wmetafile8", "\1")
-            + '}', "emf", "\1\2", false);
+            + '}',
+        "emf", "\1\2", false);
 }
 
 void RtfWriter_test::pictures()
@@ -307,8 +313,8 @@ void RtfWriter_test::olderPicture()
 {
     const QImage image = photo(8);
     QTextDocument document;
-    readInto(document, "{\\rtf1{\\pict\\pngblip\\picwgoal150\\pichgoal75 "
-                 + fileOf(image, "png").toHex() + "}}");
+    readInto(document,
+        "{\\rtf1{\\pict\\pngblip\\picwgoal150\\pichgoal75 " + fileOf(image, "png").toHex() + "}}");
     QByteArray older = RtfWriter::write(document);
     const qsizetype newer = older.indexOf("{\\*\\shppict");
     QVERIFY(newer > 0);
@@ -327,8 +333,7 @@ void RtfWriter_test::pictureMemory()
     QTextDocument document;
     RtfReader reader;
     reader.pictureMemory = 3'000'000;
-    const QByteArray rtf
-        = "{\\rtf1{\\pict\\pngblip\\picw1000\\pich1000 " + png.toHex() + "}}";
+    const QByteArray rtf = "{\\rtf1{\\pict\\pngblip\\picw1000\\pich1000 " + png.toHex() + "}}";
     reader.read(rtf, document);
     QCOMPARE(pictureIn(document).size(), QSize(64, 64));
     QVERIFY(RtfWriter::write(document).contains(png.toHex().first(128)));
