@@ -27,14 +27,32 @@ QString cleaned(const QString &plain)
     return text;
 }
 
-void readPlainText(const QString &text, QTextDocument &document)
+/// Lends the document out for filling: empty, without undo, which comes back afterwards.
+class Filling
 {
-    RtfCharStyle style;
-    style = RtfCharStyle::fromFormat(QTextCharFormat(), document.defaultFont());
-    QTextCursor cursor(&document);
-    cursor.setBlockCharFormat(style.toFormat());
-    cursor.insertText(cleaned(text), style.toFormat());
-}
+public:
+    explicit Filling(QTextDocument &document)
+        : m_document(document)
+        , m_undo(document.isUndoRedoEnabled())
+    {
+        document.setUndoRedoEnabled(false);
+        document.clear();
+        QTextOption option = document.defaultTextOption();
+        option.setTabStopDistance(defaultTabPixels);
+        document.setDefaultTextOption(option);
+    }
+    ~Filling()
+    {
+        m_document.setUndoRedoEnabled(m_undo);
+        m_document.setModified(false);
+    }
+    Filling(const Filling &) = delete;
+    Filling &operator=(const Filling &) = delete;
+
+private:
+    QTextDocument &m_document;
+    bool m_undo;
+};
 
 } // namespace
 
@@ -45,17 +63,21 @@ bool RtfReader::isRtf(QByteArrayView bytes)
 
 void RtfReader::read(QByteArrayView bytes, QTextDocument &document)
 {
-    const bool undo = document.isUndoRedoEnabled();
-    document.setUndoRedoEnabled(false);
-    document.clear();
-    QTextOption option = document.defaultTextOption();
-    option.setTabStopDistance(defaultTabPixels);
-    document.setDefaultTextOption(option);
-    m_endedWithParagraph = false;
-    if (isRtf(bytes))
-        m_endedWithParagraph = RtfParser(*this, bytes, document).run();
-    else
+    if (!isRtf(bytes)) {
         readPlainText(CodePage(defaultCodePage).decode(bytes), document);
-    document.setUndoRedoEnabled(undo);
-    document.setModified(false);
+        return;
+    }
+    const Filling filling(document);
+    m_endedWithParagraph = RtfParser(*this, bytes, document).run();
+}
+
+void RtfReader::readPlainText(const QString &text, QTextDocument &document)
+{
+    const Filling filling(document);
+    m_endedWithParagraph = false;
+    const QTextCharFormat format
+        = RtfCharStyle::fromFormat(QTextCharFormat(), document.defaultFont()).toFormat();
+    QTextCursor cursor(&document);
+    cursor.setBlockCharFormat(format);
+    cursor.insertText(cleaned(text), format);
 }

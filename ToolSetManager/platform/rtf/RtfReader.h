@@ -34,6 +34,9 @@ public:
     /// which names none.
     void read(QByteArrayView bytes, QTextDocument &document);
 
+    /// The same for a text that is known to be plain.
+    void readPlainText(const QString &text, QTextDocument &document);
+
     /// Of the last read(): the text ended with a paragraph mark, which the document does not show
     /// because each of its paragraphs has one.
     bool endedWithParagraph() const { return m_endedWithParagraph; }

@@ -41,13 +41,12 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
     QByteArray bytes; // of the name
     QString name; // as far as it is spelled in Unicode
     int fallback = 0; // bytes left that say the last Unicode character once more
-    const auto page = [&] {
-        // The code page may hang on the name, whose bytes are never symbols.
-        return RtfCharset::codePageOf(
-            charset, QString::fromLatin1(bytes.trimmed()), codePage > 0 ? codePage : documentPage);
+    const auto page = [&](const QString &family) {
+        return RtfCharset::codePageOf(charset, family, codePage > 0 ? codePage : documentPage);
     };
     const auto decode = [&] {
-        const int of = charset == RtfCharset::symbolCharset ? documentPage : page();
+        // A name is no symbols.
+        const int of = charset == RtfCharset::symbolCharset ? documentPage : page({});
         name.append(RtfCharset(of).decode(std::exchange(bytes, {})));
     };
     const auto append = [&](char c) {
@@ -57,13 +56,13 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
             bytes.append(c);
     };
     const auto finish = [&] {
-        const int ofText = page();
         decode();
         name.removeIf([](QChar c) { return c < u' ' || c == u'\x7F'; });
         name = std::exchange(name, {}).trimmed();
         dropScript(name);
         if (!name.isEmpty())
-            m_fonts.insert(number, {std::exchange(name, {}), ofText});
+            m_fonts.insert(number, {name, page(name)});
+        name.clear();
         charset = noCharset;
         codePage = 0;
         fallback = 0;
