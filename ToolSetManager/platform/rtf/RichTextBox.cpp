@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFontDatabase>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -99,6 +100,17 @@ RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
 }
 
 RichTextBox::~RichTextBox() = default;
+
+QStringList RichTextBox::screenFonts()
+{
+    QStringList names = QFontDatabase::families();
+    for (const char16_t *family : {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
+        if (!names.contains(QString::fromUtf16(family)))
+            names.append(QString::fromUtf16(family));
+    }
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
 
 // --- The whole text ---
 

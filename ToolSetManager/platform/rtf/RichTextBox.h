@@ -29,6 +29,10 @@ public:
     RichTextBox(const QString &family, double points, QWidget *parent = nullptr);
     ~RichTextBox() override;
 
+    /// Names of the fonts to choose from: those of the screen, and those that documents mostly
+    /// name, which have stand-ins of the same widths where they are missing. Sorted.
+    static QStringList screenFonts();
+
     // --- The whole text ---
     /// The text as it was put in, until it is changed; then as the box writes it.
     QString TextRTF() const;

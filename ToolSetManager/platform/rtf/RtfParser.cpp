@@ -280,6 +280,7 @@ void RtfParser::closeRun()
         return;
     to.closeRun(currentFormat());
     m_cellEnded = false;
+    m_newPicture = NewPicture::None;
     if (!m_state.oldListText)
         m_lastTextFormat = m_format;
 }
@@ -494,6 +495,8 @@ void RtfParser::groupWord(RtfKeyword keyword)
     case RtfWord::OldPicture:
         if (m_newPicture == NewPicture::Shown)
             skipGroup();
+        else
+            change().oldPicture = true;
         break;
     case RtfWord::EitherOr:
         m_skipNextGroup = true;
@@ -784,15 +787,12 @@ void RtfParser::insertPicture(const RtfPicture &picture)
     auto known = m_pictures.constFind(name);
     if (known == m_pictures.cend()) {
         const QImage image = picture.decode(m_options.metafileDecoder, m_pictureMemory);
-        if (image.isNull() && m_newPicture == NewPicture::Failed)
-            return; // its newer form has its place already
         known = m_pictures.insert(name, RtfPicture::addResource(m_document, name, image));
     }
     const bool decoded = *known == name;
-    if (m_newPicture == NewPicture::Failed && !m_state.newPicture) {
-        m_newPicture = NewPicture::None;
+    if (m_state.oldPicture && m_newPicture == NewPicture::Failed) {
         if (!decoded)
-            return;
+            return; // the newer form has its place already
         line().chop(1); // the frame that stands for the newer form
     }
     const int format =
@@ -802,6 +802,7 @@ void RtfParser::insertPicture(const RtfPicture &picture)
     m_cellEnded = false;
     if (m_lastTextFormat < 0 && !m_state.oldListText)
         m_lastTextFormat = currentFormat();
-    if (m_state.newPicture)
-        m_newPicture = decoded ? NewPicture::Shown : NewPicture::Failed;
+    m_newPicture = !m_state.newPicture ? NewPicture::None
+        : decoded                      ? NewPicture::Shown
+                                       : NewPicture::Failed;
 }

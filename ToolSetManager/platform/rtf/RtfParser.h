@@ -48,6 +48,7 @@ struct RtfState
     bool inTable = false;
     bool oldListText = false; ///< Text goes to the paragraph's label.
     bool newPicture = false; ///< In a picture's newer form; the older one follows.
+    bool oldPicture = false; ///< In the older one.
     int fallbackLength = 1; ///< Of \uc.
 };
 
