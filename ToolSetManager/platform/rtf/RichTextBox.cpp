@@ -1,0 +1,877 @@
+#include "platform/rtf/RichTextBox.h"
+
+#include "platform/rtf/RichTextPages.h"
+#include "platform/rtf/RtfStyle.h"
+#include "platform/rtf/RtfText.h"
+#include "platform/rtf/RtfWriter.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QFontDatabase>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
+#include <QPrinter>
+#include <QTextBlock>
+#include <QTextDocumentFragment>
+#include <QTextList>
+#include <QUrl>
+
+#include <cmath>
+
+namespace {
+
+constexpr int twipsPerPixel = 15;
+constexpr int twipsPerHalfPoint = 10;
+constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
+constexpr int nextTab = 720; ///< Distance of a stop that is added.
+
+/// Fonts of old texts that are not here: their successors' widths, or lines would break elsewhere.
+void substituteFonts()
+{
+    static const bool done = [] {
+        for (const char16_t *family : {u"MS Sans Serif", u"Microsoft Sans Serif", u"Tahoma",
+                                       u"System", u"MS Shell Dlg", u"Helv"}) {
+            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Arial"));
+        }
+        for (const char16_t *family : {u"MS Serif", u"Tms Rmn"})
+            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Times New Roman"));
+        for (const char16_t *family : {u"Fixedsys", u"Courier", u"Terminal"})
+            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Courier New"));
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
+constexpr const char *rtfTypes[] = {"text/rtf", "application/rtf", "text/richtext"};
+
+QByteArray rtfOf(const QMimeData &data)
+{
+    for (const char *type : rtfTypes) {
+        const QByteArray bytes = data.data(QLatin1StringView(type));
+        if (RtfReader::isRtf(bytes))
+            return bytes;
+    }
+    return {};
+}
+
+/// Text without what the program's user may not hand on to text that is typed.
+QTextCharFormat unlocked(QTextCharFormat format, const QFont &standard)
+{
+    RtfCharStyle style = RtfCharStyle::fromFormat(format, standard);
+    style.flags &= static_cast<quint16>(~(RtfCharStyle::Protected | RtfCharStyle::Hidden));
+    return style.toFormat();
+}
+
+bool hasProtected(const QTextDocument &document, int from, int to)
+{
+    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to;
+         block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.position() < to && fragment.position() + fragment.length() > from
+                && RtfCharStyle::isProtected(fragment.charFormat())) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
+    : QTextEdit(parent)
+{
+    substituteFonts();
+    QFont standard(family);
+    standard.setPointSizeF(points);
+    setFont(standard);
+    setAcceptRichText(true);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setBorderStyle(rtfFixedSingle);
+    load({});
+    connect(this, &QTextEdit::textChanged, this, [this] {
+        m_pages.reset();
+        Q_EMIT Change();
+    });
+    connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::reportSelection);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::reportSelection);
+}
+
+RichTextBox::~RichTextBox() = default;
+
+QStringList RichTextBox::screenFonts()
+{
+    QStringList names = QFontDatabase::families();
+    for (const char16_t *family : {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
+        if (!names.contains(QString::fromUtf16(family)))
+            names.append(QString::fromUtf16(family));
+    }
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
+// --- The whole text ---
+
+RtfReader RichTextBox::reader() const
+{
+    RtfReader reader;
+    reader.defaultCodePage = RtfText::systemCodePage();
+    return reader;
+}
+
+void RichTextBox::load(const QString &rtf)
+{
+    m_given = rtf;
+    document()->setDefaultFont(font());
+    if (RtfText::isRtf(rtf))
+        reader().read(RtfText::toBytes(rtf), *document());
+    else
+        reader().readPlainText(rtf, *document());
+    setTextCursor(QTextCursor(document()));
+    wrap();
+}
+
+QString RichTextBox::TextRTF() const
+{
+    return document()->isModified() ? ownRTF() : m_given;
+}
+
+void RichTextBox::setTextRTF(const QString &rtf)
+{
+    load(rtf);
+}
+
+QString RichTextBox::ownRTF() const
+{
+    return QString::fromLatin1(RtfWriter::write(*document()));
+}
+
+void RichTextBox::setText(const QString &plain)
+{
+    load(plain);
+    m_given = RtfText::isRtf(plain) ? plain : ownRTF();
+}
+
+QString RichTextBox::ownForm(const QString &rtf, const QString &family, double points)
+{
+    QTextDocument document;
+    QFont standard(family);
+    standard.setPointSizeF(points);
+    document.setDefaultFont(standard);
+    RtfReader reader;
+    reader.defaultCodePage = RtfText::systemCodePage();
+    if (RtfText::isRtf(rtf))
+        reader.read(RtfText::toBytes(rtf), document);
+    else
+        reader.readPlainText(rtf, document);
+    return QString::fromLatin1(RtfWriter::write(document));
+}
+
+// --- The box ---
+
+void RichTextBox::setBorderStyle(int style)
+{
+    m_borderStyle = style;
+    setFrameShape(style == rtfNoBorder ? QFrame::NoFrame : QFrame::StyledPanel);
+}
+
+int RichTextBox::widthInTwips() const
+{
+    return width() * twipsPerPixel;
+}
+
+void RichTextBox::setRightMargin(int twips)
+{
+    m_rightMargin = qMax(0, twips);
+    wrap();
+}
+
+void RichTextBox::wrap()
+{
+    const int pixels = m_rightMargin / twipsPerPixel;
+    const bool hidden = pixels >= viewport()->width() && pixels <= width();
+    if (m_rightMargin == 0 || hidden) {
+        setLineWrapMode(QTextEdit::WidgetWidth);
+    } else {
+        setLineWrapMode(QTextEdit::FixedPixelWidth);
+        setLineWrapColumnOrWidth(pixels);
+    }
+}
+
+void RichTextBox::resizeEvent(QResizeEvent *event)
+{
+    QTextEdit::resizeEvent(event);
+    wrap();
+}
+
+// --- The selection ---
+
+int RichTextBox::SelStart() const
+{
+    return textCursor().selectionStart();
+}
+
+void RichTextBox::setSelStart(int position)
+{
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(qBound(0, position, document()->characterCount() - 1));
+    setTextCursor(cursor);
+}
+
+int RichTextBox::SelLength() const
+{
+    return textCursor().selectionEnd() - textCursor().selectionStart();
+}
+
+void RichTextBox::setSelLength(int length)
+{
+    QTextCursor cursor = textCursor();
+    const int start = cursor.selectionStart();
+    const int end = static_cast<int>(
+        qBound(qint64(start), qint64(start) + length, qint64(document()->characterCount() - 1)));
+    cursor.setPosition(start);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
+QString RichTextBox::SelText() const
+{
+    return textCursor().selection().toPlainText();
+}
+
+void RichTextBox::setSelText(const QString &plain)
+{
+    QTextCursor cursor = textCursor();
+    cursor.insertText(plain, currentCharFormat());
+    setTextCursor(cursor);
+}
+
+QString RichTextBox::SelRTF() const
+{
+    const QTextCursor cursor = textCursor();
+    return cursor.hasSelection() ? QString::fromLatin1(RtfWriter::writeSelection(cursor))
+                                 : QString();
+}
+
+void RichTextBox::setSelRTF(const QString &rtf)
+{
+    if (!RtfText::isRtf(rtf)) {
+        setSelText(rtf);
+        return;
+    }
+    QTextDocument source;
+    source.setDefaultFont(font());
+    RtfReader from = reader();
+    from.read(RtfText::toBytes(rtf), source);
+    insertDocument(source, from.endedWithParagraph());
+}
+
+void RichTextBox::insertDocument(const QTextDocument &source, bool endsWithParagraph)
+{
+    for (QTextBlock block = source.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            if (!it.fragment().charFormat().isImageFormat())
+                continue;
+            const QUrl name(it.fragment().charFormat().toImageFormat().name());
+            document()->addResource(QTextDocument::ImageResource, name,
+                                    source.resource(QTextDocument::ImageResource, name));
+        }
+    }
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    cursor.insertFragment(QTextDocumentFragment(&source));
+    if (endsWithParagraph)
+        cursor.insertBlock();
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}
+
+void RichTextBox::insertPicture(const QImage &image)
+{
+    const RtfPicture picture = RtfPicture::fromImage(image);
+    qint64 memory = image.sizeInBytes() * 8 + (1 << 20);
+    const QString name = RtfPicture::addResource(*document(), picture.resourceName(),
+                                                 picture.decode({}, memory));
+    QTextCursor cursor = textCursor();
+    cursor.insertText(QString(QChar::ObjectReplacementCharacter),
+                      picture.toFormat(unlocked(currentCharFormat(), font()), name));
+    setTextCursor(cursor);
+}
+
+void RichTextBox::reportSelection()
+{
+    const QTextCursor cursor = textCursor();
+    const std::pair now(cursor.anchor(), cursor.position());
+    if (std::exchange(m_reportedSelection, now) != now)
+        Q_EMIT SelChange();
+}
+
+// --- Formats of the selection ---
+
+template<class Get>
+auto RichTextBox::charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>
+{
+    const QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection())
+        return get(currentCharFormat());
+    const int from = cursor.selectionStart();
+    const int to = cursor.selectionEnd();
+    std::optional<decltype(get(QTextCharFormat()))> value;
+    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
+         block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.position() >= to || fragment.position() + fragment.length() <= from)
+                continue;
+            const auto here = get(fragment.charFormat());
+            if (!value)
+                value = here;
+            else if (*value != here)
+                return std::nullopt;
+        }
+    }
+    return value ? value : get(currentCharFormat()); // paragraph marks alone
+}
+
+template<class Get>
+auto RichTextBox::paragraphValue(Get get) const
+    -> std::optional<decltype(get(RtfParagraphStyle()))>
+{
+    const QTextCursor cursor = textCursor();
+    const int to = cursor.selectionEnd();
+    std::optional<decltype(get(RtfParagraphStyle()))> value;
+    for (QTextBlock block = document()->findBlock(cursor.selectionStart());
+         block.isValid() && (block.position() < to || !value); block = block.next()) {
+        const auto here = get(
+            RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr));
+        if (!value)
+            value = here;
+        else if (*value != here)
+            return std::nullopt;
+    }
+    return value;
+}
+
+void RichTextBox::mergeFormat(const QTextCharFormat &format)
+{
+    mergeCurrentCharFormat(format); // the selection, or what will be typed
+}
+
+/// For what depends on the rest of each format.
+template<class Function>
+void RichTextBox::changeFormats(Function change)
+{
+    const auto changed = [&](const QTextCharFormat &format) {
+        RtfCharStyle style = RtfCharStyle::fromFormat(format, font());
+        change(style);
+        const QTextCharFormat text = style.toFormat();
+        const auto picture = RtfPicture::fromFormat(format);
+        return picture ? QTextCharFormat(picture->toFormat(text, format.toImageFormat().name()))
+                       : text;
+    };
+    QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection()) {
+        setCurrentCharFormat(changed(currentCharFormat()));
+        return;
+    }
+    struct Part {
+        int from;
+        int to;
+        QTextCharFormat format;
+    };
+    QList<Part> parts;
+    const int from = cursor.selectionStart();
+    const int to = cursor.selectionEnd();
+    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
+         block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const int start = qMax(from, fragment.position());
+            const int end = qMin(to, fragment.position() + fragment.length());
+            if (start < end)
+                parts.append({start, end, changed(fragment.charFormat())});
+        }
+    }
+    cursor.beginEditBlock();
+    for (const Part &part : std::as_const(parts)) {
+        QTextCursor range(document());
+        range.setPosition(part.from);
+        range.setPosition(part.to, QTextCursor::KeepAnchor);
+        range.setCharFormat(part.format);
+    }
+    cursor.endEditBlock();
+}
+
+template<class Function>
+void RichTextBox::changeParagraphs(Function change)
+{
+    QTextCursor cursor = textCursor();
+    const int first = cursor.selectionStart();
+    const int to = cursor.selectionEnd();
+    cursor.beginEditBlock();
+    for (QTextBlock block = document()->findBlock(first);
+         block.isValid() && (block.position() < to || block.position() <= first);
+         block = block.next()) {
+        QTextList *list = block.textList();
+        RtfParagraphStyle style = RtfParagraphStyle::fromFormat(block.blockFormat(), list);
+        const bool had = style.bullet;
+        change(style);
+        QTextBlockFormat format = style.toFormat();
+        QTextCursor at(block);
+        if (style.bullet && had)
+            format.setObjectIndex(list->objectIndex());
+        at.setBlockFormat(format);
+        if (style.bullet && !had) {
+            QTextListFormat listFormat;
+            listFormat.setStyle(QTextListFormat::ListDisc);
+            listFormat.setIndent(0);
+            at.createList(listFormat);
+        }
+    }
+    cursor.endEditBlock();
+}
+
+std::optional<QString> RichTextBox::SelFontName() const
+{
+    return charValue(
+        [this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).family; });
+}
+
+void RichTextBox::setSelFontName(const QString &family)
+{
+    QTextCharFormat format;
+    format.setFontFamilies({family});
+    mergeFormat(format);
+}
+
+std::optional<double> RichTextBox::SelFontSize() const
+{
+    return charValue([this](const QTextCharFormat &f) {
+        return RtfCharStyle::fromFormat(f, font()).halfPoints / 2.0;
+    });
+}
+
+void RichTextBox::setSelFontSize(double points)
+{
+    constexpr double most = RtfCharStyle::maximumHalfPoints;
+    const int halfPoints = static_cast<int>(std::lround(qBound(1.0, points * 2, most)));
+    changeFormats([halfPoints](RtfCharStyle &style) { style.halfPoints = halfPoints; });
+}
+
+std::optional<bool> RichTextBox::SelBold() const
+{
+    return charValue([](const QTextCharFormat &f) { return f.fontWeight() >= QFont::DemiBold; });
+}
+
+void RichTextBox::setSelBold(bool on)
+{
+    QTextCharFormat format;
+    format.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    mergeFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelItalic() const
+{
+    return charValue([](const QTextCharFormat &f) { return f.fontItalic(); });
+}
+
+void RichTextBox::setSelItalic(bool on)
+{
+    QTextCharFormat format;
+    format.setFontItalic(on);
+    mergeFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelUnderline() const
+{
+    return charValue([](const QTextCharFormat &f) { return f.fontUnderline(); });
+}
+
+void RichTextBox::setSelUnderline(bool on)
+{
+    QTextCharFormat format;
+    format.setFontUnderline(on);
+    mergeFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelStrikeThru() const
+{
+    return charValue([](const QTextCharFormat &f) { return f.fontStrikeOut(); });
+}
+
+void RichTextBox::setSelStrikeThru(bool on)
+{
+    QTextCharFormat format;
+    format.setFontStrikeOut(on);
+    mergeFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelProtected() const
+{
+    return charValue([](const QTextCharFormat &f) { return RtfCharStyle::isProtected(f); });
+}
+
+void RichTextBox::setSelProtected(bool on)
+{
+    QTextCharFormat format;
+    format.setProperty(RtfProtectedProperty, on);
+    mergeFormat(format);
+}
+
+std::optional<QColor> RichTextBox::SelColor() const
+{
+    const auto colour
+        = charValue([this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).colour; });
+    if (!colour)
+        return std::nullopt;
+    return *colour ? QColor(**colour) : palette().color(QPalette::Text);
+}
+
+void RichTextBox::setSelColor(const QColor &colour)
+{
+    changeFormats([&colour](RtfCharStyle &style) { style.colour = colour.rgb(); });
+}
+
+std::optional<int> RichTextBox::SelCharOffset() const
+{
+    return charValue([](const QTextCharFormat &f) {
+        return f.intProperty(RtfOffsetProperty) * twipsPerHalfPoint;
+    });
+}
+
+void RichTextBox::setSelCharOffset(int twips)
+{
+    constexpr int limit = RtfCharStyle::maximumHalfPoints;
+    const int offset = qBound(
+        -limit, static_cast<int>(std::lround(double(twips) / twipsPerHalfPoint)), limit);
+    changeFormats([offset](RtfCharStyle &style) { style.offset = offset; });
+}
+
+std::optional<int> RichTextBox::SelAlignment() const
+{
+    return paragraphValue([](const RtfParagraphStyle &style) -> int {
+        switch (style.alignment) {
+        case RtfParagraphStyle::Right:
+            return rtfRight;
+        case RtfParagraphStyle::Centre:
+            return rtfCenter;
+        default:
+            return rtfLeft;
+        }
+    });
+}
+
+void RichTextBox::setSelAlignment(int alignment)
+{
+    changeParagraphs([alignment](RtfParagraphStyle &style) {
+        style.alignment = alignment == rtfRight ? RtfParagraphStyle::Right
+            : alignment == rtfCenter            ? RtfParagraphStyle::Centre
+                                                : RtfParagraphStyle::Left;
+    });
+}
+
+std::optional<bool> RichTextBox::SelBullet() const
+{
+    return paragraphValue([](const RtfParagraphStyle &style) { return style.bullet; });
+}
+
+void RichTextBox::setSelBullet(bool on)
+{
+    changeParagraphs([on](RtfParagraphStyle &style) {
+        if (on && !style.bullet && style.firstIndent == 0) {
+            style.leftIndent += bulletHang;
+            style.firstIndent = -bulletHang;
+        } else if (!on && style.bullet && style.firstIndent == -bulletHang) {
+            style.leftIndent -= bulletHang;
+            style.firstIndent = 0;
+        }
+        style.bullet = on;
+    });
+}
+
+std::optional<int> RichTextBox::SelIndent() const
+{
+    return paragraphValue(
+        [](const RtfParagraphStyle &style) { return style.leftIndent + style.firstIndent; });
+}
+
+void RichTextBox::setSelIndent(int twips)
+{
+    changeParagraphs(
+        [twips](RtfParagraphStyle &style) { style.leftIndent = twips - style.firstIndent; });
+}
+
+std::optional<int> RichTextBox::SelHangingIndent() const
+{
+    return paragraphValue([](const RtfParagraphStyle &style) { return -style.firstIndent; });
+}
+
+void RichTextBox::setSelHangingIndent(int twips)
+{
+    changeParagraphs([twips](RtfParagraphStyle &style) {
+        style.leftIndent += style.firstIndent + twips;
+        style.firstIndent = -twips;
+    });
+}
+
+std::optional<int> RichTextBox::SelRightIndent() const
+{
+    return paragraphValue([](const RtfParagraphStyle &style) { return style.rightIndent; });
+}
+
+void RichTextBox::setSelRightIndent(int twips)
+{
+    changeParagraphs([twips](RtfParagraphStyle &style) { style.rightIndent = twips; });
+}
+
+std::optional<int> RichTextBox::SelTabCount() const
+{
+    return paragraphValue(
+        [](const RtfParagraphStyle &style) { return static_cast<int>(style.tabs.size()); });
+}
+
+void RichTextBox::setSelTabCount(int count)
+{
+    const auto wanted = qBound(qsizetype(0), qsizetype(count), RtfParagraphStyle::maximumTabs);
+    changeParagraphs([wanted](RtfParagraphStyle &style) {
+        while (style.tabs.size() < wanted) {
+            const int last = style.tabs.isEmpty() ? 0 : style.tabs.last().position;
+            style.tabs.append({last + nextTab, RtfTab::Left});
+        }
+        style.tabs.resize(wanted);
+    });
+}
+
+std::optional<int> RichTextBox::SelTabs(int index) const
+{
+    const auto position = paragraphValue([index](const RtfParagraphStyle &style) {
+        return index >= 0 && index < style.tabs.size() ? style.tabs.at(index).position : -1;
+    });
+    return position == -1 ? std::nullopt : position;
+}
+
+void RichTextBox::setSelTabs(int index, int twips)
+{
+    changeParagraphs([index, twips](RtfParagraphStyle &style) {
+        if (index < 0 || index >= style.tabs.size())
+            return;
+        style.tabs[index].position = twips;
+        std::sort(style.tabs.begin(), style.tabs.end(),
+                  [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
+    });
+}
+
+// --- Protected text ---
+
+bool RichTextBox::isLocked(Touch touch) const
+{
+    const QTextCursor cursor = textCursor();
+    const int at = cursor.position();
+    if (cursor.hasSelection())
+        return hasProtected(*document(), cursor.selectionStart(), cursor.selectionEnd());
+    switch (touch) {
+    case Touch::Before:
+        return hasProtected(*document(), qMax(0, at - 1), at);
+    case Touch::After:
+        return hasProtected(*document(), at, at + 1);
+    case Touch::Insertion: // at its edges text may be typed
+        return at > 0 && hasProtected(*document(), at - 1, at)
+            && hasProtected(*document(), at, at + 1);
+    case Touch::Selection:
+        break;
+    }
+    return false;
+}
+
+bool RichTextBox::isLocked(const QKeyEvent &event) const
+{
+    const auto is = [&event](QKeySequence::StandardKey key) { return event.matches(key); };
+    if (is(QKeySequence::Cut))
+        return isLocked(Touch::Selection);
+    if (is(QKeySequence::Paste))
+        return isLocked(Touch::Insertion);
+    if (is(QKeySequence::DeleteStartOfWord) || is(QKeySequence::DeleteEndOfWord)
+        || is(QKeySequence::DeleteEndOfLine) || is(QKeySequence::DeleteCompleteLine)) {
+        QTextCursor reached = textCursor();
+        if (!reached.hasSelection()) {
+            reached.movePosition(is(QKeySequence::DeleteStartOfWord) ? QTextCursor::PreviousWord
+                                     : is(QKeySequence::DeleteEndOfWord)
+                                     ? QTextCursor::NextWord
+                                     : QTextCursor::EndOfBlock,
+                                 QTextCursor::KeepAnchor);
+            if (is(QKeySequence::DeleteCompleteLine))
+                reached.select(QTextCursor::BlockUnderCursor);
+        }
+        return hasProtected(*document(), reached.selectionStart(), reached.selectionEnd());
+    }
+    if (event.key() == Qt::Key_Backspace)
+        return isLocked(Touch::Before);
+    if (event.key() == Qt::Key_Delete)
+        return isLocked(Touch::After);
+    const bool types = !event.text().isEmpty()
+        && (event.text().at(0).isPrint() || event.key() == Qt::Key_Tab
+            || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
+        && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    return types && isLocked(Touch::Insertion);
+}
+
+/// Text typed beside protected or hidden text is neither.
+void RichTextBox::dropLockedFormat()
+{
+    const QTextCharFormat format = currentCharFormat();
+    if (!textCursor().hasSelection()
+        && (RtfCharStyle::isProtected(format) || RtfCharStyle::isHidden(format)
+            || format.isImageFormat())) {
+        setCurrentCharFormat(unlocked(format, font()));
+    }
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent *event)
+{
+    if (isReadOnly()) {
+        QTextEdit::keyPressEvent(event);
+        return;
+    }
+    if (isLocked(*event)) {
+        QApplication::beep();
+        event->accept();
+        return;
+    }
+    dropLockedFormat();
+    QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (isLocked(Touch::Insertion)) {
+        event->accept();
+        return;
+    }
+    dropLockedFormat();
+    QTextEdit::inputMethodEvent(event);
+}
+
+void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu *menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (isLocked(Touch::Insertion)) {
+        for (const char *name : {"edit-cut", "edit-paste", "edit-delete"}) {
+            if (auto *action = menu->findChild<QAction *>(QLatin1StringView(name)))
+                action->setEnabled(false);
+        }
+    }
+    menu->popup(event->globalPos());
+}
+
+void RichTextBox::dropEvent(QDropEvent *event)
+{
+    // Protected text may be dragged out, but stays.
+    if (event->source() == viewport() || event->source() == this) {
+        if (isLocked(Touch::Selection))
+            event->setDropAction(Qt::CopyAction);
+    }
+    QTextEdit::dropEvent(event);
+}
+
+// --- Clipboard ---
+
+QMimeData *RichTextBox::createMimeDataFromSelection() const
+{
+    const QTextCursor cursor = textCursor();
+    auto *selected = new QMimeData;
+    const QByteArray rtf = RtfWriter::writeSelection(cursor);
+    for (const char *type : rtfTypes)
+        selected->setData(QLatin1StringView(type), rtf);
+    const QTextDocumentFragment fragment(cursor);
+    selected->setHtml(fragment.toHtml());
+    selected->setText(fragment.toPlainText());
+    if (SelLength() == 1) {
+        QTextCursor behind(cursor);
+        behind.setPosition(cursor.selectionEnd());
+        const QTextCharFormat format = behind.charFormat();
+        if (format.isImageFormat()) {
+            selected->setImageData(document()->resource(QTextDocument::ImageResource,
+                                                    QUrl(format.toImageFormat().name())));
+        }
+    }
+    return selected;
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
+{
+    if (isReadOnly() || isLocked(Touch::Insertion))
+        return false;
+    return source->hasText() || source->hasHtml() || source->hasImage() || !rtfOf(*source).isEmpty();
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData *source)
+{
+    if (!canInsertFromMimeData(source))
+        return;
+    dropLockedFormat();
+    const QByteArray rtf = rtfOf(*source);
+    if (!rtf.isEmpty()) {
+        QTextDocument document;
+        document.setDefaultFont(font());
+        RtfReader from = reader();
+        from.read(rtf, document);
+        insertDocument(document, from.endedWithParagraph());
+    } else if (source->hasHtml()) {
+        // By way of RTF, so that what is shown is what will be kept.
+        QTextDocument web;
+        web.setDefaultFont(font());
+        web.setHtml(source->html());
+        QTextDocument document;
+        document.setDefaultFont(font());
+        reader().read(RtfWriter::write(web), document);
+        insertDocument(document, false);
+    } else if (source->hasImage()) {
+        const QImage image = qvariant_cast<QImage>(source->imageData());
+        if (!image.isNull())
+            insertPicture(image);
+    } else {
+        setSelText(source->text());
+    }
+    ensureCursorVisible();
+}
+
+// --- Printing ---
+
+RichTextPages &RichTextBox::pages()
+{
+    if (!m_pages)
+        m_pages = std::make_unique<RichTextPages>(*document());
+    return *m_pages;
+}
+
+bool RichTextBox::SelPrint(QPrinter &printer)
+{
+    QTextDocument part;
+    part.setDefaultFont(font());
+    if (SelLength() > 0)
+        reader().read(RtfWriter::writeSelection(textCursor()), part);
+    else
+        reader().read(RtfWriter::write(*document()), part);
+
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    const double scale = printer.logicalDpiX() / 1440.0;
+    const QSizeF inches = printer.pageLayout().paintRect(QPageLayout::Inch).size();
+    const QRect area(QPoint(0, 0), (inches * 1440).toSize());
+    painter.scale(scale, scale);
+    RichTextPages pages(part);
+    const int length = part.characterCount() - 1;
+    for (int first = 0;;) {
+        const int beyond = pages.firstBeyond(first, area.size());
+        pages.draw(painter, area, first, beyond);
+        first = beyond;
+        if (first >= length)
+            break;
+        printer.newPage();
+    }
+    return painter.end();
+}

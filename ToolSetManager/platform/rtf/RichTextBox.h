@@ -1,0 +1,157 @@
+#pragma once
+
+#include "platform/rtf/RtfReader.h"
+
+#include <QColor>
+#include <QTextEdit>
+
+#include <memory>
+#include <optional>
+
+class QPrinter;
+class RichTextPages;
+struct RtfParagraphStyle;
+
+/// A box for formatted text with the properties of the rich-text box control. Lengths are twips,
+/// positions count characters from 0, a paragraph's end as one.
+///
+/// `Sel...` properties speak of the selected text, or of the place where text would be typed. An
+/// empty value means that the selection is mixed in that respect. Setting them from code also
+/// changes protected text; the user cannot.
+class RichTextBox : public QTextEdit
+{
+    Q_OBJECT
+public:
+    enum BorderStyleConstants { rtfNoBorder = 0, rtfFixedSingle = 1 };
+    enum AlignmentConstants { rtfLeft = 0, rtfRight = 1, rtfCenter = 2 };
+
+    /// Font of text that names none, and of an empty box.
+    RichTextBox(const QString &family, double points, QWidget *parent = nullptr);
+    ~RichTextBox() override;
+
+    /// Names of the fonts to choose from: those of the screen, and those that documents mostly
+    /// name, which have stand-ins of the same widths where they are missing. Sorted.
+    static QStringList screenFonts();
+
+    // --- The whole text ---
+    /// The text as it was put in, until it is changed; then as the box writes it.
+    QString TextRTF() const;
+    /// Text that is not RTF is taken as plain text.
+    void setTextRTF(const QString &rtf);
+    /// As the box writes it, also when it was not changed.
+    QString ownRTF() const;
+    QString Text() const { return toPlainText(); }
+    void setText(const QString &plain); ///< Also counts as text that was put in.
+    /// What a RichTextBox of that font would write for a text.
+    static QString ownForm(const QString &rtf, const QString &family, double points);
+
+    // --- The box ---
+    int BorderStyle() const { return m_borderStyle; }
+    void setBorderStyle(int style);
+    /// Where lines wrap, from the box's left edge; 0 for the width of what can be seen. A margin
+    /// that only the box's frame or scroll bar covers means that width too.
+    int RightMargin() const { return m_rightMargin; }
+    void setRightMargin(int twips);
+    /// The box's width.
+    int widthInTwips() const;
+
+    // --- The selection ---
+    int SelStart() const;
+    void setSelStart(int position); ///< Puts the insertion point there; nothing is selected then.
+    int SelLength() const;
+    void setSelLength(int length); ///< From SelStart() on.
+    QString SelText() const;
+    void setSelText(const QString &plain);
+    QString SelRTF() const; ///< A complete text; nothing selected gives an empty one.
+    void setSelRTF(const QString &rtf);
+
+    // --- Characters of the selection ---
+    std::optional<QString> SelFontName() const;
+    void setSelFontName(const QString &family);
+    std::optional<double> SelFontSize() const; ///< Points.
+    void setSelFontSize(double points);
+    std::optional<bool> SelBold() const;
+    void setSelBold(bool on);
+    std::optional<bool> SelItalic() const;
+    void setSelItalic(bool on);
+    std::optional<bool> SelUnderline() const;
+    void setSelUnderline(bool on);
+    std::optional<bool> SelStrikeThru() const;
+    void setSelStrikeThru(bool on);
+    std::optional<bool> SelProtected() const;
+    void setSelProtected(bool on);
+    /// Text of no colour of its own has that of the desktop's text.
+    std::optional<QColor> SelColor() const;
+    void setSelColor(const QColor &colour);
+    std::optional<int> SelCharOffset() const; ///< Above the line of writing; negative: below.
+    void setSelCharOffset(int twips);
+
+    // --- Paragraphs of the selection ---
+    std::optional<int> SelAlignment() const;
+    void setSelAlignment(int alignment);
+    std::optional<bool> SelBullet() const;
+    void setSelBullet(bool on);
+    std::optional<int> SelIndent() const; ///< Left edge of the first line.
+    void setSelIndent(int twips);
+    std::optional<int> SelHangingIndent() const; ///< Of the other lines, on top of SelIndent().
+    void setSelHangingIndent(int twips);
+    std::optional<int> SelRightIndent() const;
+    void setSelRightIndent(int twips);
+    std::optional<int> SelTabCount() const;
+    void setSelTabCount(int count);
+    /// Stop number \a index, from 0; empty also when there is none.
+    std::optional<int> SelTabs(int index) const;
+    void setSelTabs(int index, int twips);
+
+    // --- Printing ---
+    /// The whole text on paper. To be released by its owner's caller when printing is over; a
+    /// change of the text releases it too.
+    RichTextPages &pages();
+    /// Prints the selected text, or all when nothing is selected, on the printer's pages within
+    /// their margins. False when the printer cannot start.
+    bool SelPrint(QPrinter &printer);
+
+Q_SIGNALS:
+    void Change(); ///< The text or its formats have changed.
+    void SelChange(); ///< The selection changed or the insertion point moved.
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    QMimeData *createMimeDataFromSelection() const override;
+    bool canInsertFromMimeData(const QMimeData *source) const override;
+    void insertFromMimeData(const QMimeData *source) override;
+
+private:
+    enum class Touch { Selection, Before, After, Insertion };
+
+    RtfReader reader() const;
+    void load(const QString &rtf);
+    void wrap();
+    void insertDocument(const QTextDocument &source, bool endsWithParagraph);
+    void insertPicture(const QImage &image);
+    /// True when the user may not do that at the insertion point.
+    bool isLocked(Touch touch) const;
+    bool isLocked(const QKeyEvent &event) const;
+    void dropLockedFormat();
+    void reportSelection();
+
+    template<class Get>
+    auto charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>;
+    template<class Get>
+    auto paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>;
+    void mergeFormat(const QTextCharFormat &format);
+    template<class Function>
+    void changeFormats(Function change);
+    template<class Function>
+    void changeParagraphs(Function change);
+
+    QString m_given; ///< What was put in.
+    int m_borderStyle = rtfFixedSingle;
+    int m_rightMargin = 0;
+    std::pair<int, int> m_reportedSelection {0, 0};
+    std::unique_ptr<RichTextPages> m_pages;
+};

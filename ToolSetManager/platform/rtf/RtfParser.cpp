@@ -1,0 +1,808 @@
+#include "platform/rtf/RtfParser.h"
+
+#include "platform/rtf/RtfGroup.h"
+#include "platform/rtf/RtfHex.h"
+
+#include <QFont>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace {
+
+/// Deeper groups share their state: real texts nest a dozen deep, and a text made of braces must
+/// not take more memory than its size warrants.
+constexpr size_t maximumSavedStates = 100'000;
+
+constexpr int largestExtent = 1 << 20; // of \picw and \pich
+constexpr int maximumFallback = 255;
+
+qint64 pictureBudget(const RtfReader &options, qsizetype size)
+{
+    if (options.pictureMemory > 0)
+        return options.pictureMemory;
+    constexpr qint64 base = 64 << 20;
+    constexpr qint64 most = 512 << 20;
+    return qMin(base + 100 * qint64(size), most);
+}
+
+int length(int parameter)
+{
+    constexpr int limit = RtfParagraphStyle::maximumLength;
+    return qBound(-limit, parameter, limit);
+}
+
+} // namespace
+
+RtfParser::RtfParser(const RtfReader &options, QByteArrayView bytes, QTextDocument &document)
+    : m_options(options)
+    , m_document(document)
+    , m_tokenizer(bytes)
+    , m_builder(document)
+    , m_documentPage(options.defaultCodePage)
+    , m_pictureMemory(pictureBudget(options, bytes.size()))
+{
+}
+
+RtfParser::~RtfParser() = default;
+
+bool RtfParser::run()
+{
+    do {
+        const RtfToken token = m_tokenizer.next();
+        switch (token.kind) {
+        case RtfToken::End:
+            m_depth = 0;
+            break;
+        case RtfToken::GroupStart:
+            openGroup();
+            break;
+        case RtfToken::GroupEnd:
+            if (m_depth == 1)
+                m_depth = 0; // the last paragraph looks as its end does, not as the beginning did
+            else
+                closeGroup();
+            break;
+        case RtfToken::Word:
+            word(token);
+            break;
+        case RtfToken::Symbol:
+            symbol(token.byte);
+            break;
+        case RtfToken::Byte:
+            byte(token.byte);
+            break;
+        case RtfToken::Text:
+            text(token);
+            break;
+        case RtfToken::Binary: // outside a picture
+            m_skipCharacters = qMax(0, m_skipCharacters - 1);
+            break;
+        }
+    } while (m_depth > 0);
+    decodePending();
+    const bool ended = m_line.isEmpty() && m_label.isEmpty() && !m_builder.isEmpty();
+    if (!ended)
+        endParagraph();
+    return ended;
+}
+
+// --- Groups ---
+
+void RtfParser::openGroup()
+{
+    decodePending();
+    m_skipCharacters = 0;
+    m_ignorable = false;
+    ++m_depth;
+    ++m_unsavedGroups;
+    if (std::exchange(m_skipNextGroup, false))
+        skipGroup();
+}
+
+void RtfParser::closeGroup()
+{
+    decodePending();
+    m_skipCharacters = 0;
+    m_ignorable = false;
+    --m_depth;
+    if (m_unsavedGroups > 0) {
+        --m_unsavedGroups;
+    } else if (!m_saved.empty()) {
+        m_state = std::move(m_saved.back().state);
+        m_unsavedGroups = m_saved.back().groups - 1;
+        m_saved.pop_back();
+        m_format = -1;
+        m_charset = nullptr;
+    }
+}
+
+RtfState &RtfParser::change()
+{
+    if (m_unsavedGroups > 0 && m_saved.size() < maximumSavedStates)
+        m_saved.push_back({m_state, std::exchange(m_unsavedGroups, 0)});
+    return m_state;
+}
+
+RtfCharState &RtfParser::changeCharacters()
+{
+    decodePending();
+    m_format = -1;
+    return change().characters;
+}
+
+void RtfParser::skipGroup()
+{
+    RtfGroup group(m_tokenizer);
+    while (group.next()) { }
+    closeGroup();
+}
+
+// --- Text ---
+
+void RtfParser::text(const RtfToken &token)
+{
+    m_ignorable = false;
+    QByteArrayView bytes = token.text;
+    if (m_skipCharacters > 0) {
+        const qsizetype skipped = qMin(bytes.size(), qsizetype(m_skipCharacters));
+        m_skipCharacters -= static_cast<int>(skipped);
+        bytes = bytes.sliced(skipped);
+        if (bytes.isEmpty())
+            return;
+    }
+    const RtfCharset &page = charset();
+    if (page.isMultiByte() && (!token.plain || !m_pending.isEmpty())) {
+        m_pending.append(bytes);
+    } else if (token.plain && page.isAsciiBased()) {
+        line().text.append(QLatin1StringView(bytes.data(), bytes.size()));
+        closeRun();
+    } else {
+        for (const char c : bytes)
+            appendToLine(c == '\t' ? u'\t' : page.character(c));
+        closeRun();
+    }
+}
+
+void RtfParser::byte(char byte)
+{
+    m_ignorable = false;
+    if (m_skipCharacters > 0) {
+        --m_skipCharacters;
+        return;
+    }
+    const RtfCharset &page = charset();
+    if (page.isMultiByte())
+        m_pending.append(byte);
+    else
+        character(page.character(byte));
+}
+
+void RtfParser::symbol(char symbol)
+{
+    if (symbol == '*') {
+        m_ignorable = true;
+        return;
+    }
+    if (symbol == '\r' || symbol == '\n') {
+        m_skipCharacters = 0;
+        word({.kind = RtfToken::Word, .text = "par"});
+        return;
+    }
+    if (m_skipCharacters > 0) {
+        --m_skipCharacters;
+        return;
+    }
+    decodePending();
+    switch (symbol) {
+    case '\\':
+    case '{':
+    case '}':
+        character(static_cast<char16_t>(symbol));
+        break;
+    case '~':
+        character(QChar::Nbsp);
+        break;
+    case '-':
+        character(QChar::SoftHyphen);
+        break;
+    case '_':
+        character(0x2011);
+        break;
+    case '\t':
+        character(u'\t');
+        break;
+    default: // parts of index entries and formulas
+        break;
+    }
+}
+
+void RtfParser::unicode(int number)
+{
+    decodePending();
+    if (number < 0)
+        number += 0x10000;
+    if (number > 0xFFFF && number <= 0x10FFFF) { // not in the standard, but it is written
+        const auto code = static_cast<char32_t>(number);
+        appendToLine(QChar::highSurrogate(code));
+        character(QChar::lowSurrogate(code));
+    } else if (number > 0 && number <= 0xFFFF) {
+        // Symbol fonts' characters come from either range.
+        const bool symbols = charset().codePage() == RtfCharset::symbolFontPage;
+        if (symbols && (number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20)
+            character(charset().character(static_cast<char>(number & 0xFF)));
+        else
+            character(static_cast<char16_t>(number));
+    }
+    m_skipCharacters = m_state.fallbackLength;
+}
+
+void RtfParser::character(char16_t unit)
+{
+    appendToLine(unit);
+    closeRun();
+}
+
+void RtfParser::appendToLine(char16_t unit)
+{
+    if (unit < 0x20 && unit != u'\t')
+        return;
+    switch (unit) {
+    case QChar::ParagraphSeparator:
+        unit = QChar::LineSeparator;
+        break;
+    case 0xFDD0: // these three have a meaning of their own in a QTextDocument
+    case 0xFDD1:
+    case QChar::ObjectReplacementCharacter:
+        unit = QChar::ReplacementCharacter;
+        break;
+    default:
+        break;
+    }
+    line().text.append(QChar(unit));
+}
+
+void RtfParser::decodePending()
+{
+    if (m_pending.isEmpty())
+        return;
+    const QString decoded = charset().decode(std::exchange(m_pending, {}));
+    for (const QChar c : decoded)
+        appendToLine(c.unicode());
+    closeRun();
+}
+
+void RtfParser::closeRun()
+{
+    RtfLine &to = line();
+    const qsizetype closed = to.runs.empty() ? 0 : to.runs.back().end;
+    if (to.text.size() == closed)
+        return;
+    to.closeRun(currentFormat());
+    m_cellEnded = false;
+    m_newPicture = NewPicture::None;
+    if (!m_state.oldListText)
+        m_lastTextFormat = m_format;
+}
+
+const RtfFont *RtfParser::currentFont() const
+{
+    const int number = m_state.characters.font;
+    return m_fonts.find(number == RtfCharState::noFont ? m_defaultFont : number);
+}
+
+const RtfCharset &RtfParser::charset()
+{
+    if (!m_charset) {
+        const RtfFont *font = currentFont();
+        const int page = font ? font->codePage : m_documentPage;
+        auto &entry = m_charsets[page];
+        if (!entry)
+            entry = std::make_shared<const RtfCharset>(page);
+        m_charset = entry.get();
+    }
+    return *m_charset;
+}
+
+int RtfParser::currentFormat()
+{
+    if (m_format >= 0)
+        return m_format;
+    const RtfCharState &state = m_state.characters;
+    const auto [entry, isNew] = m_formats.try_emplace(state, 0);
+    if (isNew) {
+        RtfCharStyle style;
+        const RtfFont *font = currentFont();
+        style.family = font ? font->family : m_document.defaultFont().family();
+        style.halfPoints = state.halfPoints;
+        style.offset = state.offset;
+        style.flags = state.flags;
+        style.colour = m_colours.find(state.colour);
+        if (state.background > 0) // 0 is "none", whatever the table says
+            style.background = m_colours.find(state.background);
+        // States that differ in the charset alone look the same and make one run.
+        auto &number = m_styles[style];
+        if (number == 0)
+            number = m_builder.addFormat(style.toFormat()) + 1;
+        entry->second = number - 1;
+    }
+    m_format = entry->second;
+    return m_format;
+}
+
+// --- Words ---
+
+void RtfParser::word(const RtfToken &token)
+{
+    const RtfKeyword keyword = rtfKeyword(token.text);
+    if (m_skipCharacters > 0) {
+        // A word may stand for one fallback character; one that writes no text ends the fallback.
+        if (keyword.word == RtfWord::Character) {
+            --m_skipCharacters;
+            return;
+        }
+        m_skipCharacters = 0;
+    }
+    const bool isGroup = keyword.word >= RtfWord::FontTable && keyword.word <= RtfWord::Skipped;
+    if (std::exchange(m_ignorable, false) && !isGroup
+        && keyword.word != RtfWord::NestedTableProperties) {
+        skipGroup();
+        return;
+    }
+    if (isGroup)
+        groupWord(keyword);
+    else if (keyword.word >= RtfWord::Ansi && keyword.word <= RtfWord::DefaultFont)
+        documentWord(keyword, token);
+    else if (keyword.word >= RtfWord::InTable && keyword.word < RtfWord::Ansi)
+        tableWord(keyword, token);
+    else if (keyword.word >= RtfWord::ParagraphDefaults && keyword.word < RtfWord::InTable)
+        paragraphWord(keyword, token);
+    else if (keyword.word >= RtfWord::Character && keyword.word < RtfWord::ParagraphDefaults)
+        characterWord(keyword, token);
+}
+
+void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
+{
+    const bool on = !token.hasParameter || token.parameter != 0;
+    switch (keyword.word) {
+    case RtfWord::Character:
+        decodePending();
+        character(static_cast<char16_t>(keyword.value));
+        break;
+    case RtfWord::Unicode:
+        unicode(token.parameter);
+        break;
+    case RtfWord::FallbackLength:
+        change().fallbackLength =
+            token.hasParameter ? qBound(0, token.parameter, maximumFallback) : 1;
+        break;
+    case RtfWord::Paragraph:
+        decodePending();
+        if (m_state.inTable)
+            character(QChar::LineSeparator);
+        else
+            endParagraph();
+        break;
+    case RtfWord::Page:
+    case RtfWord::Section:
+        decodePending();
+        if (!m_line.isEmpty())
+            endParagraph();
+        if (keyword.word == RtfWord::Page)
+            m_pageBreak = true;
+        break;
+    case RtfWord::Plain: {
+        RtfCharState plain;
+        changeCharacters() = plain;
+        m_charset = nullptr;
+        break;
+    }
+    case RtfWord::CharacterFlag: {
+        constexpr quint16 shifted = RtfCharStyle::Superscript | RtfCharStyle::Subscript;
+        RtfCharState &state = changeCharacters();
+        const auto flag = static_cast<quint16>(keyword.value);
+        if (flag & shifted)
+            state.flags &= static_cast<quint16>(~shifted);
+        state.flags = static_cast<quint16>(on ? state.flags | flag : state.flags & ~flag);
+        break;
+    }
+    case RtfWord::FlagOff:
+        changeCharacters().flags &= static_cast<quint16>(~keyword.value);
+        break;
+    case RtfWord::Font:
+        changeCharacters().font = token.hasParameter ? token.parameter : RtfCharState::noFont;
+        m_charset = nullptr;
+        break;
+    case RtfWord::FontSize:
+        changeCharacters().halfPoints = static_cast<qint16>(token.hasParameter
+                ? qBound(1, token.parameter, RtfCharStyle::maximumHalfPoints)
+                : RtfCharState().halfPoints);
+        break;
+    case RtfWord::Colour:
+        changeCharacters().colour = token.parameter;
+        break;
+    case RtfWord::Background:
+        changeCharacters().background = token.parameter;
+        break;
+    case RtfWord::OffsetUp:
+    case RtfWord::OffsetDown: {
+        constexpr int usual = 6;
+        const int halfPoints = qBound(-RtfCharStyle::maximumHalfPoints,
+            token.hasParameter ? token.parameter : usual, RtfCharStyle::maximumHalfPoints);
+        changeCharacters().offset =
+            static_cast<qint16>(keyword.word == RtfWord::OffsetUp ? halfPoints : -halfPoints);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
+{
+    m_charset = nullptr;
+    switch (keyword.word) {
+    case RtfWord::AnsiCodePage:
+        if (token.parameter > 0)
+            m_documentPage = token.parameter;
+        break;
+    case RtfWord::CodePage:
+        m_documentPage = keyword.value;
+        break;
+    case RtfWord::DefaultFont:
+        m_defaultFont = token.parameter;
+        break;
+    default:
+        break;
+    }
+}
+
+void RtfParser::groupWord(RtfKeyword keyword)
+{
+    decodePending();
+    switch (keyword.word) {
+    case RtfWord::FontTable:
+        m_fonts.read(m_tokenizer, m_documentPage);
+        m_formats.clear();
+        closeGroup();
+        break;
+    case RtfWord::ColourTable:
+        m_colours.read(m_tokenizer);
+        m_formats.clear();
+        closeGroup();
+        break;
+    case RtfWord::ListTable:
+        m_lists.readLists(m_tokenizer);
+        closeGroup();
+        break;
+    case RtfWord::ListOverrideTable:
+        m_lists.readOverrides(m_tokenizer);
+        closeGroup();
+        break;
+    case RtfWord::OldList:
+        readOldList();
+        break;
+    case RtfWord::OldListText:
+        change().oldListText = true;
+        break;
+    case RtfWord::Picture:
+        readPicture();
+        break;
+    case RtfWord::NewPicture:
+        change().newPicture = true;
+        m_newPicture = NewPicture::None;
+        break;
+    case RtfWord::OldPicture:
+        if (m_newPicture == NewPicture::Shown)
+            skipGroup();
+        else
+            change().oldPicture = true;
+        break;
+    case RtfWord::EitherOr:
+        m_skipNextGroup = true;
+        break;
+    case RtfWord::Skipped:
+        skipGroup();
+        break;
+    default:
+        break;
+    }
+    m_format = -1;
+    m_charset = nullptr;
+}
+
+void RtfParser::readOldList()
+{
+    std::optional<bool> bullet;
+    RtfGroup group(m_tokenizer);
+    while (group.next()) {
+        if (group.depth > 1 || group.token.kind != RtfToken::Word)
+            continue;
+        const RtfWord word = rtfKeyword(group.token.text).word;
+        if (word == RtfWord::BulletLevel)
+            bullet = true;
+        else if (word == RtfWord::OtherLevel)
+            bullet = false;
+    }
+    closeGroup();
+    if (bullet) // it is the paragraph's, not the group's
+        change().paragraph.bullet = *bullet;
+}
+
+// --- Paragraphs ---
+
+void RtfParser::paragraphWord(RtfKeyword keyword, const RtfToken &token)
+{
+    const bool on = !token.hasParameter || token.parameter != 0;
+    RtfState &state = change();
+    RtfParagraphStyle &paragraph = state.paragraph;
+    switch (keyword.word) {
+    case RtfWord::ParagraphDefaults:
+        paragraph = {};
+        state.list = 0;
+        state.listLevel = 0;
+        state.inTable = false;
+        state.nextTab = RtfTab::Left;
+        break;
+    case RtfWord::Alignment:
+        paragraph.alignment = static_cast<RtfParagraphStyle::Alignment>(keyword.value);
+        break;
+    case RtfWord::LeftIndent:
+        paragraph.leftIndent = length(token.parameter);
+        break;
+    case RtfWord::RightIndent:
+        paragraph.rightIndent = length(token.parameter);
+        break;
+    case RtfWord::FirstIndent:
+        paragraph.firstIndent = length(token.parameter);
+        break;
+    case RtfWord::SpaceBefore:
+        paragraph.spaceBefore = qMax(0, length(token.parameter));
+        break;
+    case RtfWord::SpaceAfter:
+        paragraph.spaceAfter = qMax(0, length(token.parameter));
+        break;
+    case RtfWord::LineSpacing:
+        paragraph.lineSpacing = length(token.parameter);
+        paragraph.lineSpacingMultiple = false;
+        break;
+    case RtfWord::LineSpacingMultiple:
+        paragraph.lineSpacingMultiple = on;
+        break;
+    case RtfWord::TabKind:
+        state.nextTab = static_cast<RtfTab::Kind>(keyword.value);
+        break;
+    case RtfWord::TabStop: {
+        const RtfTab tab {length(token.parameter), std::exchange(state.nextTab, RtfTab::Left)};
+        const auto before = [](const RtfTab &a, const RtfTab &b) {
+            return a.position < b.position;
+        };
+        const auto place =
+            std::lower_bound(paragraph.tabs.cbegin(), paragraph.tabs.cend(), tab, before);
+        const bool there = place != paragraph.tabs.cend() && place->position == tab.position;
+        if (!there && paragraph.tabs.size() < RtfParagraphStyle::maximumTabs)
+            paragraph.tabs.insert(place - paragraph.tabs.cbegin(), tab);
+        break;
+    }
+    case RtfWord::PageBreakBefore:
+        paragraph.pageBreakBefore = on;
+        break;
+    case RtfWord::Direction:
+        paragraph.rightToLeft = keyword.value != 0;
+        break;
+    case RtfWord::ListNumber:
+        state.list = token.parameter;
+        break;
+    case RtfWord::ListLevel:
+        state.listLevel = static_cast<quint8>(qBound(0, token.parameter, 8));
+        break;
+    default:
+        break;
+    }
+}
+
+RtfParagraphStyle RtfParser::paragraphStyle() const
+{
+    constexpr int singleLine = 240;
+    RtfParagraphStyle style = m_state.paragraph;
+    if (m_lists.isBullet(m_state.list, m_state.listLevel))
+        style.bullet = true;
+    if (style.lineSpacing == 0 || (style.lineSpacingMultiple && style.lineSpacing == singleLine)) {
+        style.lineSpacing = 0;
+        style.lineSpacingMultiple = false;
+    } else if (style.lineSpacing < 0) {
+        style.lineSpacingMultiple = false; // exactly so high, whatever else is said
+    }
+    style.pageBreakBefore |= m_pageBreak;
+    return style;
+}
+
+void RtfParser::endParagraph()
+{
+    addParagraph(m_state.inTable && !m_cellEdges.empty() ? rowStyle() : paragraphStyle());
+}
+
+void RtfParser::addParagraph(const RtfParagraphStyle &style)
+{
+    if (style.bullet)
+        m_label.clear(); // the bullet is drawn, not written
+    // The mark of a paragraph with text looks like its last text: nobody sees another one.
+    int mark = m_lastTextFormat;
+    if (mark < 0)
+        mark = m_label.isEmpty() ? currentFormat() : m_label.runs.back().format;
+    m_builder.addParagraph(m_label, m_line, style, mark);
+    m_label.clear();
+    m_line.clear();
+    m_lastTextFormat = -1;
+    m_cellEnded = false;
+    m_pageBreak = false;
+    m_newPicture = NewPicture::None;
+}
+
+// --- Tables ---
+
+void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
+{
+    decodePending();
+    switch (keyword.word) {
+    case RtfWord::InTable:
+        change().inTable = !token.hasParameter || token.parameter != 0;
+        break;
+    case RtfWord::RowDefaults:
+        m_cellEdges.clear();
+        m_rowLeft = 0;
+        m_rowGap = 0;
+        break;
+    case RtfWord::RowLeft:
+        m_rowLeft = length(token.parameter);
+        break;
+    case RtfWord::RowGap:
+        m_rowGap = length(token.parameter);
+        break;
+    case RtfWord::CellEdge:
+        if (m_cellEdges.size() < RtfParagraphStyle::maximumTabs)
+            m_cellEdges.push_back(length(token.parameter));
+        break;
+    case RtfWord::Cell:
+    case RtfWord::NestedCell:
+        character(u'\t');
+        m_cellEnded = true;
+        break;
+    case RtfWord::Row:
+        endRow();
+        break;
+    case RtfWord::NestedRow:
+        endNestedRow();
+        break;
+    case RtfWord::NestedTableProperties:
+        readNestedTableProperties();
+        break;
+    default:
+        break;
+    }
+}
+
+void RtfParser::endRow()
+{
+    if (m_cellEnded)
+        m_line.chop(1); // tabs stand between cells, not behind the last
+    addParagraph(rowStyle());
+}
+
+RtfParagraphStyle RtfParser::rowStyle() const
+{
+    RtfParagraphStyle style;
+    style.leftIndent = qMax(0, length(m_rowLeft + m_rowGap));
+    for (size_t i = 0; i + 1 < m_cellEdges.size(); ++i) {
+        const int position = length(m_cellEdges[i] + m_rowGap);
+        if (style.tabs.isEmpty() || position > style.tabs.last().position)
+            style.tabs.append({position, RtfTab::Left});
+    }
+    return style;
+}
+
+void RtfParser::endNestedRow()
+{
+    if (m_cellEnded)
+        m_line.chop(1);
+    character(QChar::LineSeparator);
+}
+
+void RtfParser::readNestedTableProperties()
+{
+    RtfGroup group(m_tokenizer);
+    bool ended = false;
+    while (group.next()) {
+        if (group.token.kind == RtfToken::Word)
+            ended |= rtfKeyword(group.token.text).word == RtfWord::NestedRow;
+    }
+    closeGroup();
+    if (ended)
+        endNestedRow();
+}
+
+// --- Pictures ---
+
+void RtfParser::readPicture()
+{
+    RtfPicture picture;
+    int scaleX = 100;
+    int scaleY = 100;
+    int highDigit = -1;
+    RtfGroup group(m_tokenizer);
+    while (group.next()) {
+        if (group.depth > 1)
+            continue;
+        const RtfToken &token = group.token;
+        if (token.kind == RtfToken::Binary) {
+            picture.data.append(token.text);
+        } else if (token.kind == RtfToken::Text) {
+            RtfHex::append(picture.data, token.text, highDigit);
+        } else if (token.kind == RtfToken::Word) {
+            const RtfKeyword keyword = rtfKeyword(token.text);
+            const int number = qBound(0, token.parameter, largestExtent);
+            switch (keyword.word) {
+            case RtfWord::PictureKind:
+                picture.kind = static_cast<RtfPicture::Kind>(keyword.value);
+                break;
+            case RtfWord::PictureWidth:
+                picture.extent.setWidth(number);
+                break;
+            case RtfWord::PictureHeight:
+                picture.extent.setHeight(number);
+                break;
+            case RtfWord::PictureGoalWidth:
+                picture.goal.setWidth(number);
+                break;
+            case RtfWord::PictureGoalHeight:
+                picture.goal.setHeight(number);
+                break;
+            case RtfWord::PictureScaleX:
+                scaleX = number;
+                break;
+            case RtfWord::PictureScaleY:
+                scaleY = number;
+                break;
+            default:
+                break;
+            }
+        }
+    }
+    closeGroup();
+    if (picture.data.isEmpty() || picture.kind == RtfPicture::NoKind)
+        return;
+    picture.completeGoal();
+    const auto scaled = [](int size, int percent) {
+        constexpr qint64 most = RtfPicture::maximumGoal;
+        return static_cast<int>(
+            qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
+    };
+    picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
+    insertPicture(picture);
+}
+
+void RtfParser::insertPicture(const RtfPicture &picture)
+{
+    const QString name = picture.resourceName();
+    auto known = m_pictures.constFind(name);
+    if (known == m_pictures.cend()) {
+        const QImage image = picture.decode(m_options.metafileDecoder, m_pictureMemory);
+        known = m_pictures.insert(name, RtfPicture::addResource(m_document, name, image));
+    }
+    const bool decoded = *known == name;
+    if (m_state.oldPicture && m_newPicture == NewPicture::Failed) {
+        if (!decoded)
+            return; // the newer form has its place already
+        line().chop(1); // the frame that stands for the newer form
+    }
+    const int format =
+        m_builder.addFormat(picture.toFormat(m_builder.format(currentFormat()), *known));
+    line().text.append(QChar::ObjectReplacementCharacter);
+    line().closeRun(format);
+    m_cellEnded = false;
+    if (m_lastTextFormat < 0 && !m_state.oldListText)
+        m_lastTextFormat = currentFormat();
+    m_newPicture = !m_state.newPicture ? NewPicture::None
+        : decoded                      ? NewPicture::Shown
+                                       : NewPicture::Failed;
+}

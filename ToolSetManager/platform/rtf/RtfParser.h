@@ -1,0 +1,162 @@
+#pragma once
+
+#include "platform/rtf/RtfBuilder.h"
+#include "platform/rtf/RtfCharset.h"
+#include "platform/rtf/RtfKeywords.h"
+#include "platform/rtf/RtfPicture.h"
+#include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfStyle.h"
+#include "platform/rtf/RtfTables.h"
+#include "platform/rtf/RtfTokenizer.h"
+
+#include <QHash>
+
+#include <memory>
+#include <unordered_map>
+
+/// Character formats as control words set them: numbers into the tables.
+struct RtfCharState
+{
+    static constexpr int noFont = -1;
+
+    int font = noFont;
+    int colour = 0;
+    int background = 0;
+    qint16 halfPoints = 24;
+    qint16 offset = 0;
+    quint16 flags = 0; ///< RtfCharStyle::Flag
+
+    friend bool operator==(const RtfCharState &, const RtfCharState &) = default;
+    struct Hash
+    {
+        size_t operator()(const RtfCharState &state) const
+        {
+            return qHashMulti(0, state.font, state.colour, state.background, state.halfPoints,
+                state.offset, state.flags);
+        }
+    };
+};
+
+/// All that a group's end restores.
+struct RtfState
+{
+    RtfCharState characters;
+    RtfParagraphStyle paragraph;
+    int list = 0; ///< Number of \ls.
+    quint8 listLevel = 0;
+    RtfTab::Kind nextTab = RtfTab::Left;
+    bool inTable = false;
+    bool oldListText = false; ///< Text goes to the paragraph's label.
+    bool newPicture = false; ///< In a picture's newer form; the older one follows.
+    bool oldPicture = false; ///< In the older one.
+    int fallbackLength = 1; ///< Of \uc.
+};
+
+/// One run of the reader over one text: the state between tokens. The stack of states is on the
+/// heap, and a group that changes nothing takes no room on it.
+class RtfParser
+{
+public:
+    /// All are borrowed.
+    RtfParser(const RtfReader &options, QByteArrayView bytes, QTextDocument &document);
+    ~RtfParser();
+
+    /// True when the text ended with a paragraph mark.
+    bool run();
+
+private:
+    struct SavedState
+    {
+        RtfState state;
+        qsizetype groups; ///< Groups that were open with this state, the changed one included.
+    };
+    enum class NewPicture { None, Shown, Failed };
+
+    // --- Groups ---
+    void openGroup();
+    void closeGroup();
+    /// To be called before the state changes.
+    RtfState &change();
+    RtfCharState &changeCharacters();
+    void skipGroup();
+
+    // --- Tokens ---
+    void text(const RtfToken &token);
+    void byte(char byte);
+    void symbol(char symbol);
+    void word(const RtfToken &token);
+    void characterWord(RtfKeyword keyword, const RtfToken &token);
+    void paragraphWord(RtfKeyword keyword, const RtfToken &token);
+    void tableWord(RtfKeyword keyword, const RtfToken &token);
+    void documentWord(RtfKeyword keyword, const RtfToken &token);
+    void groupWord(RtfKeyword keyword);
+
+    // --- Characters ---
+    void unicode(int number);
+    void character(char16_t unit);
+    void appendToLine(char16_t unit);
+    void decodePending();
+    void closeRun();
+    const RtfCharset &charset();
+    const RtfFont *currentFont() const;
+    int currentFormat();
+    RtfLine &line() { return m_state.oldListText ? m_label : m_line; }
+
+    // --- Paragraphs ---
+    void endParagraph();
+    RtfParagraphStyle paragraphStyle() const;
+    RtfParagraphStyle rowStyle() const;
+    void addParagraph(const RtfParagraphStyle &style);
+    void endRow();
+    void endNestedRow();
+
+    // --- Groups that are read at once ---
+    void readOldList();
+    void readPicture();
+    void insertPicture(const RtfPicture &picture);
+    void readNestedTableProperties();
+
+    const RtfReader &m_options;
+    QTextDocument &m_document;
+    RtfTokenizer m_tokenizer;
+    RtfBuilder m_builder;
+
+    // --- Groups ---
+    RtfState m_state;
+    std::vector<SavedState> m_saved;
+    qsizetype m_unsavedGroups = 0; ///< Open groups in which nothing has changed yet.
+    qsizetype m_depth = 0;
+    bool m_ignorable = false; ///< `\*` was just read.
+    bool m_skipNextGroup = false;
+    bool m_pageBreak = false; ///< The next paragraph starts a page.
+
+    // --- Document ---
+    int m_documentPage;
+    int m_defaultFont = 0;
+    RtfFontTable m_fonts;
+    RtfColourTable m_colours;
+    RtfListTable m_lists;
+    QHash<int, std::shared_ptr<const RtfCharset>> m_charsets; ///< By code page.
+
+    // --- Text ---
+    RtfLine m_line;
+    RtfLine m_label; ///< What older readers show for a bullet or number.
+    QByteArray m_pending; ///< Bytes of a multi-byte code page.
+    int m_skipCharacters = 0; ///< Left of the fallback of the last \u.
+    const RtfCharset *m_charset = nullptr; ///< Of the current font; null when not looked up.
+    int m_format = -1; ///< Of the current state; -1 when not looked up.
+    int m_lastTextFormat = -1; ///< Of the current paragraph's last text.
+    std::unordered_map<RtfCharState, int, RtfCharState::Hash> m_formats;
+    QHash<RtfCharStyle, int> m_styles; ///< Format number plus 1.
+
+    // --- Tables ---
+    std::vector<int> m_cellEdges;
+    int m_rowLeft = 0;
+    int m_rowGap = 0;
+    bool m_cellEnded = false; ///< The line's last character is the tab of the last cell.
+
+    // --- Pictures ---
+    qint64 m_pictureMemory;
+    QHash<QString, QString> m_pictures; ///< Name of each picture, and of what shows it.
+    NewPicture m_newPicture = NewPicture::None; ///< The last one in this paragraph.
+};

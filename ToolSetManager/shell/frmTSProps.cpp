@@ -1,0 +1,105 @@
+#include "shell/frmTSProps.h"
+
+#include "model/CVBATools.h"
+#include "richtext/RTFEditor.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr qint32 inMenuFlag = 1; // of FLAGS: the add-in lists the set in its menu
+
+} // namespace
+
+frmTSProps::frmTSProps(QWidget *parent)
+    : QDialog(parent)
+    , lbl(new QLabel(QStringLiteral("Short description:")))
+    , txtDescription(new QLineEdit)
+    , Label1(new QLabel(QStringLiteral("Long Description:")))
+    , rtf(new RTFEditor)
+    , chkHide(new QCheckBox(QStringLiteral("Do not show in VB Quillon menu")))
+    , cmdOK(new QPushButton(QStringLiteral("OK")))
+    , cmdCancel(new QPushButton(QStringLiteral("Cancel")))
+{
+    setObjectName(QStringLiteral("frmTSProps"));
+    setWindowTitle(QStringLiteral("Tool Set Properties"));
+    txtDescription->setObjectName(QStringLiteral("txtDescription"));
+    rtf->setObjectName(QStringLiteral("rtf"));
+    chkHide->setObjectName(QStringLiteral("chkHide"));
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    lbl->setBuddy(txtDescription);
+    Label1->setBuddy(rtf);
+    rtf->setRightMargin(0);
+
+    cmdOK->setDefault(true);
+    connect(cmdOK, &QPushButton::clicked, this, &frmTSProps::cmdOK_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmTSProps::cmdCancel_Click);
+
+    auto *commands = new QHBoxLayout;
+    commands->addStretch(1);
+    commands->addWidget(cmdOK);
+    commands->addWidget(cmdCancel);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(lbl);
+    layout->addWidget(txtDescription);
+    layout->addSpacing(4);
+    layout->addWidget(Label1);
+    layout->addWidget(rtf, 1);
+    layout->addWidget(chkHide);
+    layout->addSpacing(4);
+    layout->addLayout(commands);
+    resize(540, 420);
+}
+
+void frmTSProps::Form_Load()
+{
+    if (!Toolset)
+        return;
+    txtDescription->setText(Toolset->Description());
+    rtf->setTextRTF(Toolset->LongDescription());
+    chkHide->setChecked((Toolset->FLAGS() & inMenuFlag) == 0);
+}
+
+void frmTSProps::Form_Activate()
+{
+    while (QGuiApplication::overrideCursor())
+        QGuiApplication::restoreOverrideCursor();
+}
+
+void frmTSProps::showEvent(QShowEvent *event)
+{
+    if (!std::exchange(m_loaded, true))
+        Form_Load();
+    QDialog::showEvent(event);
+}
+
+void frmTSProps::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Form_Activate();
+}
+
+void frmTSProps::cmdOK_Click()
+{
+    if (Toolset) {
+        Toolset->setDescription(txtDescription->text());
+        Toolset->setLongDescription(rtf->TextRTF());
+        const qint32 flags = Toolset->FLAGS();
+        Toolset->setFLAGS(chkHide->isChecked() ? flags & ~inMenuFlag : flags | inMenuFlag);
+    }
+    accept();
+}
+
+void frmTSProps::cmdCancel_Click()
+{
+    reject();
+}
