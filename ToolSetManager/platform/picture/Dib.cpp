@@ -14,12 +14,11 @@ namespace {
 
 constexpr quint32 coreHeaderSize = 12; ///< OS/2 1
 constexpr quint32 shortestHeader = 16; ///< OS/2 2, cut after the number of bits
-constexpr quint32 infoHeaderSize = 40;
-constexpr quint32 masksInHeader = 52;
 constexpr quint32 alphaInHeader = 56;
 constexpr quint32 os2HeaderSize = 64;
 constexpr quint32 longestHeader = 124;
 constexpr qint64 longestSide = 65535;
+constexpr quint32 mostColours = 65536;
 constexpr quint32 opaque = 0xFF000000;
 constexpr quint32 buttonGrey = 0x00C0C0C0;
 
@@ -266,7 +265,7 @@ std::optional<Header> header(QByteArrayView bytes)
     header.height = static_cast<int>(height);
     if (header.bitsPerPixel <= 8 && colourCount == 0)
         colourCount = 1U << header.bitsPerPixel;
-    if (colourCount > bytes.size() / header.colourSize + 256)
+    if (colourCount > mostColours)
         return std::nullopt;
     header.colourCount = colourCount;
     return header;

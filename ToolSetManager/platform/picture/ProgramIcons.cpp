@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int mostTries = 8; ///< Frames looked at, so that a thousand damaged ones cost no time.
-constexpr qint64 frameHeader = 64; ///< Enough to tell size and depth.
+constexpr qint64 frameHeader = 128; ///< Bytes that tell size and depth.
 
 /// The frames, best first.
 std::vector<IconFrame> bestFrames(IconLibrary &library, int index, int wantedSize)
@@ -78,13 +78,14 @@ bool ProgramIcons::has(int index) const
     });
 }
 
-QImage ProgramIcons::icon(int index, int wantedSize) const
+QImage ProgramIcons::icon(int index, int wantedSize, qint64 memory) const
 {
     if (!m_library)
         return {};
     const auto frames = bestFrames(*m_library, index, wantedSize);
     for (const IconFrame &frame : frames) {
-        const QImage image = IconFrames::decode(m_library->bytes(frame, IconFrames::mostBytes));
+        const QImage image =
+            IconFrames::decode(m_library->bytes(frame, IconFrames::mostBytes), memory);
         if (!image.isNull())
             return image;
     }

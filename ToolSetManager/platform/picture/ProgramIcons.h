@@ -32,8 +32,9 @@ public:
 
     /// The picture of the icon that serves best for \a wantedSize pixels, in its own size: that
     /// size, else the next larger, else the next smaller one; of these the deepest. Where that one
-    /// is damaged, the next best. Format_ARGB32; null when there is none.
-    QImage icon(int index, int wantedSize = usualSize) const;
+    /// is damaged or would take more than \a memory bytes, the next best. Format_ARGB32; null when
+    /// there is none.
+    QImage icon(int index, int wantedSize = usualSize, qint64 memory = 1 << 22) const;
 
 private:
     void recognise();
