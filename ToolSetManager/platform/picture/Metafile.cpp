@@ -22,7 +22,7 @@ constexpr qsizetype placeableSize = 22;
 constexpr qsizetype headerSize = 18;
 constexpr int longestSide = 4096; ///< What the player takes.
 constexpr int longestWithoutSize = 512;
-constexpr int playingTime = 5000; ///< Milliseconds.
+constexpr int playingTime = 3000; ///< Milliseconds; a drawing takes some tens.
 
 /// The records that matter here, by their function.
 enum Function : quint16 {
@@ -34,7 +34,15 @@ enum Function : quint16 {
     SetViewportExt = 0x020E,
     OffsetViewportOrg = 0x0211,
     ScaleViewportExt = 0x0412,
+    ExcludeClipRect = 0x0415,
+    IntersectClipRect = 0x0416,
+    Ellipse = 0x0418,
+    Rectangle = 0x041B,
+    RoundRect = 0x061C,
     Escape = 0x0626,
+    Arc = 0x0817,
+    Pie = 0x081A,
+    Chord = 0x0830,
     DibBitBlt = 0x0940,
     DibStretchBlt = 0x0B41,
     StretchDib = 0x0F43
@@ -130,8 +138,7 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
     return parts;
 }
 
-/// The bitmap of a metafile that does nothing but show that bitmap in all of its frame; else null.
-QImage soleBitmap(const Parts &parts)
+QImage soleBitmapOf(const Parts &parts)
 {
     // Records that change how later ones draw, but draw nothing themselves.
     static constexpr std::array<quint16, 27> silent {0x001E, 0x0035, 0x0037, 0x00F7, 0x0102, 0x0103,
@@ -196,6 +203,47 @@ void appendRecord(QByteArray &bytes, quint16 function, std::initializer_list<int
         append(bytes, static_cast<qint16>(word));
 }
 
+/// Where the parameters of a record have the bottom, right, top and left of a rectangle; -1 for
+/// records without one.
+qsizetype rectangleIn(quint16 function)
+{
+    switch (function) {
+    case Rectangle:
+    case Ellipse:
+    case IntersectClipRect:
+    case ExcludeClipRect:
+        return 0;
+    case RoundRect:
+        return 4; // behind the size of the corners
+    case Arc:
+    case Pie:
+    case Chord:
+        return 8; // behind start and end
+    default:
+        return -1;
+    }
+}
+
+/// WORKAROUND: libwmf draws no rectangle whose bottom is above its top on the screen, which is the
+/// usual case where the vertical axis goes upwards.
+QByteArray turned(const Record &record, QSize extent)
+{
+    QByteArray bytes = record.all.toByteArray();
+    const qsizetype offset = rectangleIn(record.function);
+    if (offset < 0 || record.parameters.size() < offset + 8)
+        return bytes;
+    const auto order = [&](qsizetype far, qsizetype near, bool backwards) {
+        const auto a = at<qint16>(bytes, far);
+        const auto b = at<qint16>(bytes, near);
+        qToLittleEndian(backwards ? std::min(a, b) : std::max(a, b), bytes.data() + far);
+        qToLittleEndian(backwards ? std::max(a, b) : std::min(a, b), bytes.data() + near);
+    };
+    const qsizetype bottom = record.all.size() - record.parameters.size() + offset;
+    order(bottom, bottom + 4, extent.height() < 0);
+    order(bottom + 2, bottom + 6, extent.width() < 0);
+    return bytes;
+}
+
 /// The metafile with a window and a viewport that put its frame on pixels 0.. of the picture. The
 /// viewport is the player's business, so the file's own goes; escapes have nothing to draw.
 QByteArray framed(const Parts &parts, QSize pixels)
@@ -210,13 +258,16 @@ QByteArray framed(const Parts &parts, QSize pixels)
         appendRecord(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
         appendRecord(records, SetWindowExt, {frame.extent.height(), frame.extent.width()});
     }
+    QSize extent = parts.frame.extent;
     quint32 longest = 5;
     for (const Record &record : parts.records) {
         if (record.function == SetViewportOrg || record.function == SetViewportExt
             || record.function == OffsetViewportOrg || record.function == ScaleViewportExt
             || record.function == Escape)
             continue;
-        records.append(record.all);
+        if (record.function == SetWindowExt)
+            extent = {at<qint16>(record.parameters, 2), at<qint16>(record.parameters, 0)};
+        records.append(turned(record, extent));
         longest = std::max(longest, static_cast<quint32>(record.all.size() / 2));
     }
     appendRecord(records, EndOfFile, {});
@@ -282,12 +333,18 @@ QSize size(QByteArrayView bytes)
     return parts ? parts->frame.pixels : QSize();
 }
 
+QImage soleBitmap(QByteArrayView bytes)
+{
+    const auto parts = takeApart(bytes);
+    return parts ? soleBitmapOf(*parts) : QImage();
+}
+
 QImage render(QByteArrayView bytes, QSize size)
 {
     const auto parts = takeApart(bytes);
     if (!parts)
         return {};
-    QImage image = soleBitmap(*parts);
+    QImage image = soleBitmapOf(*parts);
     if (image.isNull()) {
         QSize pixels = size.isEmpty() ? parts->frame.pixels : size;
         if (parts->frame.extent.isNull())

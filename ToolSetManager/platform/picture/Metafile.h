@@ -19,6 +19,10 @@ bool recognises(QByteArrayView bytes);
 /// window's extent, not larger than 512 pixels. Empty when it has no window either.
 QSize size(QByteArrayView bytes);
 
+/// The bitmap of a metafile that does no more than show it in all of its frame, in the bitmap's own
+/// size, Format_RGB32; null for any other.
+QImage soleBitmap(QByteArrayView bytes);
+
 /// The picture over white, Format_RGB32, stretched to \a size; an empty size stands for the file's
 /// own. Null when it is no metafile, is cut off, or cannot be played.
 QImage render(QByteArrayView bytes, QSize size = {});

@@ -34,7 +34,7 @@ void limitResources()
     };
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0); // it only writes into a pipe
-    limit(RLIMIT_CPU, 5); // seconds
+    limit(RLIMIT_CPU, 2); // seconds
     limit(RLIMIT_AS, rlim_t(512) << 20);
 #endif
 }
