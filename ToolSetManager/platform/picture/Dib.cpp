@@ -141,7 +141,7 @@ public:
             const int value = at<quint8>(runs, i + 1);
             i += 2;
             if (count > 0) {
-                for (int n = 0; n < count; ++n)
+                for (int n = 0; n < count && m_x < m_image.width(); ++n)
                     put(m_nibbles ? (n % 2 == 0 ? value >> 4 : value & 15) : value);
             } else if (value == 0) {
                 m_x = 0;
@@ -149,7 +149,7 @@ public:
             } else if (value == 1) {
                 return;
             } else if (value == 2) {
-                m_x += at<quint8>(runs, i);
+                m_x = std::min(m_x + at<quint8>(runs, i), m_image.width());
                 m_y += at<quint8>(runs, i + 1);
                 i += 2;
             } else {
@@ -162,7 +162,7 @@ private:
     /// \a count pixels one by one. Returns the bytes taken, padded to an even number.
     qsizetype playLiteral(QByteArrayView pixels, int count)
     {
-        for (int n = 0; n < count; ++n) {
+        for (int n = 0; n < count && m_x < m_image.width(); ++n) {
             const qsizetype offset = m_nibbles ? n / 2 : n;
             if (offset >= pixels.size())
                 break;
@@ -173,14 +173,12 @@ private:
         return std::min((size + 1) / 2 * 2, pixels.size());
     }
 
+    /// To be called only left of the edge.
     void put(int index)
     {
-        if (m_x < m_image.width()) {
-            const int row = m_topDown ? m_y : m_image.height() - 1 - m_y;
-            reinterpret_cast<QRgb *>(m_image.scanLine(row))[m_x] =
-                m_colours[static_cast<std::size_t>(index)];
-        }
-        ++m_x;
+        const int row = m_topDown ? m_y : m_image.height() - 1 - m_y;
+        reinterpret_cast<QRgb *>(m_image.scanLine(row))[m_x++] =
+            m_colours[static_cast<std::size_t>(index)];
     }
 
     QImage &m_image;
