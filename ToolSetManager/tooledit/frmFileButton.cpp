@@ -26,6 +26,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QToolButton>
 
 namespace {
@@ -127,7 +128,10 @@ void frmFileButton::makeControls()
         button->setAccessibleName(name);
         button->setToolTip(
             name + QStringLiteral(" (") + shortcut.toString(QKeySequence::NativeText) + u')');
-        button->setShortcut(shortcut);
+        // Not the button's own shortcut: that runs its animation first, and so a key held down
+        // would step only once.
+        connect(new QShortcut(shortcut, this), &QShortcut::activated, this,
+            [this, index] { cmdIcon_Click(index); });
         button->setFocusPolicy(Qt::StrongFocus);
         connect(button, &QToolButton::clicked, this, [this, index] { cmdIcon_Click(index); });
         return button;

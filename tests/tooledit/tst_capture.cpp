@@ -39,6 +39,7 @@ private Q_SLOTS:
     void init();
     void picture_data();
     void picture();
+    void surroundings();
     void nothingToCapture_data();
     void nothingToCapture();
     void overflow();
@@ -53,6 +54,7 @@ void capture_test::init()
 {
     m_target = std::make_unique<PictureControl>();
     m_window = std::make_unique<PictureControl>();
+    m_window->setWindowFlag(Qt::FramelessWindowHint); // a frame would put it between two pixels
     m_window->resize(20, 20);
     m_window->setPicture(pattern(20));
     m_window->move(100, 80);
@@ -77,6 +79,16 @@ void capture_test::picture()
     QCOMPARE(m_target->Picture().convertToFormat(QImage::Format_RGB32), expected);
     QCOMPARE(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), expected);
     QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
+}
+
+/// More than a window: the screen, with the window where it stands.
+void capture_test::surroundings()
+{
+    capture::CaptureScreenRectToPicture(onScreen(*m_window, {-5, -8, 40, 50}), *m_target);
+    const QImage image = m_target->Picture().convertToFormat(QImage::Format_RGB32);
+    QCOMPARE(image.size(), QSize(40, 50));
+    QCOMPARE(image.copy(5, 8, 20, 20), pattern(20));
+    QVERIFY(image.pixel(0, 0) != image.pixel(24, 27));
 }
 
 void capture_test::nothingToCapture_data()

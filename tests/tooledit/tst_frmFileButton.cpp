@@ -520,7 +520,9 @@ void frmFileButton_test::rememberedFolder()
 /// The captions are drawn, so they can be missing without any control missing.
 void frmFileButton_test::tags()
 {
-    const QImage picture = m_dialog->grab().toImage();
+    QPixmap grabbed = m_dialog->grab();
+    const QImage picture =
+        grabbed.toImage().scaled(m_dialog->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     for (const char *name : {"DriveList", "DirList", "FileList", "cboFilter"}) {
         const auto *list = control<QWidget>(name);
         QVERIFY(!list->accessibleName().isEmpty());
