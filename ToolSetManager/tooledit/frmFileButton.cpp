@@ -14,6 +14,7 @@
 #include "platform/picture/ProgramIcons.h"
 #include "shell/Settings.h"
 #include "shell/frmHelp.h"
+#include "tooledit/IconStrip.h"
 #include "tooledit/IconStripModel.h"
 #include "tooledit/capture.h"
 
@@ -22,17 +23,14 @@
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QListView>
 #include <QPainter>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
 
 namespace {
 
 constexpr int previewSize = 192; ///< A multiple of the sizes that icons have.
-constexpr int iconSize = 32;
 constexpr char tagProperty[] = "Tag";
 constexpr char16_t section[] = u"FileButton";
 constexpr char16_t key[] = u"Path";
@@ -147,17 +145,10 @@ void frmFileButton::makeControls()
     txtIcon->setAlignment(Qt::AlignCenter);
 
     m_strip = new IconStripModel(this);
-    lstIcons = new QListView(this);
+    lstIcons = new IconStrip(this);
     lstIcons->setObjectName(QStringLiteral("lstIcons"));
     lstIcons->setAccessibleName(QStringLiteral("Icons of the file"));
     lstIcons->setModel(m_strip);
-    lstIcons->setFlow(QListView::LeftToRight);
-    lstIcons->setWrapping(false);
-    lstIcons->setUniformItemSizes(true);
-    lstIcons->setIconSize({iconSize, iconSize});
-    lstIcons->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    lstIcons->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    lstIcons->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
 
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
@@ -219,14 +210,10 @@ void frmFileButton::layOut()
     for (QWidget *list : {static_cast<QWidget *>(DirList), static_cast<QWidget *>(FileList)})
         list->setMinimumWidth(190);
 
-    lstIcons->setFixedHeight(iconSize + 12 + 2 * lstIcons->frameWidth()
-        + lstIcons->horizontalScrollBar()->sizeHint().height());
-    for (QWidget *shownLater : {picIcoCtrl, static_cast<QWidget *>(lstIcons)}) {
-        QSizePolicy policy = shownLater->sizePolicy();
-        policy.setRetainSizeWhenHidden(true); // the window does not jump from file to file
-        shownLater->setSizePolicy(policy);
-        shownLater->hide();
-    }
+    QSizePolicy policy = picIcoCtrl->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // nothing jumps from file to file
+    picIcoCtrl->setSizePolicy(policy);
+    picIcoCtrl->hide();
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -345,7 +332,6 @@ void frmFileButton::GetFilePicture()
         m_strip->setIcons(std::make_unique<ProgramIcons>(path), m_iconCount);
         ShowIcon(path, 1);
         picIcoCtrl->show();
-        lstIcons->show();
         return;
     }
     hideIcons();
@@ -547,7 +533,6 @@ void frmFileButton::ShowIcon(const QString &fileName, int number)
 void frmFileButton::hideIcons()
 {
     picIcoCtrl->hide();
-    lstIcons->hide();
     m_iconCount = 0;
     m_strip->setIcons(nullptr, 0);
 }

@@ -7,11 +7,11 @@
 class DirListBox;
 class DriveListBox;
 class FileListBox;
+class IconStrip;
 class IconStripModel;
 class PictureControl;
 class QComboBox;
 class QLineEdit;
-class QListView;
 class QPushButton;
 class QToolButton;
 class SettingsStore;
@@ -126,7 +126,7 @@ private:
     QWidget *picIcoCtrl;
     std::array<QToolButton *, 2> cmdIcon;
     QLineEdit *txtIcon;
-    QListView *lstIcons;
+    IconStrip *lstIcons;
     IconStripModel *m_strip;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;

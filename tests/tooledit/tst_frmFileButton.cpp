@@ -199,7 +199,7 @@ void frmFileButton_test::files()
     choose(name);
     QCOMPARE(onlyColour(preview()), colour);
     QCOMPARE(shown("picIcoCtrl"), icons);
-    QCOMPARE(shown("lstIcons"), icons);
+    QCOMPARE(control<QListView>("lstIcons")->model()->rowCount() > 0, icons);
     QCOMPARE(onlyColour(button()), colour);
     QCOMPARE(onlyColour(scratch()), colour);
 }
