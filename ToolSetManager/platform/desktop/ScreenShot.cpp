@@ -5,6 +5,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -21,16 +22,20 @@ QWidgetList windows()
         return !window->isVisible() || window->isMinimized();
     };
     all.erase(std::remove_if(all.begin(), all.end(), hidden), all.end());
-    const QWidget *front = QApplication::activeWindow();
+    // A modal window is in front before the system has made it the active one.
+    const QWidget *front = QApplication::activeModalWidget();
     if (front == nullptr)
-        front = QApplication::activeModalWidget();
-    // A window stands above its owner, and all owners of the front window above the rest.
+        front = QApplication::activeWindow();
+    // A window stands above its owner; the front window and its own stand above all others.
     const auto height = [front](const QWidget *window) {
         int owners = 0;
-        for (const QWidget *w = window->parentWidget(); w != nullptr; w = w->parentWidget())
+        bool ownedByFront = window == front;
+        for (const QWidget *w = window->parentWidget(); w != nullptr; w = w->parentWidget()) {
             ++owners;
-        const bool inFront = window == front || (front != nullptr && window->isAncestorOf(front));
-        return std::pair(inFront, owners);
+            ownedByFront = ownedByFront || w == front;
+        }
+        const bool ownsFront = front != nullptr && window->isAncestorOf(front);
+        return std::pair(ownedByFront ? 2 : ownsFront ? 1 : 0, owners);
     };
     std::stable_sort(all.begin(), all.end(),
         [&](const QWidget *a, const QWidget *b) { return height(a) < height(b); });
@@ -104,9 +109,10 @@ QImage take(const QRect &rectangle)
         return paintedWindows(rectangle);
     const QWidget *window = windowAround(rectangle);
     if (window != nullptr) {
-        // Pixels of one and a half are not averaged back to what was drawn, but painted anew.
+        // Pixels of one and a half are not averaged back to what was drawn, but painted anew; so is
+        // a window that has just been opened and is not on the screen yet.
         const qreal ratio = window->devicePixelRatioF();
-        if (ratio != std::floor(ratio))
+        if (ratio != std::floor(ratio) || !window->windowHandle()->isExposed())
             return paintedWindows(rectangle);
     }
     QImage image = photograph(rectangle, window).toImage();
