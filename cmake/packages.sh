@@ -4,6 +4,7 @@ run_packages=(
     g++ cmake ninja-build
     qt6-base-dev libgl-dev          # the toolkit
     libqt6svg6 breeze-icon-theme    # the icons
+    libwmf-dev                      # metafiles
     fonts-liberation2 fonts-dejavu-core
 )
 # A virtual display with a window manager, and what looks at it.

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QString>
 
 #include <optional>
 
@@ -9,13 +10,17 @@
 /// null image is "no picture".
 namespace Picture {
 
-/// Reads a picture file's bytes: Windows bitmap (BMP; bytes behind its end are ignored), icon,
-/// GIF or JPEG.
+/// Reads a picture file's bytes: Windows bitmap (BMP; bytes behind its end are ignored), icon or
+/// cursor, GIF or JPEG.
 ///
 /// Empty when the bytes are none of these, when a bitmap's pixels are cut off, or when the decoded
 /// picture would take more than \a memoryLeft bytes (a few bytes can claim gigabytes). On success
 /// the bytes taken are subtracted from \a memoryLeft.
 std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft);
+
+/// The picture in a file, whatever its name: one of the kinds above or a metafile. Null when it is
+/// none, cannot be read, or is too large for a picture (256 MiB, in the file or decoded).
+QImage load(const QString &path);
 
 /// A Windows bitmap file (40-byte header, 24 bits, bottom-up) of an opaque image. Equal pixels
 /// give equal bytes, whatever the image's resolution says.

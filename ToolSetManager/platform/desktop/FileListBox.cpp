@@ -1,0 +1,74 @@
+#include "platform/desktop/FileListBox.h"
+
+#include <QDir>
+#include <QKeyEvent>
+#include <QStringListModel>
+
+FileListBox::FileListBox(QWidget *parent)
+    : QListView(parent)
+    , m_model(new QStringListModel(this))
+{
+    setModel(m_model);
+    setUniformItemSizes(true);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    connect(this, &QAbstractItemView::doubleClicked, this, &FileListBox::DblClick);
+}
+
+void FileListBox::setPath(const QString &path)
+{
+    m_path = path;
+    Refresh();
+}
+
+void FileListBox::setPattern(const QString &pattern)
+{
+    m_pattern = pattern;
+    Refresh();
+}
+
+void FileListBox::Refresh()
+{
+    QStringList patterns;
+    const QStringList parts = m_pattern.split(u';');
+    for (const QString &part : parts) {
+        const QString trimmed = part.trimmed();
+        patterns.append(trimmed == QStringLiteral("*.*") ? QStringLiteral("*") : trimmed);
+    }
+    m_model->setStringList(QDir(m_path).entryList(
+        patterns, QDir::Files, QDir::Name | QDir::IgnoreCase | QDir::LocaleAware));
+}
+
+QString FileListBox::FileName() const
+{
+    const QModelIndex current = currentIndex();
+    return selectionModel()->isSelected(current) ? current.data().toString() : QString();
+}
+
+int FileListBox::ListCount() const
+{
+    return m_model->rowCount();
+}
+
+void FileListBox::keyPressEvent(QKeyEvent *event)
+{
+    m_pressedKey = event->key();
+    QListView::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        event->ignore(); // the dialog's default button
+}
+
+void FileListBox::keyReleaseEvent(QKeyEvent *event)
+{
+    QListView::keyReleaseEvent(event);
+    // A key held down steps through many files; only the last one is looked at.
+    if (event->isAutoRepeat() || event->key() != m_pressedKey)
+        return;
+    m_pressedKey = 0;
+    Q_EMIT KeyUp(event->key());
+}
+
+void FileListBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    QListView::mouseReleaseEvent(event);
+    Q_EMIT MouseUp();
+}

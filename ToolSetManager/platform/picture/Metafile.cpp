@@ -1,0 +1,362 @@
+#include "platform/picture/Metafile.h"
+
+#include "platform/picture/Dib.h"
+#include "platform/picture/LittleEndian.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+
+using LittleEndian::at;
+
+namespace Metafile {
+
+namespace {
+
+constexpr quint32 placeableMark = 0x9AC6CDD7;
+constexpr qsizetype placeableSize = 22;
+constexpr qsizetype headerSize = 18;
+constexpr int longestSide = 4096; ///< What the player takes.
+constexpr int longestWithoutSize = 512;
+constexpr int playingTime = 3000; ///< Milliseconds; a drawing takes some tens.
+
+/// The records that matter here, by their function.
+enum Function : quint16 {
+    EndOfFile = 0x0000,
+    SetMapMode = 0x0103,
+    SetWindowOrg = 0x020B,
+    SetWindowExt = 0x020C,
+    SetViewportOrg = 0x020D,
+    SetViewportExt = 0x020E,
+    OffsetViewportOrg = 0x0211,
+    ScaleViewportExt = 0x0412,
+    ExcludeClipRect = 0x0415,
+    IntersectClipRect = 0x0416,
+    Ellipse = 0x0418,
+    Rectangle = 0x041B,
+    RoundRect = 0x061C,
+    Escape = 0x0626,
+    Arc = 0x0817,
+    Pie = 0x081A,
+    Chord = 0x0830,
+    DibBitBlt = 0x0940,
+    DibStretchBlt = 0x0B41,
+    StretchDib = 0x0F43
+};
+
+struct Record
+{
+    quint16 function = 0;
+    QByteArrayView parameters;
+    QByteArrayView all; ///< With size and function.
+};
+
+/// What is shown: a rectangle of logical units and its size in pixels.
+struct Frame
+{
+    QPoint origin;
+    QSize extent; ///< Of either sign; empty when nothing tells it.
+    QSize pixels;
+};
+
+/// A metafile taken apart. Views of the caller's bytes.
+struct Parts
+{
+    QByteArrayView header;
+    std::vector<Record> records; ///< Without the end.
+    Frame frame;
+};
+
+QSize fitted(double width, double height, int longest)
+{
+    const double factor = std::min(1.0, longest / std::max(width, height));
+    return {std::max(1, qRound(width * factor)), std::max(1, qRound(height * factor))};
+}
+
+/// False when a record is cut off or the end is missing.
+bool readRecords(QByteArrayView bytes, std::vector<Record> &records)
+{
+    constexpr qsizetype smallest = 6;
+    for (qsizetype position = 0; position + smallest <= bytes.size();) {
+        const qint64 size = qint64(at<quint32>(bytes, position)) * 2;
+        if (size < smallest || size > bytes.size() - position)
+            return false;
+        const QByteArrayView all = bytes.sliced(position, size);
+        const auto function = at<quint16>(all, 4);
+        if (function == EndOfFile)
+            return true;
+        records.push_back({function, all.sliced(smallest), all});
+        position += size;
+    }
+    return false;
+}
+
+std::optional<Parts> takeApart(QByteArrayView bytes)
+{
+    Parts parts;
+    const bool placeable = at<quint32>(bytes, 0) == placeableMark;
+    if (placeable) {
+        if (bytes.size() < placeableSize)
+            return std::nullopt;
+        const auto corner = [&](int n) { return int(at<qint16>(bytes, 6 + n * 2)); };
+        const int unitsPerInch = at<quint16>(bytes, 14);
+        parts.frame.origin = {corner(0), corner(1)};
+        parts.frame.extent = {corner(2) - corner(0), corner(3) - corner(1)};
+        const double scale = 96.0 / (unitsPerInch == 0 ? 1440 : unitsPerInch);
+        parts.frame.pixels = fitted(std::abs(parts.frame.extent.width()) * scale,
+            std::abs(parts.frame.extent.height()) * scale, longestSide);
+        if (parts.frame.extent.width() == 0 || parts.frame.extent.height() == 0)
+            return std::nullopt;
+        bytes = bytes.sliced(placeableSize);
+    }
+    if (!recognises(bytes) || bytes.size() < headerSize)
+        return std::nullopt;
+    parts.header = bytes.first(headerSize);
+    if (!readRecords(bytes.sliced(headerSize), parts.records))
+        return std::nullopt;
+
+    bool originSet = false;
+    bool extentSet = false;
+    for (const Record &record : parts.records) {
+        // Parameters stand in reverse order.
+        const int y = at<qint16>(record.parameters, 0);
+        const int x = at<qint16>(record.parameters, 2);
+        if (record.function == SetWindowOrg && !originSet && !placeable) {
+            parts.frame.origin = {x, y};
+            originSet = true;
+        } else if (record.function == SetWindowExt && !extentSet && !placeable && x != 0
+            && y != 0) {
+            parts.frame.extent = {x, y};
+            parts.frame.pixels = fitted(std::abs(x), std::abs(y), longestWithoutSize);
+            extentSet = true;
+        }
+    }
+    return parts;
+}
+
+QImage soleBitmapOf(const Parts &parts)
+{
+    // Records that change how later ones draw, but draw nothing themselves.
+    static constexpr std::array<quint16, 27> silent {0x001E, 0x0035, 0x0037, 0x00F7, 0x0102, 0x0103,
+        0x0104, 0x0105, 0x0106, 0x0107, 0x0108, 0x0127, 0x012D, 0x012E, 0x01F0, 0x0201, 0x0209,
+        0x020B, 0x020C, 0x020D, 0x020E, 0x0214, 0x0234, 0x02FA, 0x02FB, 0x02FC, 0x0626};
+    constexpr quint32 copy = 0x00CC0020;
+    const Record *shown = nullptr;
+    for (const Record &record : parts.records) {
+        if (std::binary_search(silent.begin(), silent.end(), record.function))
+            continue;
+        if (shown != nullptr)
+            return {};
+        shown = &record;
+    }
+    if (shown == nullptr)
+        return {};
+    // Behind the raster operation: heights and widths, then y and x, of the source and the target.
+    qsizetype source = 4;
+    qsizetype bitmap = 0;
+    switch (shown->function) {
+    case StretchDib:
+        source = 6;
+        bitmap = 22;
+        break;
+    case DibStretchBlt:
+        bitmap = 20;
+        break;
+    default:
+        return {};
+    }
+    const QByteArrayView parameters = shown->parameters;
+    if (parameters.size() <= bitmap || at<quint32>(parameters, 0) != copy)
+        return {};
+    const auto number = [&](int n) { return int(at<qint16>(parameters, source + n * 2)); };
+    const QByteArrayView dib = parameters.sliced(bitmap);
+    const auto header = Dib::header(dib);
+    if (!header || header->decodedBytes() > (qint64(256) << 20))
+        return {};
+    const bool whole = number(0) == header->height && number(1) == header->width && number(2) == 0
+        && number(3) == 0;
+    const bool fills = parts.frame.extent.isEmpty()
+        || (std::abs(number(4) - parts.frame.extent.height()) <= 1
+            && std::abs(number(5) - parts.frame.extent.width()) <= 1
+            && QPoint(number(7), number(6)) == parts.frame.origin);
+    if (!whole || !fills)
+        return {};
+    return Dib::decode(dib, *header, header->endOfColours()).convertToFormat(QImage::Format_RGB32);
+}
+
+template <class T>
+void append(QByteArray &bytes, T value)
+{
+    value = qToLittleEndian(value);
+    bytes.append(reinterpret_cast<const char *>(&value), sizeof(value));
+}
+
+void appendRecord(QByteArray &bytes, quint16 function, std::initializer_list<int> words)
+{
+    append(bytes, static_cast<quint32>(3 + words.size()));
+    append(bytes, function);
+    for (const int word : words)
+        append(bytes, static_cast<qint16>(word));
+}
+
+/// Where the parameters of a record have the bottom, right, top and left of a rectangle; -1 for
+/// records without one.
+qsizetype rectangleIn(quint16 function)
+{
+    switch (function) {
+    case Rectangle:
+    case Ellipse:
+    case IntersectClipRect:
+    case ExcludeClipRect:
+        return 0;
+    case RoundRect:
+        return 4; // behind the size of the corners
+    case Arc:
+    case Pie:
+    case Chord:
+        return 8; // behind start and end
+    default:
+        return -1;
+    }
+}
+
+/// WORKAROUND: libwmf draws no rectangle whose bottom is above its top on the screen, which is the
+/// usual case where the vertical axis goes upwards.
+QByteArray turned(const Record &record, QSize extent)
+{
+    QByteArray bytes = record.all.toByteArray();
+    const qsizetype offset = rectangleIn(record.function);
+    if (offset < 0 || record.parameters.size() < offset + 8)
+        return bytes;
+    const auto order = [&](qsizetype far, qsizetype near, bool backwards) {
+        const auto a = at<qint16>(bytes, far);
+        const auto b = at<qint16>(bytes, near);
+        qToLittleEndian(backwards ? std::min(a, b) : std::max(a, b), bytes.data() + far);
+        qToLittleEndian(backwards ? std::max(a, b) : std::min(a, b), bytes.data() + near);
+    };
+    const qsizetype bottom = record.all.size() - record.parameters.size() + offset;
+    order(bottom, bottom + 4, extent.height() < 0);
+    order(bottom + 2, bottom + 6, extent.width() < 0);
+    return bytes;
+}
+
+/// The metafile with a window and a viewport that put its frame on pixels 0.. of the picture. The
+/// viewport is the player's business, so the file's own goes; escapes have nothing to draw.
+QByteArray framed(const Parts &parts, QSize pixels)
+{
+    QByteArray records;
+    if (!pixels.isEmpty()) {
+        constexpr int anisotropic = 8;
+        const Frame &frame = parts.frame;
+        appendRecord(records, SetMapMode, {anisotropic});
+        appendRecord(records, SetViewportOrg, {0, 0});
+        appendRecord(records, SetViewportExt, {pixels.height(), pixels.width()});
+        appendRecord(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
+        appendRecord(records, SetWindowExt, {frame.extent.height(), frame.extent.width()});
+    }
+    QSize extent = parts.frame.extent;
+    quint32 longest = 5;
+    for (const Record &record : parts.records) {
+        if (record.function == SetViewportOrg || record.function == SetViewportExt
+            || record.function == OffsetViewportOrg || record.function == ScaleViewportExt
+            || record.function == Escape)
+            continue;
+        if (record.function == SetWindowExt)
+            extent = {at<qint16>(record.parameters, 2), at<qint16>(record.parameters, 0)};
+        records.append(turned(record, extent));
+        longest = std::max(longest, static_cast<quint32>(record.all.size() / 2));
+    }
+    appendRecord(records, EndOfFile, {});
+    QByteArray bytes = parts.header.toByteArray();
+    QByteArray sizes;
+    append(sizes, static_cast<quint32>((headerSize + records.size()) / 2));
+    sizes.append(parts.header.sliced(10, 2)); // number of objects
+    append(sizes, longest);
+    bytes.replace(6, sizes.size(), sizes);
+    return bytes + records;
+}
+
+/// Has it played by the other process. An empty size stands for the box of what is drawn.
+QImage play(const QByteArray &metafile, QSize pixels)
+{
+    QByteArray input;
+    for (const int side : {pixels.width(), pixels.height()}) {
+        const auto value = static_cast<quint32>(std::max(side, 0));
+        input.append(reinterpret_cast<const char *>(&value), sizeof(value));
+    }
+    QProcess player;
+    player.start(QCoreApplication::applicationDirPath() + QStringLiteral("/metafile_player"), {});
+    if (!player.waitForStarted(playingTime))
+        return {};
+    player.write(input + metafile);
+    player.closeWriteChannel();
+    if (!player.waitForFinished(playingTime)) {
+        player.kill();
+        player.waitForFinished();
+        return {};
+    }
+    if (player.exitStatus() != QProcess::NormalExit || player.exitCode() != 0)
+        return {};
+    const QByteArray output = player.readAllStandardOutput();
+    quint32 size[2] {};
+    if (output.size() < qsizetype(sizeof(size)))
+        return {};
+    std::memcpy(size, output.constData(), sizeof(size));
+    const qint64 bytes = qint64(size[0]) * size[1] * 4;
+    if (size[0] > longestSide || size[1] > longestSide || bytes == 0
+        || bytes != output.size() - qsizetype(sizeof(size)))
+        return {};
+    QImage image(static_cast<int>(size[0]), static_cast<int>(size[1]), QImage::Format_RGB32);
+    std::memcpy(image.bits(), output.constData() + sizeof(size), static_cast<std::size_t>(bytes));
+    return image;
+}
+
+} // namespace
+
+bool recognises(QByteArrayView bytes)
+{
+    if (at<quint32>(bytes, 0) == placeableMark)
+        return true;
+    const int type = at<quint16>(bytes, 0);
+    const int version = at<quint16>(bytes, 4);
+    return (type == 1 || type == 2) && at<quint16>(bytes, 2) == headerSize / 2
+        && (version == 0x100 || version == 0x300);
+}
+
+QSize size(QByteArrayView bytes)
+{
+    const auto parts = takeApart(bytes);
+    return parts ? parts->frame.pixels : QSize();
+}
+
+QImage soleBitmap(QByteArrayView bytes)
+{
+    const auto parts = takeApart(bytes);
+    return parts ? soleBitmapOf(*parts) : QImage();
+}
+
+QImage render(QByteArrayView bytes, QSize size)
+{
+    const auto parts = takeApart(bytes);
+    if (!parts)
+        return {};
+    QImage image = soleBitmapOf(*parts);
+    if (image.isNull()) {
+        QSize pixels = size.isEmpty() ? parts->frame.pixels : size;
+        if (parts->frame.extent.isNull())
+            pixels = {};
+        if (pixels.width() > longestSide || pixels.height() > longestSide)
+            pixels.scale(longestSide, longestSide, Qt::KeepAspectRatio);
+        image = play(framed(*parts, pixels), pixels);
+    }
+    if (image.isNull() || size.isEmpty() || image.size() == size)
+        return image;
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+} // namespace Metafile

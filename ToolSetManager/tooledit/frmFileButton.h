@@ -1,0 +1,134 @@
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+
+class DirListBox;
+class DriveListBox;
+class FileListBox;
+class IconStrip;
+class IconStripModel;
+class PictureControl;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QToolButton;
+class SettingsStore;
+class frmHelp;
+
+/// The picker of a button picture: from a picture file or from an icon inside a program file, all
+/// of it or a part that is marked in the preview. What is shown in the picture areas is
+/// photographed from the screen into a scratch bitmap, which the caller reads after OK.
+///
+/// Every snapshot also goes to the clipboard, whose former content is lost.
+class frmFileButton : public QDialog
+{
+    Q_OBJECT
+public:
+    /// The side of a button picture in pixels.
+    static constexpr int buttonSize = 18;
+    /// CountIcons() counts no further.
+    static constexpr int mostIcons = 1000;
+
+    /// The settings keep the last folder; they are borrowed.
+    explicit frmFileButton(SettingsStore &settings, QWidget *parent = nullptr);
+
+    // --- Properties ---
+    /// Path of the scratch bitmap. To be set before the dialog is shown.
+    void setFileName(const QString &path) { m_fileName = path; }
+    /// True only when the dialog was closed by cmdOK; otherwise the scratch file means nothing.
+    bool OK() const { return m_ok; }
+    QString Folder() const;
+    void setFolder(const QString &path);
+
+    /// What picButton shows until something is chosen: the picture that the tool has.
+    void setButtonPicture(const QImage &picture);
+
+    // --- Operations ---
+    /// Photographs a rectangle of \a window, in its own coordinates, into the scratch file and
+    /// picButton. The corners may come in any order; nothing happens when two of them fall on one
+    /// line. An error is shown; false then.
+    bool ButtonSnapShot(QWidget *window, int x1, int y1, int x2, int y2);
+    template <class T>
+    static void Swap(T &a, T &b)
+    {
+        T former = std::move(a);
+        a = std::move(b);
+        b = std::move(former);
+    }
+    /// Shows the file selected in FileList. One that is no picture leaves the preview as it was.
+    void GetFilePicture();
+    /// The number of icons before the first that is missing.
+    static int CountIcons(const QString &fileName);
+    /// Draws the tags of the controls above them.
+    void PrintCaptions();
+
+    void done(int result) override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private Q_SLOTS:
+    // --- lists ---
+    void DriveList_Change();
+    void DirList_Change();
+    void cboFilter_Click();
+    void FileList_KeyUp();
+    void FileList_MouseUp();
+    void FileList_DblClick();
+    // --- pictures ---
+    void picFile_Change();
+    void picImage_MouseDown(const QPoint &position);
+    void picImage_MouseMove(const QPoint &position);
+    void picImage_MouseUp(const QPoint &position);
+    // --- icons ---
+    void cmdIcon_Click(int Index);
+    void lstIcons_Click(const QModelIndex &index);
+    // --- buttons ---
+    void cmdOK_Click();
+    void cmdCancel_Click();
+    void cmdHelp_Click();
+
+private:
+    void makeControls();
+    void layOut();
+    void Form_Load();
+    void Form_QueryUnload();
+    /// Shows one icon of a program file, counted from 1.
+    void ShowIcon(const QString &fileName, int number);
+    void hideIcons();
+    void snapshotOfPreview();
+    QRect bandRectangle() const;
+    bool imageKeyPressed(int key, Qt::KeyboardModifiers modifiers);
+
+    SettingsStore &m_settings;
+    QString m_fileName;
+    bool m_ok = false;
+    QString m_iconFile; ///< The program file whose icons are shown.
+    qint32 m_icon = 0; ///< Counts from 1.
+    qint32 m_iconCount = 0;
+    QPoint m_bandStart; ///< In picImage, like the next.
+    QPoint m_bandEnd;
+    bool m_marking = false; ///< With the keys.
+    frmHelp *m_help = nullptr;
+
+    DriveListBox *DriveList;
+    DirListBox *DirList;
+    FileListBox *FileList;
+    QComboBox *cboFilter;
+    PictureControl *picFile;
+    PictureControl *picImage;
+    PictureControl *picFileIcon;
+    PictureControl *picButton;
+    PictureControl *imgConvert;
+    QWidget *picIcoCtrl;
+    std::array<QToolButton *, 2> cmdIcon;
+    QLineEdit *txtIcon;
+    IconStrip *lstIcons;
+    IconStripModel *m_strip;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
+    QPushButton *cmdHelp;
+};

@@ -1,0 +1,467 @@
+#include "tooledit/frmToolProps.h"
+
+#include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/Icons.h"
+#include "platform/desktop/MsgBox.h"
+#include "platform/desktop/mFileUtil.h"
+#include "platform/picture/Picture.h"
+#include "platform/picture/PictureControl.h"
+#include "platform/picture/ProgramIcons.h"
+#include "shell/Settings.h"
+#include "tooledit/EventsPage.h"
+#include "tooledit/ToolFileRecognition.h"
+#include "tooledit/frmFileButton.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+
+namespace {
+
+enum Tab { GeneralTab, EventsTab, HelpTab };
+
+/// Of the open dialog. Kept: the last piece lacks its separator.
+QString browseFilter()
+{
+    return QStringLiteral("Executable(*.exe; *.com; *.bat)|*.exe;*.com;*.bat"
+                          "|Macro Files(*.bmm; *.bas)|*.bmm;*.bas"
+                          "|Text files(*.txt; *.ini)|*.txt;*.ini"
+                          "|Help files(*.hlp)|*.hlp"
+                          "All Files|*.*");
+}
+
+} // namespace
+
+frmToolProps::frmToolProps(
+    const Settings &settings, SettingsStore &store, const HelpEditor &helpEditor, QWidget *parent)
+    : QDialog(parent)
+    , m_settings(settings)
+    , m_store(store)
+    , rtHelp(helpEditor)
+{
+    setObjectName(QStringLiteral("frmToolProps"));
+    setWindowTitle(QStringLiteral("VB Quillon Tool Properties"));
+    sstAll = new QTabWidget(this);
+    sstAll->setObjectName(QStringLiteral("sstAll"));
+    sstAll->addTab(generalPage(), QStringLiteral("General"));
+    m_events = new EventsPage(sstAll);
+    sstAll->addTab(m_events, QStringLiteral("Events"));
+    rtHelp.widget->setParent(sstAll);
+    rtHelp.widget->setObjectName(QStringLiteral("rtHelp"));
+    sstAll->addTab(rtHelp.widget, QStringLiteral("Help"));
+
+    const auto changed = [this] { setDirty(true); };
+    connect(m_events, &EventsPage::chkEvent_Click, this, changed);
+    rtHelp.onChange(this, changed);
+
+    const auto stepper = [this](const QString &name, const QString &icon,
+                             QStyle::StandardPixmap fallback, const QString &tip) {
+        auto *button = new QToolButton(this);
+        button->setObjectName(name);
+        button->setIcon(Icons::named(icon, fallback));
+        button->setToolTip(tip);
+        button->setAccessibleName(tip);
+        button->setFocusPolicy(Qt::StrongFocus);
+        return button;
+    };
+    cmdPrior = stepper(QStringLiteral("cmdPrior"), QStringLiteral("go-previous"),
+        QStyle::SP_ArrowLeft, QStringLiteral("Previous Tool"));
+    cmdNext = stepper(QStringLiteral("cmdNext"), QStringLiteral("go-next"), QStyle::SP_ArrowRight,
+        QStringLiteral("Next Tool"));
+    const auto button = [this](const QString &name, const QString &caption) {
+        auto *made = new QPushButton(caption, this);
+        made->setObjectName(name);
+        made->setAutoDefault(false);
+        return made;
+    };
+    cmdOK = button(QStringLiteral("cmdOK"), QStringLiteral("OK"));
+    cmdOK->setDefault(true);
+    cmdCancel = button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"));
+    cmdApply = button(QStringLiteral("cmdApply"), QStringLiteral("&Apply"));
+    connect(cmdPrior, &QToolButton::clicked, this, &frmToolProps::cmdPrior_Click);
+    connect(cmdNext, &QToolButton::clicked, this, &frmToolProps::cmdNext_Click);
+    connect(cmdOK, &QPushButton::clicked, this, &frmToolProps::cmdOK_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmToolProps::cmdCancel_Click);
+    connect(cmdApply, &QPushButton::clicked, this, &frmToolProps::cmdApply_Click);
+    layOut();
+    Form_Load();
+}
+
+QWidget *frmToolProps::generalPage()
+{
+    auto *page = new QWidget(sstAll);
+    const auto line = [&](const QString &name) {
+        auto *edit = new QLineEdit(page);
+        edit->setObjectName(name);
+        connect(edit, &QLineEdit::textChanged, this, [this] { setDirty(true); });
+        return edit;
+    };
+    const auto box = [&](const QString &name, const QString &caption) {
+        auto *made = new QCheckBox(caption, page);
+        made->setObjectName(name);
+        made->setAccessibleName(QString(caption).remove(u':'));
+        connect(made, &QCheckBox::toggled, this, [this] { setDirty(true); });
+        return made;
+    };
+    const auto button = [&](const QString &name, const QString &caption, const QString &tip) {
+        auto *made = new QPushButton(caption, page);
+        made->setObjectName(name);
+        made->setAutoDefault(false);
+        made->setToolTip(tip);
+        return made;
+    };
+    const auto hidden = [&](const QString &name) {
+        auto *made = new PictureControl(page);
+        made->setObjectName(name);
+        made->resize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+        made->hide();
+        return made;
+    };
+
+    cboToolType = new QComboBox(page);
+    cboToolType->setObjectName(QStringLiteral("cboToolType"));
+    const QStringList kinds {QStringLiteral("(none)"), QStringLiteral("Standard Executable"),
+        QStringLiteral("VB Quillon Executable"), QStringLiteral("Macro"),
+        QStringLiteral("Help File"), QStringLiteral("Text File"), QStringLiteral("Separator")};
+    for (int i = 0; i < kinds.size(); ++i)
+        cboToolType->addItem(kinds[i], i + CVBATool::NoKind);
+    // A choice by the user, also of the entry that was chosen before.
+    connect(cboToolType, &QComboBox::activated, this, &frmToolProps::cboToolType_Click);
+    txtLocation = line(QStringLiteral("txtLocation"));
+    cmdBrowseTool = button(QStringLiteral("cmdBrowseTool"), QStringLiteral("Browse ..."),
+        QStringLiteral("Select the tool's file"));
+    txtCommandLine = line(QStringLiteral("txtCommandLine"));
+    txtDescription = line(QStringLiteral("txtDescription"));
+    picToolImage = new PictureControl(page);
+    picToolImage->setObjectName(QStringLiteral("picToolImage"));
+    picToolImage->setAccessibleName(QStringLiteral("Tool image"));
+    picToolImage->setFixedSize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+    cmdBrowseImage = button(QStringLiteral("cmdBrowseImage"), QStringLiteral("Browse ..."),
+        QStringLiteral("Select a tool image from a picture file"));
+    cmdBrowseImage->setAccessibleName(QStringLiteral("Browse for an image"));
+    cmdBrowseTool->setAccessibleName(QStringLiteral("Browse for the tool"));
+    chkEnabled = box(QStringLiteral("chkEnabled"), QStringLiteral("Enabled:"));
+    chkInToolBar = box(QStringLiteral("chkInToolBar"), QStringLiteral("Show in tool bar:"));
+    chkRunOutOfProcess =
+        box(QStringLiteral("chkRunOutOfProcess"), QStringLiteral("Run out of process:"));
+    cmdToolID = button(QStringLiteral("cmdToolID"), QStringLiteral("Insert in Help"),
+        QStringLiteral("Insert image and description into the help text"));
+    picIcon = hidden(QStringLiteral("picIcon"));
+    picConvert = hidden(QStringLiteral("picConvert"));
+    imgBlank = hidden(QStringLiteral("imgBlank"));
+    connect(cmdBrowseTool, &QPushButton::clicked, this, &frmToolProps::cmdBrowseTool_Click);
+    connect(cmdBrowseImage, &QPushButton::clicked, this, &frmToolProps::cmdBrowseImage_Click);
+    connect(cmdToolID, &QPushButton::clicked, this, &frmToolProps::cmdToolID_Click);
+
+    auto *frame = new QFrame(page);
+    frame->setFrameShape(QFrame::Box);
+    frame->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto *inFrame = new QVBoxLayout(frame);
+    inFrame->setContentsMargins(1, 1, 1, 1);
+    inFrame->addWidget(picToolImage);
+    auto *image = new QHBoxLayout;
+    image->addWidget(frame);
+    image->addWidget(cmdToolID);
+    image->addStretch(1);
+
+    auto *grid = new QGridLayout(page);
+    grid->setVerticalSpacing(8);
+    grid->setHorizontalSpacing(10);
+    const auto row = [&](int at, const QString &caption, QWidget *field) {
+        auto *label = new QLabel(caption, page);
+        label->setBuddy(field);
+        field->setAccessibleName(QString(caption).remove(u':'));
+        grid->addWidget(label, at, 0);
+        grid->addWidget(field, at, 1);
+    };
+    row(0, QStringLiteral("Tool type:"), cboToolType);
+    row(1, QStringLiteral("Tool location:"), txtLocation);
+    grid->addWidget(cmdBrowseTool, 1, 2);
+    row(2, QStringLiteral("Command line:"), txtCommandLine);
+    row(3, QStringLiteral("Description:"), txtDescription);
+    grid->addWidget(new QLabel(QStringLiteral("Tool image:"), page), 4, 0);
+    grid->addLayout(image, 4, 1);
+    grid->addWidget(cmdBrowseImage, 4, 2);
+    grid->setRowMinimumHeight(5, 6);
+    grid->addWidget(chkEnabled, 6, 1);
+    grid->addWidget(chkInToolBar, 7, 1);
+    grid->addWidget(chkRunOutOfProcess, 8, 1);
+    grid->setRowStretch(9, 1);
+    grid->setColumnStretch(1, 1);
+    const std::array<QWidget *, 10> order {cboToolType, txtLocation, cmdBrowseTool, txtCommandLine,
+        txtDescription, cmdToolID, cmdBrowseImage, chkEnabled, chkInToolBar, chkRunOutOfProcess};
+    for (std::size_t i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    return page;
+}
+
+void frmToolProps::layOut()
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdPrior);
+    buttons->addWidget(cmdNext);
+    buttons->addStretch(1);
+    for (QPushButton *button : {cmdOK, cmdCancel, cmdApply})
+        buttons->addWidget(button);
+    auto *all = new QVBoxLayout(this);
+    all->addWidget(sstAll, 1);
+    all->addLayout(buttons);
+    resize(560, 380);
+}
+
+void frmToolProps::Form_Load()
+{
+    sstAll->setCurrentIndex(GeneralTab);
+    m_ok = false;
+    setDirty(false);
+}
+
+void frmToolProps::Form_QueryUnload()
+{
+    // Kept: also after Cancel.
+    SaveQuestion();
+}
+
+void frmToolProps::done(int result)
+{
+    Form_QueryUnload();
+    QDialog::done(result);
+}
+
+// --- The tool ---
+
+void frmToolProps::setTool(const ToolPtr &tool)
+{
+    m_tool = tool;
+    if (!tool)
+        return;
+    setKind(tool->ToolType);
+    txtDescription->setText(tool->Description);
+    txtLocation->setText(tool->Location());
+    txtCommandLine->setText(tool->CommandLine);
+    picToolImage->setPicture(tool->Picture);
+    chkEnabled->setChecked(tool->Enabled);
+    chkInToolBar->setChecked(tool->IntoolBar());
+    chkRunOutOfProcess->setChecked(tool->RunOutOfProcess());
+    m_events->setEvents(tool->VBEvents);
+    rtHelp.setTextRTF(tool->HelpString);
+    m_loadedHelp = rtHelp.TextRTF();
+    for (QLineEdit *edit : {txtDescription, txtLocation, txtCommandLine})
+        edit->setCursorPosition(0); // a long path shows its start
+    setDirty(false);
+}
+
+QString frmToolProps::CaptionText() const
+{
+    return m_tool ? m_tool->Description : QString();
+}
+
+void frmToolProps::setDirty(bool dirty)
+{
+    m_dirty = dirty;
+    cmdApply->setEnabled(dirty);
+}
+
+qint16 frmToolProps::Kind() const
+{
+    const QVariant kind = cboToolType->currentData();
+    return kind.isValid() ? static_cast<qint16>(kind.toInt()) : qint16(CVBATool::NoKind);
+}
+
+void frmToolProps::setKind(qint16 kind)
+{
+    const int index = kind - CVBATool::NoKind;
+    if (index < 0 || index >= cboToolType->count() || index == cboToolType->currentIndex())
+        return;
+    cboToolType->setCurrentIndex(index);
+    cboToolType_Click();
+}
+
+void frmToolProps::ApplyChanges()
+{
+    if (!m_tool)
+        return;
+    const ToolPtr tool = m_tool; // the owner may hand in another one meanwhile
+    const QString newName = txtDescription->text();
+    if (newName != tool->Description) {
+        const QString oldName = std::exchange(tool->Description, newName);
+        Q_EMIT NameChange(oldName, newName);
+        if (tool->Description != newName)
+            txtDescription->setText(tool->Description);
+    }
+    const QString newLocation = txtLocation->text();
+    const QString oldLocation = tool->Location();
+    if (newLocation != oldLocation) {
+        tool->setLocation(newLocation);
+        Q_EMIT LocationChange(oldLocation, newLocation);
+    }
+    tool->Picture = picToolImage->Picture();
+    Q_EMIT UpdatePicture(tool->Picture);
+    tool->CommandLine = txtCommandLine->text();
+    tool->ToolType = Kind();
+    tool->VBEvents = m_events->events(tool->VBEvents);
+    tool->Enabled = chkEnabled->isChecked();
+    tool->setIntoolBar(chkInToolBar->isChecked());
+    tool->setRunOutOfProcess(chkRunOutOfProcess->isChecked());
+    m_loadedHelp = rtHelp.TextRTF();
+    tool->HelpString = m_loadedHelp;
+    Q_EMIT Change();
+    setDirty(false);
+}
+
+void frmToolProps::SaveQuestion()
+{
+    // The editor tells of changes only after a short pause: the last words count, too.
+    if (!m_tool || (!Dirty() && rtHelp.TextRTF() == m_loadedHelp))
+        return;
+    const auto answer =
+        MsgBox::show(this, QStringLiteral("Do you want to save your changes first?"),
+            MsgBox::Buttons::YesNo, MsgBox::Icon::Question);
+    if (answer == MsgBox::Answer::Yes)
+        ApplyChanges();
+}
+
+// --- General page ---
+
+void frmToolProps::cboToolType_Click()
+{
+    if (Kind() == CVBATool::Separator) {
+        txtDescription->setText(QStringLiteral("Separator"));
+        picToolImage->setPicture(imgBlank->Image());
+    }
+    setDirty(true);
+}
+
+void frmToolProps::cmdBrowseTool_Click()
+{
+    CommonDialog dlg(this);
+    dlg.DialogTitle = QStringLiteral("Select Tool");
+    dlg.Filter = browseFilter();
+    dlg.FileName = txtLocation->text();
+    if (dlg.ShowOpen() && !dlg.FileName.isEmpty())
+        RecognizeToolFile(dlg.FileName);
+}
+
+QString frmToolProps::macroFolder() const
+{
+    return mFileUtil::UsableFolder(m_settings.MacroPath());
+}
+
+void frmToolProps::RecognizeToolFile(const QString &FileName)
+{
+    const auto kind = ToolFileRecognition::kindOf(FileName, Kind());
+    if (!kind) {
+        // The toolkit draws a carriage return as a character of its own.
+        MsgBox::show(this, ToolFileRecognition::unrecognisedText().remove(u'\r'),
+            MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
+        return;
+    }
+    const QString formerLocation = txtLocation->text();
+    setKind(*kind);
+    txtLocation->setText(ToolFileRecognition::locationOf(FileName, macroFolder()));
+    if (ToolFileRecognition::isReplaceable(txtDescription->text(), formerLocation))
+        txtDescription->setText(ToolFileRecognition::nameOf(FileName));
+    if (*kind == CVBATool::StandardExecutable || *kind == CVBATool::AddInExecutable) {
+        if (LoadIconFromFile(txtLocation->text())) {
+            picToolImage->setPicture(picConvert->Picture());
+            setDirty(true);
+        }
+    }
+}
+
+bool frmToolProps::LoadIconFromFile(const QString &FileName)
+{
+    // A bare name stands for a file in the macro folder.
+    const QString path = QFileInfo(FileName).isAbsolute()
+        ? FileName
+        : mFileUtil::AddSeparator(macroFolder()) + FileName;
+    const ProgramIcons icons(path);
+    const QImage icon = icons.icon(0);
+    if (icon.isNull())
+        return false;
+    picIcon->resize(icon.size());
+    picIcon->setPicture(icon);
+    picConvert->setPicture(picIcon->Image());
+    picConvert->setPicture(picConvert->Image());
+    return true;
+}
+
+void frmToolProps::cmdBrowseImage_Click()
+{
+    const QString scratch = mFileUtil::AddSeparator(macroFolder()) + QStringLiteral("$$$.bmp");
+    frmFileButton picker(m_store, this);
+    picker.setFileName(scratch);
+    picker.setButtonPicture(picToolImage->Picture());
+    picker.exec();
+    if (!picker.OK())
+        return;
+    picToolImage->setPicture(Picture::load(scratch));
+    setDirty(true);
+}
+
+void frmToolProps::cmdToolID_Click()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setImage(picToolImage->Image());
+    giveFocusToHelp();
+    // "+{INSERT}" to whatever has the focus now: shift and insert, which pastes.
+    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp.widget;
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent key(type, Qt::Key_Insert, Qt::ShiftModifier);
+        QCoreApplication::sendEvent(target, &key);
+    }
+    rtHelp.setSelText(txtDescription->text() + u' ');
+}
+
+void frmToolProps::giveFocusToHelp()
+{
+    sstAll->setCurrentIndex(HelpTab); // a hidden control takes no focus
+    rtHelp.widget->setFocus();
+}
+
+// --- Buttons ---
+
+void frmToolProps::cmdPrior_Click()
+{
+    SaveQuestion();
+    Q_EMIT RequestPriorTool();
+    if (sstAll->currentIndex() == HelpTab)
+        giveFocusToHelp();
+}
+
+void frmToolProps::cmdNext_Click()
+{
+    SaveQuestion();
+    Q_EMIT RequestNextTool();
+    if (sstAll->currentIndex() == HelpTab)
+        giveFocusToHelp();
+}
+
+void frmToolProps::cmdOK_Click()
+{
+    ApplyChanges();
+    m_ok = true;
+    accept();
+}
+
+void frmToolProps::cmdCancel_Click()
+{
+    m_ok = false;
+    reject();
+}
+
+void frmToolProps::cmdApply_Click()
+{
+    ApplyChanges();
+}

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "model/CVBATool.h"
+#include "tooledit/HelpEditor.h"
+
+#include <QDialog>
+
+class EventsPage;
+class PictureControl;
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QTabWidget;
+class QToolButton;
+class Settings;
+class SettingsStore;
+
+/// The dialog in which a tool is edited. It works on the set's own tool: nothing reaches it before
+/// the changes are applied, and what is applied is at once the state of the set. The owner hears of
+/// the changes through the signals and hands in the next and the prior tool on request.
+class frmToolProps : public QDialog
+{
+    Q_OBJECT
+public:
+    /// Settings and store are borrowed; the store keeps the picker's folder.
+    frmToolProps(const Settings &settings, SettingsStore &store, const HelpEditor &rtHelp,
+        QWidget *parent = nullptr);
+
+    // --- Properties ---
+    ToolPtr Tool() const { return m_tool; }
+    /// Fills the controls from the tool.
+    void setTool(const ToolPtr &tool);
+    /// True when the dialog was closed by cmdOK.
+    bool OK() const { return m_ok; }
+    /// What the status bar shows for the tool: its name.
+    QString CaptionText() const;
+
+    void done(int result) override;
+
+Q_SIGNALS:
+    void Change();
+    void LocationChange(const QString &OldLocation, const QString &NewLocation);
+    /// The tool has its new name already. Where the owner makes another one of it, that is shown.
+    void NameChange(const QString &OldName, const QString &NewName);
+    void RequestNextTool();
+    void RequestPriorTool();
+    void UpdatePicture(const QImage &Picture);
+
+private Q_SLOTS:
+    void cboToolType_Click();
+    void cmdBrowseTool_Click();
+    void cmdBrowseImage_Click();
+    void cmdToolID_Click();
+    void cmdPrior_Click();
+    void cmdNext_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+    void cmdApply_Click();
+
+private:
+    QWidget *generalPage();
+    void layOut();
+    void Form_Load();
+    void Form_QueryUnload();
+    void ApplyChanges();
+    /// Asks whether a changed tool shall be saved first; Yes applies.
+    void SaveQuestion();
+    void RecognizeToolFile(const QString &FileName);
+    /// The first icon of a program file as a button picture. False when it has none.
+    bool LoadIconFromFile(const QString &FileName);
+    void giveFocusToHelp();
+
+    bool Dirty() const { return m_dirty; }
+    void setDirty(bool dirty);
+    qint16 Kind() const; ///< -1 when none is chosen.
+    void setKind(qint16 kind); ///< Other values than those of the list leave the choice.
+    QString macroFolder() const;
+
+    const Settings &m_settings;
+    SettingsStore &m_store;
+    HelpEditor rtHelp;
+    ToolPtr m_tool;
+    bool m_dirty = false;
+    bool m_ok = false;
+    QString m_loadedHelp; ///< As the editor gave it after loading.
+
+    QTabWidget *sstAll;
+    QComboBox *cboToolType;
+    QLineEdit *txtLocation;
+    QPushButton *cmdBrowseTool;
+    QLineEdit *txtCommandLine;
+    QLineEdit *txtDescription;
+    PictureControl *picToolImage;
+    QPushButton *cmdBrowseImage;
+    QCheckBox *chkEnabled;
+    QCheckBox *chkInToolBar;
+    QCheckBox *chkRunOutOfProcess;
+    QPushButton *cmdToolID;
+    PictureControl *picIcon;
+    PictureControl *picConvert;
+    PictureControl *imgBlank;
+    EventsPage *m_events;
+    QToolButton *cmdPrior;
+    QToolButton *cmdNext;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
+    QPushButton *cmdApply;
+};

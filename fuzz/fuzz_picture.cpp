@@ -1,0 +1,29 @@
+#include "platform/picture/Metafile.h"
+#include "platform/picture/Picture.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+/// Metafiles are only taken apart: what plays them is a process of its own.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    constexpr qint64 memory = 1 << 20;
+    const QByteArrayView bytes(reinterpret_cast<const char *>(data), qsizetype(size));
+    qint64 memoryLeft = memory;
+    const auto image = Picture::decode(bytes, memoryLeft);
+    if (image ? image->isNull() || memoryLeft != memory - image->sizeInBytes() || memoryLeft < 0
+              : memoryLeft != memory)
+        std::abort();
+    if (image) {
+        // Nothing of it is left to chance.
+        qint64 again = memory;
+        if (Picture::decode(bytes, again) != image)
+            std::abort();
+    }
+    Metafile::size(bytes);
+    const QImage sole = Metafile::soleBitmap(bytes);
+    if (!sole.isNull() && sole.format() != QImage::Format_RGB32)
+        std::abort();
+    return 0;
+}
