@@ -49,7 +49,7 @@ int main(int argc, char *argv[])
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     mTSM state;
     const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {
-        return new frmToolSet(frame, state, settings, storage);
+        return new frmToolSet(frame, state, settings, store, storage);
     };
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));

@@ -12,6 +12,7 @@
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
 #include "platform/picture/ProgramIcons.h"
+#include "shell/Frame.h"
 #include "shell/Settings.h"
 #include "shell/frmHelp.h"
 #include "tooledit/IconStrip.h"
@@ -602,5 +603,5 @@ void frmFileButton::cmdHelp_Click()
     // A window of this dialog, because a modal dialog keeps the input from all others.
     if (m_help == nullptr)
         m_help = new frmHelp(this);
-    m_help->showPage(QStringLiteral("manual.md"));
+    m_help->showHelp(QString::fromUtf16(Frame::programHelp));
 }

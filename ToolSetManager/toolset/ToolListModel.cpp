@@ -164,6 +164,11 @@ QString ToolListModel::renameTool(int row, const QString &newName)
     return tool->Description;
 }
 
+void ToolListModel::toolChanged(int row)
+{
+    dataChangedInRow(row);
+}
+
 QList<int> ToolListModel::appendTools(const QList<ToolPtr> &tools)
 {
     std::vector<Row> added;

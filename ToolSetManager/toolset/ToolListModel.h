@@ -47,6 +47,8 @@ public:
     /// Renames the tool in that row; the set may make the name unique. Returns the name it has
     /// then. The row keeps its place.
     QString renameTool(int row, const QString &newName);
+    /// The tool in that row was changed in another way than by its name.
+    void toolChanged(int row);
     /// Adds the tools at the end of the set, which names them; a tool that it refuses is left out.
     /// Returns their rows: the last ones, or where the present sort puts a single tool.
     QList<int> appendTools(const QList<ToolPtr> &tools);

@@ -8,15 +8,19 @@
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SendKeys.h"
 #include "platform/desktop/mFileUtil.h"
+#include "platform/rtf/RichTextBox.h"
+#include "richtext/frmToolHelp.h"
 #include "shell/CFileList.h"
 #include "shell/CommandTable.h"
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
 #include "shell/Settings.h"
+#include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolListModel.h"
+#include "toolset/ToolPropertiesLink.h"
 #include "toolset/ToolSetMenus.h"
 
 #include <QAction>
@@ -26,8 +30,11 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
+
+#include <tuple>
 
 namespace {
 
@@ -44,8 +51,8 @@ QTimer *makeTimer(QObject *parent, int interval)
 
 } // namespace
 
-frmToolSet::frmToolSet(
-    Frame &frame, mTSM &state, const Settings &settings, ToolSetStorage &storage, QWidget *parent)
+frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, SettingsStore &store,
+    ToolSetStorage &storage, QWidget *parent)
     : QWidget(parent)
     , m_frame(frame)
     , m_state(state)
@@ -54,12 +61,14 @@ frmToolSet::frmToolSet(
     , lblToolSet(new QLabel(QStringLiteral("New Tool Set"), this))
     , lvTools(new ListView(QStringLiteral("Tools"), buttonPictureSize, this))
     , m_menus(new ToolSetMenus(this))
+    , tmrHelp(makeTimer(this, 10))
     , tmrPopUp(makeTimer(this, 25))
     , tmrResize(makeTimer(this, 50))
     , picUtil(pictureBoxSize, pictureBoxSize)
     , m_tools(std::make_unique<CVBATools>(storage))
     , m_list(new ToolListModel(this))
     , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
+    , m_properties(new ToolPropertiesLink(this, frame, settings, store, *lvTools, *m_list))
 {
     setObjectName(QStringLiteral("frmToolSet"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -70,6 +79,8 @@ frmToolSet::frmToolSet(
     lblToolSet->setTextFormat(Qt::PlainText);
     lblToolSet->setContentsMargins(6, 4, 6, 4);
     lvTools->setObjectName(QStringLiteral("lvTools"));
+    lblToolSet->installEventFilter(this);
+    connect(tmrHelp, &QTimer::timeout, this, &frmToolSet::tmrHelp_Timer);
     connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
@@ -130,6 +141,10 @@ void frmToolSet::connectMenus()
     connect(m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, this,
         &frmToolSet::mnuFileSaveAs_Click);
     connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
+    connect(m_menus->mnuEditX[Menus::EditToolHelp], &QAction::triggered, tmrHelp,
+        qOverload<>(&QTimer::start));
+    connect(m_menus->mnuViewX[Menus::ViewToolHelp], &QAction::triggered, this,
+        &frmToolSet::showToolHelp);
     // "Tool Help" goes again with the menu. Later, because the menu tells that it hides before it
     // tells which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
@@ -194,6 +209,8 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("cut"), &frmToolSet::cutCommand},
         {QStringLiteral("copy"), &frmToolSet::copyCommand},
         {QStringLiteral("paste"), &frmToolSet::pasteCommand},
+        {QStringLiteral("toolproperties"), &frmToolSet::toolPropertiesCommand},
+        {QStringLiteral("properties"), &frmToolSet::propertiesCommand},
     };
     if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
@@ -231,6 +248,8 @@ bool frmToolSet::openToolSet()
         const Hourglass hourglass;
         ok = loaded->Load(m_fileName);
         if (ok) {
+            if (loaded->FileVersion() < BmtFormat::currentVersion)
+                rewriteHelpTexts(*loaded);
             m_list->setTools(loaded.get());
             m_tools = std::move(loaded);
             lblToolSet->setText(m_tools->Description());
@@ -247,6 +266,16 @@ bool frmToolSet::openToolSet()
             MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
     }
     return ok;
+}
+
+void frmToolSet::rewriteHelpTexts(CVBATools &tools)
+{
+    for (const ToolPtr &tool : tools) {
+        if (!tool->HelpString.isEmpty()) {
+            tool->HelpString =
+                RichTextBox::ownForm(tool->HelpString, QStringLiteral("MS Sans Serif"), 8.5);
+        }
+    }
 }
 
 void frmToolSet::saveCommand()
@@ -432,6 +461,9 @@ void frmToolSet::connectEdits()
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
     connect(m_edit, &EditCommands::changed, this, [this] { m_dirty = true; });
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
+    connect(
+        m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);
+    connect(m_properties, &ToolPropertiesLink::changed, this, [this] { m_dirty = true; });
     addMoveKeys();
 }
 
@@ -488,6 +520,64 @@ void frmToolSet::deleteCommand()
 void frmToolSet::silentDeleteCommand()
 {
     m_edit->deleteTools(false);
+}
+
+// --- Dialogs ---
+
+void frmToolSet::toolPropertiesCommand()
+{
+    m_properties->ShowToolProperties();
+}
+
+void frmToolSet::propertiesCommand()
+{
+    const auto values = [this] {
+        return std::tuple(m_tools->Description(), m_tools->LongDescription(), m_tools->FLAGS());
+    };
+    const auto before = values();
+    frmTSProps dialog(this);
+    dialog.Toolset = m_tools.get();
+    dialog.exec();
+    if (values() == before)
+        return;
+    m_dirty = true;
+    lblToolSet->setText(m_tools->Description());
+}
+
+void frmToolSet::tmrHelp_Timer()
+{
+    showToolHelp();
+}
+
+void frmToolSet::showToolHelp()
+{
+    const int row = lvTools->SelectedItem();
+    if (row < 0)
+        return;
+    const CVBATool &tool = *m_list->toolAt(row);
+    auto *help = new frmToolHelp(window());
+    // Beside this window where there is room for it, with a little to spare; else on its left.
+    constexpr Twips spare {300};
+    const QRect own(mapToGlobal(QPoint(0, 0)), size());
+    const QRect screenArea = screen()->geometry();
+    const Twips right = Twips::fromPixels(own.right() + 1);
+    const Twips left = Twips::fromPixels(qMax(screenArea.left(), own.left() - help->width()));
+    const bool fits = right + Twips::fromPixels(help->width()) + spare
+        <= Twips::fromPixels(screenArea.right() + 1);
+    help->ShowHelp(tool.HelpString, static_cast<float>((fits ? right : left).value),
+        static_cast<float>(Twips::fromPixels(own.top()).value), tool.Description);
+}
+
+void frmToolSet::lblToolSet_DblClick()
+{
+    m_frame.setAction(QStringLiteral("properties"));
+}
+
+bool frmToolSet::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == lblToolSet && event->type() == QEvent::MouseButtonDblClick)
+        lblToolSet_DblClick();
+    return QWidget::eventFilter(watched, event);
 }
 
 // --- lvTools ---

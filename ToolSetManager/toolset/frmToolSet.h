@@ -14,7 +14,9 @@ class ListView;
 class QLabel;
 class QTimer;
 class Settings;
+class SettingsStore;
 class ToolListModel;
+class ToolPropertiesLink;
 class ToolSetMenus;
 class mTSM;
 struct ToolSetStorage;
@@ -26,8 +28,8 @@ class frmToolSet : public QWidget, public DocumentWindow
     Q_OBJECT
 public:
     /// What is handed in is borrowed. The window deletes itself when it is closed.
-    frmToolSet(Frame &frame, mTSM &state, const Settings &settings, ToolSetStorage &storage,
-        QWidget *parent = nullptr);
+    frmToolSet(Frame &frame, mTSM &state, const Settings &settings, SettingsStore &store,
+        ToolSetStorage &storage, QWidget *parent = nullptr);
     ~frmToolSet() override;
 
     // --- Properties ---
@@ -67,6 +69,7 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     // --- lvTools ---
@@ -83,7 +86,10 @@ private Q_SLOTS:
     void mnuFileSaveAs_Click();
     void mnuFileExit_Click();
     void mnuWindow_aboutToShow();
+    // --- lblToolSet ---
+    void lblToolSet_DblClick();
     // --- timers ---
+    void tmrHelp_Timer(); ///< 10 ms after "Tool Help": the menu has gone then.
     void tmrPopUp_Timer(); ///< 25 ms after the right button: the list has done its own part then.
     void tmrResize_Timer(); ///< 50 ms after the last resize: label, then list.
 
@@ -105,6 +111,11 @@ private:
     void newToolCommand();
     void deleteCommand();
     void silentDeleteCommand();
+    void toolPropertiesCommand();
+    void propertiesCommand();
+    void showToolHelp();
+    /// Help texts of old files come out in the form that the rich-text box gives them.
+    static void rewriteHelpTexts(CVBATools &tools);
     void openCommand();
     void saveCommand();
     bool openToolSet();
@@ -127,6 +138,7 @@ private:
     QLabel *lblToolSet;
     ListView *lvTools;
     ToolSetMenus *m_menus;
+    QTimer *tmrHelp;
     QTimer *tmrPopUp;
     QTimer *tmrResize;
     PictureBox picUtil; ///< Renders the button pictures for the file.
@@ -135,6 +147,7 @@ private:
     std::unique_ptr<CVBATools> m_tools;
     ToolListModel *m_list;
     EditCommands *m_edit;
+    ToolPropertiesLink *m_properties;
     QString m_caption;
     QString m_fileName;
     bool m_dirty = false;

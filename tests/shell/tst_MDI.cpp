@@ -93,7 +93,7 @@ void MDI_test::makeFrame(const QString &commandLine)
     m_frame = std::make_unique<MDI>(
         *m_state, *m_settings, *m_store,
         [this](Frame &frame) -> DocumentWindow * {
-            return new frmToolSet(frame, *m_state, *m_settings, *m_storage);
+            return new frmToolSet(frame, *m_state, *m_settings, *m_store, *m_storage);
         },
         commandLine);
     m_frame->show();
@@ -159,7 +159,6 @@ void MDI_test::untitledWindowsCountOn()
 void MDI_test::commandsRunInOrder()
 {
     m_frame->setAction(u"newtoolset"_qs);
-    m_frame->setAction(u"newtool"_qs);
     m_frame->setAction(u"list"_qs);
     m_frame->setAction(u"no such word"_qs);
     m_frame->setAction(u"newtoolset"_qs);
@@ -266,10 +265,11 @@ void MDI_test::toolbarFollowsTheWindows()
     run(u"newtoolset"_qs);
     QCOMPARE(
         enabledButtons(), u"newtoolset open save newtool print properties macro list details"_qs);
+    Answers answers;
+    answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
     run(u"newtool"_qs);
     run(u"copy"_qs);
     QCOMPARE(enabledButtons().split(u' ').size(), 14);
-    Answers answers;
     answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::No);
     subWindow(0)->close();
     waitForQueue();
@@ -311,8 +311,9 @@ void MDI_test::closingCancelled()
     m_frame->openFile(file("a.bmt"));
     m_frame->setAction(u"newtoolset"_qs);
     m_frame->setAction(u"newtool"_qs);
-    waitForQueue();
     Answers answers;
+    answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
+    waitForQueue();
     answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Cancel);
     QVERIFY(!m_frame->close());
     QCOMPARE(captions().size(), 2);

@@ -1,6 +1,7 @@
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/ListView.h"
+#include "platform/desktop/SettingsStore.h"
 #include "platform/picture/PictureBox.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -11,6 +12,7 @@
 #include "toolset/ToolSetMenus.h"
 #include "toolset/frmToolSet.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QClipboard>
 #include <QHeaderView>
@@ -58,6 +60,10 @@ private Q_SLOTS:
     void clipboardKeysDuringARename();
     void movingByKeyboard();
 
+    void toolProperties();
+    void toolSetProperties();
+    void toolHelp();
+
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
     /// A file with tools of these one-letter names.
@@ -70,6 +76,8 @@ private:
         return window->findChild<ToolListModel *>();
     }
     static ToolSetMenus *menusOf(frmToolSet *window) { return window->findChild<ToolSetMenus *>(); }
+    /// Runs "newtool" and cancels the dialog that it opens.
+    static void addTool(frmToolSet *window);
     static void select(frmToolSet *window, const QString &tools);
     /// Names by position; "b*" is ghosted, "[b]" selected.
     static QString text(frmToolSet *window);
@@ -80,6 +88,7 @@ private:
     std::unique_ptr<ToolSetStorage> m_storage;
     std::unique_ptr<mTSM> m_state;
     std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<FakeFrame> m_frame;
 };
 
@@ -89,6 +98,7 @@ void frmToolSet_test::init()
     m_storage = std::make_unique<ToolSetStorage>(1252, path("scratch"), path("data"));
     m_state = std::make_unique<mTSM>();
     m_settings = std::make_unique<Settings>(m_folder->path());
+    m_store = std::make_unique<SettingsStore>(path("settings"));
     m_frame = std::make_unique<FakeFrame>();
 }
 
@@ -119,7 +129,7 @@ QString frmToolSet_test::file(const char *name, const QString &tools)
 
 frmToolSet *frmToolSet_test::newWindow()
 {
-    auto *form = new frmToolSet(*m_frame, *m_state, *m_settings, *m_storage);
+    auto *form = new frmToolSet(*m_frame, *m_state, *m_settings, *m_store, *m_storage);
     m_frame->documents.append(form);
     form->resize(500, 300);
     form->show();
@@ -132,6 +142,13 @@ frmToolSet *frmToolSet_test::window(const QString &filePath)
     form->setFileName(filePath);
     form->setAction(u"open"_qs);
     return form;
+}
+
+void frmToolSet_test::addTool(frmToolSet *window)
+{
+    Answers answers;
+    answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
+    window->setAction(u"newtool"_qs);
 }
 
 void frmToolSet_test::select(frmToolSet *window, const QString &tools)
@@ -355,7 +372,7 @@ void frmToolSet_test::nothingIsLostWhenSavingFails()
 
     // Given up in the dialog, after the user has asked for it.
     frmToolSet *untitled = newWindow();
-    untitled->setAction(u"newtool"_qs);
+    addTool(untitled);
     Answers answers;
     answers.message(u"Save changes to Untitled"_qs, QMessageBox::Yes);
     answers.file(u"Save Tool Set"_qs, QString());
@@ -408,7 +425,7 @@ void frmToolSet_test::commandGroups()
     };
     form->Form_Activate();
     QCOMPARE(enabled(), u"------"_qs);
-    form->setAction(u"newtool"_qs);
+    addTool(form);
     QCOMPARE(enabled(), u"xxx-xx"_qs);
     form->setAction(u"copy"_qs);
     QCOMPARE(enabled(), u"xxxxxx"_qs);
@@ -444,7 +461,7 @@ void frmToolSet_test::exitStopsAtACancel()
 {
     const QPointer<frmToolSet> clean(window(file("a.bmt", u"xyz"_qs)));
     frmToolSet *changed = window(file("b.bmt", u"xyz"_qs));
-    changed->setAction(u"newtool"_qs);
+    addTool(changed);
     {
         Answers answers;
         answers.message(u"Save changes to "_qs + path("b.bmt"), QMessageBox::Cancel);
@@ -579,7 +596,7 @@ void frmToolSet_test::newTool()
     frmToolSet *form = window(file("a.bmt", u"ab"_qs));
     select(form, u"ab"_qs);
     modelOf(form)->sort(0, Qt::DescendingOrder);
-    form->setAction(u"newtool"_qs);
+    addTool(form);
     QCOMPARE(text(form), u"a b [Tool(1)]"_qs);
     QCOMPARE(form->Tools().Item(u"Tool(1)"_qs)->Picture.size(), QSize(18, 18));
     QVERIFY(form->Dirty());
@@ -624,6 +641,80 @@ void frmToolSet_test::movingByKeyboard()
     QCOMPARE(press(Qt::Key_End), u"a c e [b] [d]"_qs);
     QCOMPARE(press(Qt::Key_Home), u"[b] [d] a c e"_qs);
     QVERIFY(form->Dirty());
+}
+
+// --- Dialogs ---
+
+void frmToolSet_test::toolProperties()
+{
+    frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+    modelOf(form)->sort(0, Qt::DescendingOrder); // c b a
+    form->setAction(u"toolproperties"_qs); // nothing selected: nothing opens
+    select(form, u"b"_qs);
+    Answers answers;
+    QStringList seen;
+    answers.dialog(u"frmToolProps"_qs, [&](QDialog *dialog) {
+        auto *name = dialog->findChild<QLineEdit *>(u"txtDescription"_qs);
+        auto *next = dialog->findChild<QAbstractButton *>(u"cmdNext"_qs);
+        auto *prior = dialog->findChild<QAbstractButton *>(u"cmdPrior"_qs);
+        auto *apply = dialog->findChild<QAbstractButton *>(u"cmdApply"_qs);
+        const auto note = [&] { seen.append(name->text() + u'/' + m_frame->panels[1]); };
+        note();
+        next->click();
+        note();
+        next->click(); // the last one already
+        note();
+        prior->click();
+        prior->click();
+        prior->click(); // the first one already
+        note();
+        dialog->findChild<QLineEdit *>(u"txtLocation"_qs)->setText(u"new place"_qs);
+        name->setText(u"A"_qs); // taken: the set makes it unique
+        apply->click();
+        note();
+        dialog->findChild<QAbstractButton *>(u"cmdOK"_qs)->click();
+    });
+    form->setAction(u"toolproperties"_qs);
+    QCOMPARE(seen.join(u' '), u"b/b a/a a/a c/c A(1)/A(1)"_qs);
+    QCOMPARE(text(form), u"a b [A(1)]"_qs);
+    QCOMPARE(form->Tools().Item(u"A(1)"_qs)->Location(), u"new place"_qs);
+    QVERIFY(form->Dirty());
+    QCOMPARE(m_frame->panels[1], QString());
+    form->setAction(u"save"_qs);
+    QCOMPARE(inFile(path("a.bmt")), u"a b A(1)"_qs);
+}
+
+void frmToolSet_test::toolSetProperties()
+{
+    frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+    auto *label = form->findChild<QLabel *>(u"lblToolSet"_qs);
+    QTest::mouseDClick(label, Qt::LeftButton);
+    QCOMPARE(m_frame->words, QStringList(u"properties"_qs));
+    for (const bool changing : {false, true}) {
+        Answers answers;
+        answers.dialog(u"frmTSProps"_qs, [&](QDialog *dialog) {
+            if (changing)
+                dialog->findChild<QLineEdit *>(u"txtDescription"_qs)->setText(u"<b>New"_qs);
+            dialog->findChild<QAbstractButton *>(u"cmdOK"_qs)->click();
+        });
+        form->setAction(u"properties"_qs);
+        QCOMPARE(form->Dirty(), changing);
+        QCOMPARE(label->text(), changing ? u"<b>New"_qs : u"About a.bmt"_qs);
+    }
+}
+
+void frmToolSet_test::toolHelp()
+{
+    frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+    select(form, u"c"_qs);
+    for (QAction *door : {menusOf(form)->mnuEditX[ToolSetMenus::EditToolHelp],
+             menusOf(form)->mnuViewX[ToolSetMenus::ViewToolHelp]}) {
+        door->trigger();
+        QTRY_VERIFY(form->findChild<QWidget *>(u"frmToolHelp"_qs));
+        auto *help = form->findChild<QWidget *>(u"frmToolHelp"_qs);
+        QCOMPARE(help->windowTitle(), u"Help For c"_qs);
+        delete help;
+    }
 }
 
 TSM_TEST(frmToolSet_test);

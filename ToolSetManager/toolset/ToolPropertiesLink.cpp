@@ -1,0 +1,97 @@
+#include "toolset/ToolPropertiesLink.h"
+
+#include "platform/desktop/ListView.h"
+#include "richtext/RTFEditor.h"
+#include "shell/Frame.h"
+#include "tooledit/frmToolProps.h"
+#include "toolset/ToolListModel.h"
+
+namespace {
+
+constexpr int namePanel = 1;
+
+} // namespace
+
+ToolPropertiesLink::ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings,
+    SettingsStore &store, ListView &list, ToolListModel &model)
+    : QObject(form)
+    , m_form(form)
+    , m_frame(frame)
+    , m_settings(settings)
+    , m_store(store)
+    , m_list(list)
+    , m_model(model)
+{
+}
+
+void ToolPropertiesLink::ShowToolProperties()
+{
+    const int row = m_list.SelectedItem();
+    if (row < 0 || ToolProperties)
+        return;
+    const QPointer<ToolPropertiesLink> alive(this);
+    ToolProperties = new frmToolProps(m_settings, m_store, HelpEditor::of(new RTFEditor), m_form);
+    const QPointer<frmToolProps> dialog = ToolProperties;
+    connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::changed);
+    connect(dialog, &frmToolProps::LocationChange, this,
+        &ToolPropertiesLink::ToolProperties_LocationChange);
+    connect(
+        dialog, &frmToolProps::NameChange, this, &ToolPropertiesLink::ToolProperties_NameChange);
+    connect(dialog, &frmToolProps::RequestNextTool, this,
+        &ToolPropertiesLink::ToolProperties_RequestNextTool);
+    connect(dialog, &frmToolProps::RequestPriorTool, this,
+        &ToolPropertiesLink::ToolProperties_RequestPriorTool);
+    connect(dialog, &frmToolProps::UpdatePicture, this,
+        &ToolPropertiesLink::ToolProperties_UpdatePicture);
+    showToolIn(row);
+    dialog->exec();
+    delete dialog;
+    if (!alive)
+        return;
+    m_model.refreshPictures();
+    m_frame.setPanelText(namePanel, QString());
+}
+
+void ToolPropertiesLink::showToolIn(int row)
+{
+    m_item = QPersistentModelIndex(m_model.index(row, 0));
+    ToolProperties->setTool(m_model.toolAt(row));
+    m_frame.setPanelText(namePanel, ToolProperties->CaptionText());
+}
+
+void ToolPropertiesLink::ToolProperties_LocationChange()
+{
+    m_model.toolChanged(m_item.row());
+}
+
+void ToolPropertiesLink::ToolProperties_NameChange(const QString &OldName, const QString &NewName)
+{
+    // The dialog has given the tool its new name already, and the set takes a tool out by the name
+    // that it has: so the old one comes back first.
+    m_model.toolAt(m_item.row())->Description = OldName;
+    m_model.renameTool(m_item.row(), NewName);
+    m_frame.setPanelText(namePanel, ToolProperties->CaptionText());
+}
+
+void ToolPropertiesLink::ToolProperties_RequestNextTool()
+{
+    const int next = m_item.row() + 1;
+    if (next >= m_model.rowCount())
+        return;
+    m_list.setSelectedItem(next);
+    showToolIn(next);
+}
+
+void ToolPropertiesLink::ToolProperties_RequestPriorTool()
+{
+    const int prior = m_item.row() - 1;
+    if (prior < 0)
+        return;
+    m_list.setSelectedItem(prior);
+    showToolIn(prior);
+}
+
+void ToolPropertiesLink::ToolProperties_UpdatePicture()
+{
+    m_model.toolChanged(m_item.row());
+}
