@@ -146,7 +146,8 @@ int main(int argc, char *argv[])
     samples = &set;
     Ratios ratios({1000, 10000});
     ratios.compare({"load", load}, {"plain read + bitmaps + scratch file", loadFloor}, 1.5);
-    ratios.compare({"save", save}, {"bitmaps + scratch file + copy + plain write", saveFloor<true>});
+    ratios.compare(
+        {"save", save}, {"bitmaps + scratch file + copy + plain write", saveFloor<true>});
     ratios.compare({"save", save}, {"copy + plain write", saveFloor<false>});
     return ratios.run(argc, argv);
 }

@@ -36,8 +36,8 @@ public:
 private:
     void report()
     {
-        std::printf("%.3f %.3f\n", milliseconds(CLOCK_MONOTONIC),
-            milliseconds(CLOCK_PROCESS_CPUTIME_ID));
+        std::printf(
+            "%.3f %.3f\n", milliseconds(CLOCK_MONOTONIC), milliseconds(CLOCK_PROCESS_CPUTIME_ID));
         std::fflush(stdout);
         QCoreApplication::exit(0); // not quit(), which would ask the windows to close
     }

@@ -24,8 +24,8 @@ public:
 
     /// The sizes stand ten times apart, so that growth shows; TSM_BENCH_SIZES ("10000 100000")
     /// replaces them. \a repetitions are for the medians.
-    explicit Ratios(
-        std::vector<int> sizes, int repetitions = 9, Clock clock = Clock::Usual, int iterations = 0);
+    explicit Ratios(std::vector<int> sizes, int repetitions = 9, Clock clock = Clock::Usual,
+        int iterations = 0);
 
     /// A row of the table. \a aim is the ratio that the subject should stay within; 0 for none. A
     /// floor may serve several rows, and a subject may be a floor.
