@@ -11,6 +11,21 @@ bool isKnown(int number)
     return (number >= 1250 && number <= 1258) || number == 874;
 }
 
+/// Most texts, which are alike in all the code pages. No early end, so that the compiler takes many
+/// characters at once.
+template <class Text>
+bool isAscii(Text text)
+{
+    unsigned all = 0;
+    for (const auto unit : text) {
+        if constexpr (sizeof(unit) == 1)
+            all |= static_cast<uchar>(unit);
+        else
+            all |= unit.unicode();
+    }
+    return all < 0x80;
+}
+
 } // namespace
 
 CodePage::CodePage(int number)
@@ -105,6 +120,8 @@ int CodePage::numberForLocale(const QLocale &locale)
 
 QString CodePage::decode(QByteArrayView bytes) const
 {
+    if (isAscii(bytes))
+        return QString::fromLatin1(bytes);
     const Tables &tables = this->tables();
     QString text(bytes.size(), Qt::Uninitialized);
     QChar *to = text.data();
@@ -115,6 +132,8 @@ QString CodePage::decode(QByteArrayView bytes) const
 
 std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex) const
 {
+    if (isAscii(text))
+        return text.toLatin1();
     const Tables &tables = this->tables();
     QByteArray bytes(text.size(), Qt::Uninitialized);
     char *to = bytes.data();
@@ -151,6 +170,8 @@ QByteArray CodePage::encodeLossy(QStringView text) const
 
 qsizetype CodePage::firstUnencodable(QStringView text) const
 {
+    if (isAscii(text))
+        return -1;
     const Tables &tables = this->tables();
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t character = text[i].unicode();
