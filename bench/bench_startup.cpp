@@ -3,7 +3,9 @@
 #include "support/Ratios.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -60,7 +62,10 @@ void bareWindow(benchmark::State &state)
 int main(int argc, char *argv[])
 {
     // Neither the user's settings nor a running program of theirs is to be met.
-    const QTemporaryDir home;
+    // In memory, as the session's own folder is: the claim of the single instance is a file in it.
+    const QString memory = QStringLiteral("/dev/shm");
+    const QTemporaryDir home(
+        (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + QStringLiteral("/XXXXXX"));
     for (const char *name :
         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, QFile::encodeName(home.path()));

@@ -97,7 +97,7 @@ int Ratios::run(int argc, char *argv[])
     Reporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
 
-    std::printf("\n| what | beside | size | ms | floor | ratio | of CPU | aim | growth |\n"
+    std::printf("\n| what | beside | size | ms | floor | ratio | aim | by the clock | growth |\n"
                 "|---|---|---:|---:|---:|---:|---:|---:|---:|\n");
     for (const Row &row : m_rows) {
         double smaller = 0;
@@ -109,16 +109,19 @@ int Ratios::run(int argc, char *argv[])
             const Times floor = timesOf(row.floor);
             if (subject.real <= 0 || floor.real <= 0)
                 continue; // filtered out on the command line
-            char cpu[16] = "";
+            char clock[16] = "";
             if (m_clock == Clock::Usual)
-                std::snprintf(cpu, sizeof cpu, "%.2f", subject.cpu / floor.cpu);
-            const double time = m_clock == Clock::Usual ? subject.cpu : subject.real;
+                std::snprintf(clock, sizeof clock, "%.2f", subject.real / floor.real);
+            const auto shown = [this](const Times &times) {
+                return m_clock == Clock::Usual ? times.cpu : times.real;
+            };
+            const double time = shown(subject);
             char growth[16] = "";
             if (smaller > 0)
                 std::snprintf(growth, sizeof growth, "%.1f", time / smaller);
             std::printf("| %s | %s | %d | %.3g | %.3g | %.2f | %s | %s | %s |\n",
-                row.subject.c_str(), row.floor.c_str(), size, subject.real, floor.real,
-                subject.real / floor.real, cpu, aimText(row.aim).c_str(), growth);
+                row.subject.c_str(), row.floor.c_str(), size, time, shown(floor),
+                time / shown(floor), aimText(row.aim).c_str(), clock, growth);
             smaller = time;
         }
     }

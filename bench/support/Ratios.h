@@ -7,7 +7,8 @@
 
 /// The benchmarks of one program: each is measured beside its floor, the least that the same work
 /// can cost, and shown as a ratio to it. Subjects and floors run in turns in random order, so that
-/// a busy machine slows both.
+/// a busy machine slows both. The table shows processor time, which other programs disturb least,
+/// and the ratio by the clock beside it.
 class Ratios
 {
 public:
@@ -20,11 +21,12 @@ public:
         Function function;
     };
 
+    /// Manual: the function tells its times itself, because the work is another process's.
     enum class Clock { Usual, Manual };
 
     /// The sizes stand ten times apart, so that growth shows; TSM_BENCH_SIZES ("10000 100000")
     /// replaces them. \a repetitions are for the medians.
-    explicit Ratios(std::vector<int> sizes, int repetitions = 9, Clock clock = Clock::Usual,
+    explicit Ratios(std::vector<int> sizes, int repetitions = 7, Clock clock = Clock::Usual,
         int iterations = 0);
 
     /// A row of the table. \a aim is the ratio that the subject should stay within; 0 for none. A
