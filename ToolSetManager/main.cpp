@@ -41,7 +41,6 @@ int main(int argc, char *argv[])
         return 0;
     }
 
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg")));
     SettingsStore store;
     Settings settings(mFileUtil::ProgramFolder());
     ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
@@ -54,6 +53,9 @@ int main(int argc, char *argv[])
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
+    // Drawing it takes a third of what the bare frame needs to appear.
+    QObject::connect(&frame, &MDI::firstPainted, &frame,
+        [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg"))); });
     frame.show();
     return QApplication::exec();
 }

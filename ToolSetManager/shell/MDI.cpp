@@ -77,6 +77,10 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
 
     makeToolbar();
     makeMenus();
+    connect(this, &MDI::firstPainted, this, [this] {
+        m_painted = true;
+        refreshIcons();
+    });
     MDIForm_Load(commandLine);
 }
 
@@ -114,7 +118,25 @@ void MDI::makeToolbar()
     tbTools->button(QStringLiteral("details"))->setCheckable(true);
     connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     disableDocumentButtons();
-    refreshIcons();
+    // Finding and reading the icons takes as long as all the rest of the frame, so they come once
+    // it stands on the screen. Until then the buttons are blank; without any icon they would show
+    // their text.
+    QPixmap blank(tbTools->iconSize());
+    blank.fill(Qt::transparent);
+    const auto buttons = tbTools->buttons();
+    for (QAction *button : buttons)
+        button->setIcon(blank);
+    mdi->viewport()->installEventFilter(this);
+}
+
+bool MDI::eventFilter(QObject *watched, QEvent *event)
+{
+    // The MDI area covers the frame, which gets no paint event of its own.
+    if (event->type() == QEvent::Paint && watched == mdi->viewport()) {
+        watched->removeEventFilter(this);
+        QMetaObject::invokeMethod(this, &MDI::firstPainted, Qt::QueuedConnection);
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MDI::refreshIcons()
@@ -443,7 +465,7 @@ bool MDI::event(QEvent *event)
 void MDI::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && !tbTools->buttons().isEmpty())
+    if (event->type() == QEvent::PaletteChange && m_painted)
         refreshIcons();
 }
 

@@ -62,7 +62,11 @@ public:
     /// Another start of the program asked for it.
     void comeForward();
 
+Q_SIGNALS:
+    void firstPainted(); ///< The frame stands on the screen; what can wait is done now.
+
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     bool event(QEvent *event) override;
@@ -116,6 +120,7 @@ private:
     CFileList *m_files;
     QQueue<QString> m_commands;
     bool m_busy = false; ///< A command is running.
+    bool m_painted = false; ///< The buttons have their icons.
     QString m_pendingPath; ///< The file for the next "open"; empty: ask the user.
     int m_newWindows = 0; ///< Counts "Untitled" windows; never reset.
     QList<DocumentWindow *> m_documents; ///< Oldest first.

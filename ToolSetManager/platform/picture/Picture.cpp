@@ -1,5 +1,6 @@
 #include "platform/picture/Picture.h"
 
+#include "platform/picture/BitmapWriter.h"
 #include "platform/picture/Dib.h"
 #include "platform/picture/LittleEndian.h"
 #include "platform/picture/Metafile.h"
@@ -12,7 +13,6 @@
 namespace {
 
 constexpr qint64 mostBytes = qint64(256) << 20;
-constexpr int classicDotsPerMeter = 3780; ///< 96 dots per inch.
 
 QImage decodeBitmap(QByteArrayView bytes, qint64 memory)
 {
@@ -92,14 +92,7 @@ QImage load(const QString &path)
 
 QByteArray encodeBitmap(const QImage &image)
 {
-    QImage plain = image.convertToFormat(QImage::Format_RGB32);
-    plain.setDotsPerMeterX(classicDotsPerMeter);
-    plain.setDotsPerMeterY(classicDotsPerMeter);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    plain.save(&buffer, "bmp");
-    return bytes;
+    return BitmapWriter::write(image.convertToFormat(QImage::Format_RGB32));
 }
 
 } // namespace Picture

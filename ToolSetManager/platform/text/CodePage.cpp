@@ -11,10 +11,36 @@ bool isKnown(int number)
     return (number >= 1250 && number <= 1258) || number == 874;
 }
 
+/// Most texts, which are alike in all the code pages. No early end, so that the compiler takes many
+/// characters at once.
+template <class Text>
+bool isAscii(Text text)
+{
+    unsigned all = 0;
+    for (const auto unit : text) {
+        if constexpr (sizeof(unit) == 1)
+            all |= static_cast<uchar>(unit);
+        else
+            all |= unit.unicode();
+    }
+    return all < 0x80;
+}
+
 } // namespace
 
 CodePage::CodePage(int number)
     : m_number(isKnown(number) ? number : 1252)
+{
+}
+
+const CodePage::Tables &CodePage::tables() const
+{
+    if (!m_tables)
+        m_tables = makeTables();
+    return *m_tables;
+}
+
+std::shared_ptr<const CodePage::Tables> CodePage::makeTables() const
 {
     auto tables = std::make_shared<Tables>();
     tables->toByte.fill(0);
@@ -34,7 +60,7 @@ CodePage::CodePage(int number)
         tables->toUnicode[index] = character;
         tables->toByte[character] = static_cast<uchar>(byte);
     }
-    m_tables = std::move(tables);
+    return tables;
 }
 
 int CodePage::numberForLocale(const QLocale &locale)
@@ -94,20 +120,26 @@ int CodePage::numberForLocale(const QLocale &locale)
 
 QString CodePage::decode(QByteArrayView bytes) const
 {
+    if (isAscii(bytes))
+        return QString::fromLatin1(bytes);
+    const Tables &tables = this->tables();
     QString text(bytes.size(), Qt::Uninitialized);
     QChar *to = text.data();
     for (const char byte : bytes)
-        *to++ = QChar(m_tables->toUnicode[static_cast<uchar>(byte)]);
+        *to++ = QChar(tables.toUnicode[static_cast<uchar>(byte)]);
     return text;
 }
 
 std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex) const
 {
+    if (isAscii(text))
+        return text.toLatin1();
+    const Tables &tables = this->tables();
     QByteArray bytes(text.size(), Qt::Uninitialized);
     char *to = bytes.data();
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t character = text[i].unicode();
-        const uchar byte = m_tables->toByte[character];
+        const uchar byte = tables.toByte[character];
         if (byte == 0 && character != 0) {
             if (badIndex)
                 *badIndex = i;
@@ -120,10 +152,11 @@ std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex
 
 QByteArray CodePage::encodeLossy(QStringView text) const
 {
+    const Tables &tables = this->tables();
     QByteArray bytes;
     bytes.reserve(text.size());
     for (const QChar character : text) {
-        const uchar byte = m_tables->toByte[character.unicode()];
+        const uchar byte = tables.toByte[character.unicode()];
         if (byte == 0 && !character.isNull()) {
             // One mark for a character outside the basic plane, not one for each half of it.
             if (!character.isLowSurrogate())
@@ -137,9 +170,12 @@ QByteArray CodePage::encodeLossy(QStringView text) const
 
 qsizetype CodePage::firstUnencodable(QStringView text) const
 {
+    if (isAscii(text))
+        return -1;
+    const Tables &tables = this->tables();
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t character = text[i].unicode();
-        if (m_tables->toByte[character] == 0 && character != 0)
+        if (tables.toByte[character] == 0 && character != 0)
             return i;
     }
     return -1;

@@ -42,6 +42,9 @@ private:
         std::array<uchar, 65536> toByte; ///< 0 for "not there", except for U+0000.
     };
 
+    const Tables &tables() const;
+    std::shared_ptr<const Tables> makeTables() const;
+
     int m_number;
-    std::shared_ptr<const Tables> m_tables;
+    mutable std::shared_ptr<const Tables> m_tables; ///< Null before the first use.
 };
