@@ -22,7 +22,7 @@ class frmTSProps_test : public QObject
     std::unique_ptr<CVBATools> set;
 
     /// Runs the dialog modally; \a act gets it when it is open and has to end it.
-    template<class Act>
+    template <class Act>
     void run(CVBATools *of, Act act) const
     {
         frmTSProps dialog;
@@ -30,7 +30,7 @@ class frmTSProps_test : public QObject
         QTimer::singleShot(0, &dialog, [&] { act(dialog); });
         dialog.exec();
     }
-    template<class Child>
+    template <class Child>
     static Child *child(QWidget &dialog, const char *name)
     {
         return dialog.findChild<Child *>(QString::fromLatin1(name));
