@@ -443,9 +443,7 @@ std::optional<QString> RichTextBox::SelFontName() const
 
 void RichTextBox::setSelFontName(const QString &family)
 {
-    QTextCharFormat format;
-    format.setFontFamilies({family});
-    mergeFormat(format);
+    changeFormats([&family](RtfCharStyle &style) { style.family = family; });
 }
 
 std::optional<double> RichTextBox::SelFontSize() const
