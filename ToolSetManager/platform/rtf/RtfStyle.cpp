@@ -1,5 +1,7 @@
 #include "platform/rtf/RtfStyle.h"
 
+#include "platform/rtf/RtfCharset.h"
+
 #include <QFont>
 #include <QPoint>
 #include <QTextOption>
@@ -96,7 +98,7 @@ QList<QTextOption::Tab> shownTabs(const RtfParagraphStyle &style)
 QTextCharFormat RtfCharStyle::toFormat() const
 {
     QTextCharFormat format;
-    if (family.compare(QLatin1StringView("Symbol"), Qt::CaseInsensitive) == 0) {
+    if (RtfCharset::isSymbolFont(family)) {
         // Its characters are Unicode here; fonts of that name have them elsewhere, if at all.
         format.setFontFamilies({QStringLiteral("Times New Roman")});
         format.setProperty(RtfFamilyProperty, family);
