@@ -160,7 +160,7 @@ void layOut(benchmark::State &state)
     }
 }
 
-/// The usual output; then the ratios.
+/// The usual output; then the ratios, of processor time: other programs may be running.
 class Reporter : public benchmark::ConsoleReporter
 {
 public:
@@ -170,7 +170,7 @@ public:
         for (const Run &run : runs) {
             if (run.aggregate_name == "median")
                 m_medians[run.run_name.function_name + '/' + run.run_name.args] =
-                    run.GetAdjustedRealTime();
+                    run.GetAdjustedCPUTime();
         }
     }
     void printRatios()
