@@ -1,6 +1,8 @@
+#include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QGuiApplication>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -11,6 +13,7 @@
 
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -128,7 +131,36 @@ void writeRtf(benchmark::State &state)
     state.SetBytesProcessed(size);
 }
 
-/// The usual output; then the ratios.
+/// All pages of Letter paper with margins of an inch; the layout is made anew each time.
+void cutPages(benchmark::State &state)
+{
+    QTextDocument document;
+    RtfReader().read(sampleOf(state), document);
+    constexpr QSize area(9360, 12960);
+    const int length = document.characterCount() - 1;
+    int pageCount = 0;
+    for (auto _ : state) {
+        RichTextPages pages(document);
+        pageCount = 0;
+        for (int first = 0; first < length; ++pageCount)
+            first = pages.firstBeyond(first, area);
+    }
+    state.counters["pages"] = pageCount;
+}
+
+/// The floor of that: Qt's own layout of the document.
+void layOut(benchmark::State &state)
+{
+    QTextDocument document;
+    RtfReader().read(sampleOf(state), document);
+    for (auto _ : state) {
+        const std::unique_ptr<QTextDocument> copy(document.clone());
+        copy->setTextWidth(624);
+        benchmark::DoNotOptimize(copy->documentLayout()->documentSize());
+    }
+}
+
+/// The usual output; then the ratios, of processor time: other programs may be running.
 class Reporter : public benchmark::ConsoleReporter
 {
 public:
@@ -138,7 +170,7 @@ public:
         for (const Run &run : runs) {
             if (run.aggregate_name == "median")
                 m_medians[run.run_name.function_name + '/' + run.run_name.args] =
-                    run.GetAdjustedRealTime();
+                    run.GetAdjustedCPUTime();
         }
     }
     void printRatios()
@@ -149,7 +181,7 @@ public:
                 m_medians[std::string("readRtf/") + size] / floor,
                 m_medians[std::string("writeRtf/") + size] / floor);
         }
-        for (const char *what : {"cursor", "readRtf", "writeRtf"}) {
+        for (const char *what : {"cursor", "readRtf", "writeRtf", "layOut", "cutPages"}) {
             std::printf("%s: ten times the text takes %.1f times as long\n", what,
                 m_medians[std::string(what) + "/10"] / m_medians[std::string(what) + "/1"]);
         }
@@ -167,8 +199,8 @@ int main(int argc, char *argv[])
     const QGuiApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     using Function = void (*)(benchmark::State &);
-    constexpr std::pair<const char *, Function> functions[] = {
-        {"cursor", cursor}, {"readRtf", readRtf}, {"writeRtf", writeRtf}};
+    constexpr std::pair<const char *, Function> functions[] = {{"cursor", cursor},
+        {"readRtf", readRtf}, {"writeRtf", writeRtf}, {"layOut", layOut}, {"cutPages", cutPages}};
     for (const auto &[name, function] : functions) {
         benchmark::RegisterBenchmark(name, function)
             ->Arg(1)

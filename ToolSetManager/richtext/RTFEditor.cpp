@@ -21,7 +21,8 @@ constexpr int timerInterval = 100;
 constexpr int marginInset = 60; ///< Twips between the automatic margin and the box's edge.
 constexpr char mixedProperty[] = "Mixed";
 
-struct Button {
+struct Button
+{
     const char *key;
     const char *toolTip;
     const char *image;
@@ -37,15 +38,16 @@ constexpr Button buttons[] = {
     {"print", "Print selected text", "print", QKeySequence::UnknownKey, false},
 };
 
-struct Image {
+struct Image
+{
     const char *key;
     const char *themeName;
 };
 
 constexpr Image images[] = {
-    {"bold", "format-text-bold"},   {"italic", "format-text-italic"},
+    {"bold", "format-text-bold"}, {"italic", "format-text-italic"},
     {"underline", "format-text-underline"}, {"paint", "format-text-color"},
-    {"print", "document-print"},    {"spell", "tools-check-spelling"}, // of no button
+    {"print", "document-print"}, {"spell", "tools-check-spelling"}, // of no button
 };
 
 QString latin(const char *text)
@@ -69,19 +71,29 @@ RTFEditor::RTFEditor(QWidget *parent)
     , cboFonts(new QComboBox)
     , cboFontSize(new QComboBox)
     , m_bar(new QWidget(this))
-    , rtControl(new RichTextBox(QStringLiteral("Arial"), 10, this))
+    , rtControl(nullptr)
     , tmrSelchange(makeTimer(this))
     , tmrResize(makeTimer(this))
 {
     tbControl->setObjectName(QStringLiteral("tbControl"));
     cboFonts->setObjectName(QStringLiteral("cboFonts"));
     cboFontSize->setObjectName(QStringLiteral("cboFontSize"));
-    rtControl->setObjectName(QStringLiteral("rtControl"));
     cboFonts->setAccessibleName(QStringLiteral("Font name"));
     cboFontSize->setAccessibleName(QStringLiteral("Font size"));
-    rtControl->setAccessibleName(QStringLiteral("Text"));
-    setFocusProxy(rtControl);
 
+    // Made in the order of the Tab key, so that Shift+Tab goes from the text over the boxes to the
+    // buttons.
+    for (const Button &button : buttons) {
+        QAction *action = tbControl->addButton(latin(button.key), latin(button.toolTip));
+        action->setCheckable(button.toggles);
+        tbControl->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+        if (button.shortcut != QKeySequence::UnknownKey) {
+            action->setShortcut(button.shortcut);
+            action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+            addAction(action);
+            action->setToolTip(latin(button.toolTip)); // without the key: the text is given
+        }
+    }
     auto *row = new QHBoxLayout(m_bar);
     row->setContentsMargins(0, 0, 0, 2);
     row->addWidget(tbControl);
@@ -92,16 +104,10 @@ RTFEditor::RTFEditor(QWidget *parent)
     cboFonts->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cboFonts->setMinimumContentsLength(12);
 
-    for (const Button &button : buttons) {
-        QAction *action = tbControl->addButton(latin(button.key), latin(button.toolTip));
-        action->setCheckable(button.toggles);
-        if (button.shortcut != QKeySequence::UnknownKey) {
-            action->setShortcut(button.shortcut);
-            action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-            addAction(action);
-            action->setToolTip(latin(button.toolTip)); // without the key: the text is given
-        }
-    }
+    rtControl = new RichTextBox(QStringLiteral("Arial"), 10, this);
+    rtControl->setObjectName(QStringLiteral("rtControl"));
+    rtControl->setAccessibleName(QStringLiteral("Text"));
+
     setContextMenuPolicy(Qt::PreventContextMenu); // its actions are no menu
     refreshImages();
 
@@ -113,22 +119,7 @@ RTFEditor::RTFEditor(QWidget *parent)
     connect(tmrSelchange, &QTimer::timeout, this, &RTFEditor::tmrSelchange_Timer);
     connect(tmrResize, &QTimer::timeout, this, &RTFEditor::tmrResize_Timer);
     connect(qApp, &QApplication::focusChanged, this, &RTFEditor::focusChanged);
-    setUpTabOrder();
     UserControl_Initialize();
-}
-
-/// From the text, Shift+Tab goes back over the boxes and the buttons.
-void RTFEditor::setUpTabOrder()
-{
-    QList<QWidget *> order;
-    const auto all = tbControl->buttons();
-    for (QAction *button : all) {
-        order.append(tbControl->widgetForAction(button));
-        order.last()->setFocusPolicy(Qt::TabFocus);
-    }
-    order << cboFonts << cboFontSize << rtControl;
-    for (qsizetype i = 1; i < order.size(); ++i)
-        setTabOrder(order.at(i - 1), order.at(i));
 }
 
 void RTFEditor::UserControl_Initialize()
@@ -162,8 +153,7 @@ void RTFEditor::setRightMargin(int twips)
 
 void RTFEditor::UserControl_ReadProperties(const QVariantMap &bag)
 {
-    setBorderStyle(
-        bag.value(QStringLiteral("BorderStyle"), RichTextBox::rtfFixedSingle).toInt());
+    setBorderStyle(bag.value(QStringLiteral("BorderStyle"), RichTextBox::rtfFixedSingle).toInt());
     m_automaticMargin = false;
     rtControl->setRightMargin(
         static_cast<int>(bag.value(QStringLiteral("RightMargin"), 0).toFloat()));
@@ -176,8 +166,9 @@ QVariantMap RTFEditor::UserControl_WriteProperties() const
     const QVariant margin = m_automaticMargin
         ? QVariant::fromValue(qint16(0))
         : QVariant::fromValue(static_cast<float>(rtControl->RightMargin()));
-    return {{QStringLiteral("BorderStyle"), QVariant::fromValue(static_cast<qint16>(BorderStyle()))},
-            {QStringLiteral("RightMargin"), margin}};
+    return {
+        {QStringLiteral("BorderStyle"), QVariant::fromValue(static_cast<qint16>(BorderStyle()))},
+        {QStringLiteral("RightMargin"), margin}};
 }
 
 // --- The text's events ---
@@ -318,9 +309,8 @@ void RTFEditor::refreshImages()
 
 void RTFEditor::showImage(QAction *button)
 {
-    const auto *row = std::find_if(std::begin(buttons), std::end(buttons), [&](const Button &b) {
-        return latin(b.key) == Toolbar::key(button);
-    });
+    const auto *row = std::find_if(std::begin(buttons), std::end(buttons),
+        [&](const Button &b) { return latin(b.key) == Toolbar::key(button); });
     QIcon image = m_images.value(latin(row->image));
     if (button->property(mixedProperty).toBool()) {
         // Greyed, but it works: neither pressed nor not.
@@ -370,6 +360,12 @@ void RTFEditor::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && !tbControl->buttons().isEmpty())
         refreshImages();
+}
+
+void RTFEditor::focusInEvent(QFocusEvent *)
+{
+    // Not by a focus proxy: Qt then leaves the boxes out on the way back from the text.
+    UserControl_EnterFocus();
 }
 
 void RTFEditor::focusChanged(QWidget *old, QWidget *now)

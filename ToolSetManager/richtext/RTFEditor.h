@@ -101,6 +101,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private Q_SLOTS:
     // --- rtControl ---
@@ -118,7 +119,6 @@ private Q_SLOTS:
 private:
     void UserControl_Initialize();
     void UserControl_EnterFocus(); ///< The focus has come from outside.
-    void setUpTabOrder();
     void focusChanged(QWidget *old, QWidget *now);
     void SyncToolbar();
     void syncButton(const QString &key, std::optional<bool> value);

@@ -45,7 +45,8 @@ void frmToolHelp::ShowHelp(const QString &HelpText, float Left, float Top, const
     rtf->setTextRTF(HelpText);
     // "[*]" in a window title is Qt's mark for "modified"; a name may hold it.
     QString name = ToolName;
-    setWindowTitle(QStringLiteral("Help For ") + name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    setWindowTitle(QStringLiteral("Help For ")
+        + name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     show();
 }
 

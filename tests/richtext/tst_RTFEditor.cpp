@@ -19,8 +19,8 @@ namespace {
 
 QString rtf(const char *body)
 {
-    return u"{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}\\fs20 "_qs + QString::fromLatin1(body)
-        + u'}';
+    return u"{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}\\fs20 "_qs
+        + QString::fromLatin1(body) + u'}';
 }
 
 } // namespace
@@ -117,8 +117,8 @@ void RTFEditor_test::properties_data()
     QTest::addColumn<int>("boxMargin");
     QTest::addColumn<bool>("automatic");
     QTest::newRow("nothing stored") << QVariantMap() << 1 << -1 << true;
-    QTest::newRow("stored") << QVariantMap {{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}} << 0
-                            << 2500 << false;
+    QTest::newRow("stored") << QVariantMap {{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}}
+                            << 0 << 2500 << false;
     QTest::newRow("automatic") << QVariantMap {{u"RightMargin"_qs, 0}} << 1 << -1 << true;
 }
 
@@ -292,8 +292,7 @@ void RTFEditor_test::tabAndEnterInADialog()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
     auto *toolbar = inDialog->findChild<Toolbar *>();
-    QCOMPARE(QApplication::focusWidget(),
-             toolbar->widgetForAction(toolbar->button(u"color"_qs)));
+    QCOMPARE(QApplication::focusWidget(), toolbar->widgetForAction(toolbar->button(u"color"_qs)));
     ok->setFocus();
     QTest::keyClick(ok, Qt::Key_Tab);
     QVERIFY(text->hasFocus());

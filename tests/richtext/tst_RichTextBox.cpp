@@ -6,9 +6,9 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QPrinter>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 
@@ -17,9 +17,10 @@
 
 namespace {
 
-const QString sample = QStringLiteral("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}"
-                                      "{\\colortbl;\\red255\\green0\\blue0;}\\fs20 ab"
-                                      "{\\b cd}\\f1\\fs40\\cf1 ef\\par\\qc\\li720\\fi-360 gh\\par}");
+const QString sample =
+    QStringLiteral("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}"
+                   "{\\colortbl;\\red255\\green0\\blue0;}\\fs20 ab"
+                   "{\\b cd}\\f1\\fs40\\cf1 ef\\par\\qc\\li720\\fi-360 gh\\par}");
 
 } // namespace
 
@@ -97,8 +98,9 @@ void RichTextBox_test::untouchedText()
 
 void RichTextBox_test::ownForm()
 {
-    const QString own = u"{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}\r\n"
-                        "\\pard\\f0\\fs20 a\\par\r\n}"_qs;
+    const QString own =
+        u"{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}\r\n"
+        "\\pard\\f0\\fs20 a\\par\r\n}"_qs;
     box->setTextRTF(u"a"_qs);
     QCOMPARE(box->ownRTF(), own);
     QCOMPARE(RichTextBox::ownForm(u"a"_qs, u"Arial"_qs, 10), own);
@@ -159,26 +161,61 @@ void RichTextBox_test::writesFormats_data()
     const auto row = [](const char *name, const Set &set, const char *words) {
         QTest::newRow(name) << set << QString::fromLatin1(words);
     };
-    row("bold", [](auto &b) { b.setSelBold(true); }, "\\fs20\\b x");
-    row("not bold", [](auto &b) { b.setSelBold(true); b.setSelBold(false); }, "\\fs20 x");
-    row("italic", [](auto &b) { b.setSelItalic(true); }, "\\fs20\\i x");
-    row("underline", [](auto &b) { b.setSelUnderline(true); }, "\\fs20\\ul x");
-    row("strike", [](auto &b) { b.setSelStrikeThru(true); }, "\\fs20\\strike x");
-    row("protected", [](auto &b) { b.setSelProtected(true); }, "\\fs20\\protect x");
-    row("size", [](auto &b) { b.setSelFontSize(8.5); }, "\\fs17 x");
-    row("offset", [](auto &b) { b.setSelCharOffset(-40); }, "\\fs20\\dn4 x");
-    row("offset and then size", [](auto &b) { b.setSelCharOffset(40); b.setSelFontSize(6); },
+    row(
+        "bold", [](auto &b) { b.setSelBold(true); }, "\\fs20\\b x");
+    row(
+        "not bold",
+        [](auto &b) {
+            b.setSelBold(true);
+            b.setSelBold(false);
+        },
+        "\\fs20 x");
+    row(
+        "italic", [](auto &b) { b.setSelItalic(true); }, "\\fs20\\i x");
+    row(
+        "underline", [](auto &b) { b.setSelUnderline(true); }, "\\fs20\\ul x");
+    row(
+        "strike", [](auto &b) { b.setSelStrikeThru(true); }, "\\fs20\\strike x");
+    row(
+        "protected", [](auto &b) { b.setSelProtected(true); }, "\\fs20\\protect x");
+    row(
+        "size", [](auto &b) { b.setSelFontSize(8.5); }, "\\fs17 x");
+    row(
+        "offset", [](auto &b) { b.setSelCharOffset(-40); }, "\\fs20\\dn4 x");
+    row(
+        "offset and then size",
+        [](auto &b) {
+            b.setSelCharOffset(40);
+            b.setSelFontSize(6);
+        },
         "\\fs12\\up4 x");
-    row("colour", [](auto &b) { b.setSelColor(Qt::red); }, "\\fs20\\cf1 x");
-    row("font", [](auto &b) { b.setSelFontName(u"Courier New"_qs); }, "Courier New;}");
-    row("right", [](auto &b) { b.setSelAlignment(RichTextBox::rtfRight); }, "\\pard\\qr\\f0");
-    row("centre", [](auto &b) { b.setSelAlignment(RichTextBox::rtfCenter); }, "\\pard\\qc\\f0");
-    row("indent", [](auto &b) { b.setSelIndent(500); }, "\\pard\\li500\\f0");
-    row("hanging indent", [](auto &b) { b.setSelHangingIndent(300); b.setSelIndent(500); },
+    row(
+        "colour", [](auto &b) { b.setSelColor(Qt::red); }, "\\fs20\\cf1 x");
+    row(
+        "font", [](auto &b) { b.setSelFontName(u"Courier New"_qs); }, "Courier New;}");
+    row(
+        "right", [](auto &b) { b.setSelAlignment(RichTextBox::rtfRight); }, "\\pard\\qr\\f0");
+    row(
+        "centre", [](auto &b) { b.setSelAlignment(RichTextBox::rtfCenter); }, "\\pard\\qc\\f0");
+    row(
+        "indent", [](auto &b) { b.setSelIndent(500); }, "\\pard\\li500\\f0");
+    row(
+        "hanging indent",
+        [](auto &b) {
+            b.setSelHangingIndent(300);
+            b.setSelIndent(500);
+        },
         "\\pard\\fi-300\\li800\\f0");
-    row("right indent", [](auto &b) { b.setSelRightIndent(500); }, "\\pard\\ri500\\f0");
-    row("bullet", [](auto &b) { b.setSelBullet(true); }, "{\\pntxtb\\'b7}}\\fi-200\\li200");
-    row("bullet taken back", [](auto &b) { b.setSelBullet(true); b.setSelBullet(false); },
+    row(
+        "right indent", [](auto &b) { b.setSelRightIndent(500); }, "\\pard\\ri500\\f0");
+    row(
+        "bullet", [](auto &b) { b.setSelBullet(true); }, "{\\pntxtb\\'b7}}\\fi-200\\li200");
+    row(
+        "bullet taken back",
+        [](auto &b) {
+            b.setSelBullet(true);
+            b.setSelBullet(false);
+        },
         "\\pard\\f0\\fs20 x");
 }
 
@@ -281,7 +318,8 @@ void RichTextBox_test::protectedText_data()
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<bool>("changes");
     // ab[CD]ef
-    const auto row = [](const char *name, int start, int length, QKeyCombination key, bool changes) {
+    const auto row = [](const char *name, int start, int length, QKeyCombination key,
+                         bool changes) {
         QTest::newRow(name) << start << length << int(key.key()) << int(key.keyboardModifiers())
                             << changes;
     };
@@ -386,8 +424,8 @@ void RichTextBox_test::pasteFromOthers_data()
         << u"text/richtext"_qs << QByteArray("{\\rtf1 x\\b y}") << u"x\\b y"_qs;
     QTest::newRow("enriched text is no RTF")
         << u"text/richtext"_qs << QByteArray("<bold>y</bold>") << QString();
-    QTest::newRow("web page") << u"text/html"_qs << QByteArray("<table><tr><td>x<td><b>y</b></table>")
-                              << u"\\b y"_qs;
+    QTest::newRow("web page") << u"text/html"_qs
+                              << QByteArray("<table><tr><td>x<td><b>y</b></table>") << u"\\b y"_qs;
     QTest::newRow("plain text") << u"text/plain"_qs << QByteArray("x {y}") << u"x \\{y\\}"_qs;
 }
 
@@ -412,7 +450,8 @@ void RichTextBox_test::pastePicture()
     image.fill(Qt::green);
     QApplication::clipboard()->setImage(image);
     box->paste();
-    QVERIFY(box->TextRTF().contains(u"{\\pict\\wmetafile8\\picw79\\pich53\\picwgoal45\\pichgoal30"_qs));
+    QVERIFY(
+        box->TextRTF().contains(u"{\\pict\\wmetafile8\\picw79\\pich53\\picwgoal45\\pichgoal30"_qs));
     box->selectAll();
     box->copy();
     QCOMPARE(QApplication::clipboard()->image().size(), image.size());

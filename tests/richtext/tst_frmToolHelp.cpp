@@ -48,8 +48,8 @@ void frmToolHelp_test::placeAndCaption()
     QCOMPARE(window->windowTitle(), u"Help For Tool"_qs);
     QCOMPARE(rtf->geometry(), window->rect().adjusted(8, 8, -8, -8));
     QCOMPARE(rtf->RightMargin(), (window->width() - 16) * 15 - 60);
-    QCOMPARE(rtf->palette().color(QPalette::Base),
-             QToolTip::palette().color(QPalette::ToolTipBase));
+    QCOMPARE(
+        rtf->palette().color(QPalette::Base), QToolTip::palette().color(QPalette::ToolTipBase));
 }
 
 void frmToolHelp_test::wrapsAtTheBox()

@@ -31,11 +31,12 @@ void substituteFonts()
 {
     static const bool done = [] {
         for (const char16_t *family : {u"MS Sans Serif", u"Microsoft Sans Serif", u"Tahoma",
-                                       u"System", u"MS Shell Dlg", u"Helv"}) {
+                 u"System", u"MS Shell Dlg", u"Helv"}) {
             QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Arial"));
         }
         for (const char16_t *family : {u"MS Serif", u"Tms Rmn"})
-            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Times New Roman"));
+            QFont::insertSubstitution(
+                QString::fromUtf16(family), QStringLiteral("Times New Roman"));
         for (const char16_t *family : {u"Fixedsys", u"Courier", u"Terminal"})
             QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Courier New"));
         return true;
@@ -104,7 +105,8 @@ RichTextBox::~RichTextBox() = default;
 QStringList RichTextBox::screenFonts()
 {
     QStringList names = QFontDatabase::families();
-    for (const char16_t *family : {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
+    for (const char16_t *family :
+        {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
         if (!names.contains(QString::fromUtf16(family)))
             names.append(QString::fromUtf16(family));
     }
@@ -276,7 +278,7 @@ void RichTextBox::insertDocument(const QTextDocument &source, bool endsWithParag
                 continue;
             const QUrl name(it.fragment().charFormat().toImageFormat().name());
             document()->addResource(QTextDocument::ImageResource, name,
-                                    source.resource(QTextDocument::ImageResource, name));
+                source.resource(QTextDocument::ImageResource, name));
         }
     }
     QTextCursor cursor = textCursor();
@@ -292,11 +294,11 @@ void RichTextBox::insertPicture(const QImage &image)
 {
     const RtfPicture picture = RtfPicture::fromImage(image);
     qint64 memory = image.sizeInBytes() * 8 + (1 << 20);
-    const QString name = RtfPicture::addResource(*document(), picture.resourceName(),
-                                                 picture.decode({}, memory));
+    const QString name =
+        RtfPicture::addResource(*document(), picture.resourceName(), picture.decode({}, memory));
     QTextCursor cursor = textCursor();
     cursor.insertText(QString(QChar::ObjectReplacementCharacter),
-                      picture.toFormat(unlocked(currentCharFormat(), font()), name));
+        picture.toFormat(unlocked(currentCharFormat(), font()), name));
     setTextCursor(cursor);
 }
 
@@ -310,7 +312,7 @@ void RichTextBox::reportSelection()
 
 // --- Formats of the selection ---
 
-template<class Get>
+template <class Get>
 auto RichTextBox::charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>
 {
     const QTextCursor cursor = textCursor();
@@ -335,17 +337,16 @@ auto RichTextBox::charValue(Get get) const -> std::optional<decltype(get(QTextCh
     return value ? value : get(currentCharFormat()); // paragraph marks alone
 }
 
-template<class Get>
-auto RichTextBox::paragraphValue(Get get) const
-    -> std::optional<decltype(get(RtfParagraphStyle()))>
+template <class Get>
+auto RichTextBox::paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>
 {
     const QTextCursor cursor = textCursor();
     const int to = cursor.selectionEnd();
     std::optional<decltype(get(RtfParagraphStyle()))> value;
     for (QTextBlock block = document()->findBlock(cursor.selectionStart());
          block.isValid() && (block.position() < to || !value); block = block.next()) {
-        const auto here = get(
-            RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr));
+        const auto here =
+            get(RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr));
         if (!value)
             value = here;
         else if (*value != here)
@@ -360,7 +361,7 @@ void RichTextBox::mergeFormat(const QTextCharFormat &format)
 }
 
 /// For what depends on the rest of each format.
-template<class Function>
+template <class Function>
 void RichTextBox::changeFormats(Function change)
 {
     const auto changed = [&](const QTextCharFormat &format) {
@@ -376,7 +377,8 @@ void RichTextBox::changeFormats(Function change)
         setCurrentCharFormat(changed(currentCharFormat()));
         return;
     }
-    struct Part {
+    struct Part
+    {
         int from;
         int to;
         QTextCharFormat format;
@@ -404,7 +406,7 @@ void RichTextBox::changeFormats(Function change)
     cursor.endEditBlock();
 }
 
-template<class Function>
+template <class Function>
 void RichTextBox::changeParagraphs(Function change)
 {
     QTextCursor cursor = textCursor();
@@ -441,9 +443,7 @@ std::optional<QString> RichTextBox::SelFontName() const
 
 void RichTextBox::setSelFontName(const QString &family)
 {
-    QTextCharFormat format;
-    format.setFontFamilies({family});
-    mergeFormat(format);
+    changeFormats([&family](RtfCharStyle &style) { style.family = family; });
 }
 
 std::optional<double> RichTextBox::SelFontSize() const
@@ -522,8 +522,8 @@ void RichTextBox::setSelProtected(bool on)
 
 std::optional<QColor> RichTextBox::SelColor() const
 {
-    const auto colour
-        = charValue([this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).colour; });
+    const auto colour = charValue(
+        [this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).colour; });
     if (!colour)
         return std::nullopt;
     return *colour ? QColor(**colour) : palette().color(QPalette::Text);
@@ -544,8 +544,8 @@ std::optional<int> RichTextBox::SelCharOffset() const
 void RichTextBox::setSelCharOffset(int twips)
 {
     constexpr int limit = RtfCharStyle::maximumHalfPoints;
-    const int offset = qBound(
-        -limit, static_cast<int>(std::lround(double(twips) / twipsPerHalfPoint)), limit);
+    const int offset =
+        qBound(-limit, static_cast<int>(std::lround(double(twips) / twipsPerHalfPoint)), limit);
     changeFormats([offset](RtfCharStyle &style) { style.offset = offset; });
 }
 
@@ -659,7 +659,7 @@ void RichTextBox::setSelTabs(int index, int twips)
             return;
         style.tabs[index].position = twips;
         std::sort(style.tabs.begin(), style.tabs.end(),
-                  [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
+            [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
     });
 }
 
@@ -697,10 +697,9 @@ bool RichTextBox::isLocked(const QKeyEvent &event) const
         QTextCursor reached = textCursor();
         if (!reached.hasSelection()) {
             reached.movePosition(is(QKeySequence::DeleteStartOfWord) ? QTextCursor::PreviousWord
-                                     : is(QKeySequence::DeleteEndOfWord)
-                                     ? QTextCursor::NextWord
-                                     : QTextCursor::EndOfBlock,
-                                 QTextCursor::KeepAnchor);
+                    : is(QKeySequence::DeleteEndOfWord)              ? QTextCursor::NextWord
+                                                                     : QTextCursor::EndOfBlock,
+                QTextCursor::KeepAnchor);
             if (is(QKeySequence::DeleteCompleteLine))
                 reached.select(QTextCursor::BlockUnderCursor);
         }
@@ -793,8 +792,8 @@ QMimeData *RichTextBox::createMimeDataFromSelection() const
         behind.setPosition(cursor.selectionEnd());
         const QTextCharFormat format = behind.charFormat();
         if (format.isImageFormat()) {
-            selected->setImageData(document()->resource(QTextDocument::ImageResource,
-                                                    QUrl(format.toImageFormat().name())));
+            selected->setImageData(document()->resource(
+                QTextDocument::ImageResource, QUrl(format.toImageFormat().name())));
         }
     }
     return selected;
@@ -804,7 +803,8 @@ bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
 {
     if (isReadOnly() || isLocked(Touch::Insertion))
         return false;
-    return source->hasText() || source->hasHtml() || source->hasImage() || !rtfOf(*source).isEmpty();
+    return source->hasText() || source->hasHtml() || source->hasImage()
+        || !rtfOf(*source).isEmpty();
 }
 
 void RichTextBox::insertFromMimeData(const QMimeData *source)

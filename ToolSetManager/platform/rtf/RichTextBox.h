@@ -139,14 +139,14 @@ private:
     void dropLockedFormat();
     void reportSelection();
 
-    template<class Get>
+    template <class Get>
     auto charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>;
-    template<class Get>
+    template <class Get>
     auto paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>;
     void mergeFormat(const QTextCharFormat &format);
-    template<class Function>
+    template <class Function>
     void changeFormats(Function change);
-    template<class Function>
+    template <class Function>
     void changeParagraphs(Function change);
 
     QString m_given; ///< What was put in.

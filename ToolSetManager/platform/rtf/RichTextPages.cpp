@@ -41,13 +41,11 @@ void scaleMargins(QTextDocument &document)
         auto format = scaled.constFind(number);
         if (format == scaled.cend()) {
             QTextBlockFormat changed = block.blockFormat();
-            for (const auto property :
-                 {QTextFormat::BlockLeftMargin, QTextFormat::BlockRightMargin,
-                  QTextFormat::BlockTopMargin, QTextFormat::BlockBottomMargin,
-                  QTextFormat::TextIndent}) {
+            for (const auto property : {QTextFormat::BlockLeftMargin, QTextFormat::BlockRightMargin,
+                     QTextFormat::BlockTopMargin, QTextFormat::BlockBottomMargin,
+                     QTextFormat::TextIndent}) {
                 if (changed.hasProperty(property)) {
-                    changed.setProperty(property,
-                                        changed.doubleProperty(property) * twipsPerPixel);
+                    changed.setProperty(property, changed.doubleProperty(property) * twipsPerPixel);
                 }
             }
             format = scaled.insert(number, changed);
@@ -91,8 +89,7 @@ void RichTextPages::draw(QPainter &painter, const QRect &area, int first, int be
     painter.save();
     painter.translate(area.left(), area.top() - top);
     // What hangs out to the left or right is drawn, but not what stands above or below.
-    painter.setClipRect(context.clip.adjusted(-area.left(), 0, area.left(), 0),
-                        Qt::IntersectClip);
+    painter.setClipRect(context.clip.adjusted(-area.left(), 0, area.left(), 0), Qt::IntersectClip);
     m_layout->documentLayout()->draw(&painter, context);
     painter.restore();
 }
@@ -144,8 +141,7 @@ void RichTextPages::layOut(int width)
 
 size_t RichTextPages::lineOf(int character) const
 {
-    const auto after = std::upper_bound(
-        m_lines.cbegin(), m_lines.cend(), character,
+    const auto after = std::upper_bound(m_lines.cbegin(), m_lines.cend(), character,
         [](int wanted, const Line &line) { return wanted < line.start; });
     return after == m_lines.cbegin() ? 0 : static_cast<size_t>(after - m_lines.cbegin()) - 1;
 }

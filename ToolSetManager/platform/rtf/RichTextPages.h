@@ -36,7 +36,8 @@ public:
     void release();
 
 private:
-    struct Line {
+    struct Line
+    {
         int start; ///< First character.
         double top;
         double bottom;

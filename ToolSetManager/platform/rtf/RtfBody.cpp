@@ -40,12 +40,6 @@ bool isPlain(char16_t c)
     return c < 128 && plainAscii[c];
 }
 
-bool isSymbolFamily(const QString &family)
-{
-    return RtfCharset::codePageOf(RtfCharset::symbolCharset, family, 0)
-        == RtfCharset::symbolFontPage;
-}
-
 } // namespace
 
 RtfBody::RtfBody(const QTextDocument &document)
@@ -162,7 +156,7 @@ void RtfBody::addFragment(const QTextFragment &fragment, int start, int length)
 
 void RtfBody::writeText(QStringView text, Format &format)
 {
-    const bool symbols = isSymbolFamily(format.style.family);
+    const bool symbols = RtfCharset::isSymbolFont(format.style.family);
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
     while (at != end) {

@@ -65,11 +65,6 @@ constexpr char16_t symbolFont[] = {0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x002
 
 constexpr char16_t symbolBase = 0xF000;
 
-bool isSymbolFont(const QString &family)
-{
-    return family.compare(QLatin1StringView("Symbol"), Qt::CaseInsensitive) == 0;
-}
-
 /// Which characters a single-byte character set has.
 class Encoder
 {
@@ -174,6 +169,11 @@ QString RtfCharset::decode(QByteArrayView bytes) const
     for (const char byte : bytes)
         text.append(QChar(character(byte)));
     return text;
+}
+
+bool RtfCharset::isSymbolFont(const QString &family)
+{
+    return family.compare(QLatin1StringView("Symbol"), Qt::CaseInsensitive) == 0;
 }
 
 int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)

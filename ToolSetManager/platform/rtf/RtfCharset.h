@@ -31,6 +31,8 @@ public:
     char16_t character(char byte) const { return m_table[static_cast<unsigned char>(byte)]; }
     QString decode(QByteArrayView bytes) const;
 
+    /// True for the font "Symbol", whose characters have codes of their own in Unicode.
+    static bool isSymbolFont(const QString &family);
     /// The code page of a font with that \fcharset number; \a documentPage for the number 1 and
     /// unknown ones.
     static int codePageOf(int charset, const QString &family, int documentPage);

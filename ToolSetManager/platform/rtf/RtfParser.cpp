@@ -227,12 +227,15 @@ void RtfParser::unicode(int number)
         appendToLine(QChar::highSurrogate(code));
         character(QChar::lowSurrogate(code));
     } else if (number > 0 && number <= 0xFFFF) {
-        // Symbol fonts' characters come from either range.
-        const bool symbols = charset().codePage() == RtfCharset::symbolFontPage;
-        if (symbols && (number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20)
-            character(charset().character(static_cast<char>(number & 0xFF)));
-        else
+        // The font "Symbol" is also written with its bytes in the range for private use.
+        const RtfFont *font = currentFont();
+        if ((number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20 && font
+            && RtfCharset::isSymbolFont(font->family)) {
+            const RtfCharset symbols(RtfCharset::symbolFontPage);
+            character(symbols.character(static_cast<char>(number & 0xFF)));
+        } else {
             character(static_cast<char16_t>(number));
+        }
     }
     m_skipCharacters = m_state.fallbackLength;
 }

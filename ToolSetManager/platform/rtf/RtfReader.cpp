@@ -75,8 +75,8 @@ void RtfReader::readPlainText(const QString &text, QTextDocument &document)
 {
     const Filling filling(document);
     m_endedWithParagraph = false;
-    const QTextCharFormat format
-        = RtfCharStyle::fromFormat(QTextCharFormat(), document.defaultFont()).toFormat();
+    const QTextCharFormat format =
+        RtfCharStyle::fromFormat(QTextCharFormat(), document.defaultFont()).toFormat();
     QTextCursor cursor(&document);
     cursor.setBlockCharFormat(format);
     cursor.insertText(cleaned(text), format);

@@ -1,5 +1,7 @@
 #include "platform/rtf/RtfStyle.h"
 
+#include "platform/rtf/RtfCharset.h"
+
 #include <QFont>
 #include <QPoint>
 #include <QTextOption>
@@ -96,7 +98,13 @@ QList<QTextOption::Tab> shownTabs(const RtfParagraphStyle &style)
 QTextCharFormat RtfCharStyle::toFormat() const
 {
     QTextCharFormat format;
-    format.setFontFamilies({family});
+    if (RtfCharset::isSymbolFont(family)) {
+        // Its characters are Unicode here; fonts of that name have them elsewhere, if at all.
+        format.setFontFamilies({QStringLiteral("Times New Roman")});
+        format.setProperty(RtfFamilyProperty, family);
+    } else {
+        format.setFontFamilies({family});
+    }
     format.setFontPointSize(halfPoints / 2.0);
     if (has(Bold))
         format.setFontWeight(QFont::Bold);
@@ -118,8 +126,14 @@ QTextCharFormat RtfCharStyle::toFormat() const
         format.setProperty(RtfProtectedProperty, true);
     if (colour)
         format.setForeground(QColor(*colour));
-    if (background)
+    if (background) {
         format.setBackground(QColor(*background));
+        if (!colour) {
+            // The desktop's text colour may be that of the mark.
+            format.setForeground(qGray(*background) > 127 ? Qt::black : Qt::white);
+            format.setProperty(RtfAutomaticColourProperty, true);
+        }
+    }
     if (offset) {
         format.setProperty(RtfOffsetProperty, offset);
         format.setBaselineOffset(100.0 * offset / (halfPoints * heightOfSize));
@@ -132,7 +146,9 @@ QTextCharFormat RtfCharStyle::toFormat() const
 RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont &standard)
 {
     RtfCharStyle style;
-    style.family = format.fontFamilies().toStringList().value(0);
+    style.family = format.stringProperty(RtfFamilyProperty);
+    if (style.family.isEmpty())
+        style.family = format.fontFamilies().toStringList().value(0);
     if (style.family.isEmpty())
         style.family = standard.family();
     style.halfPoints =
@@ -153,7 +169,9 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
     set(Hidden, isHidden(format));
     style.offset = format.intProperty(RtfOffsetProperty);
     style.background = colourOf(format, QTextFormat::BackgroundBrush);
-    if (!style.has(Hidden))
+    if (format.boolProperty(RtfAutomaticColourProperty))
+        style.colour.reset();
+    else if (!style.has(Hidden))
         style.colour = colourOf(format, QTextFormat::ForegroundBrush);
     else if (format.hasProperty(RtfHiddenColourProperty))
         style.colour = format.property(RtfHiddenColourProperty).toUInt();

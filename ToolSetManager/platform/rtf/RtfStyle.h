@@ -100,6 +100,8 @@ enum RtfProperty {
     RtfHiddenProperty, ///< bool
     RtfHiddenSizeProperty, ///< double, points: the size that shows when the text does
     RtfHiddenColourProperty, ///< uint
+    RtfFamilyProperty, ///< QString: the family that another one stands in for
+    RtfAutomaticColourProperty, ///< bool: the foreground is no colour of the text's own
     RtfIndentsProperty, ///< QPoint, twips: left and first indent of a bulleted paragraph
     RtfTabsProperty, ///< QList<int>, four times the position plus the kind
     RtfPictureKindProperty, ///< int

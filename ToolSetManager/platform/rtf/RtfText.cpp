@@ -26,7 +26,9 @@ QByteArray toBytes(const QString &rtf)
         if (const auto byte = page.encode(QStringView(&c, 1)))
             bytes.append(*byte);
         else
-            bytes.append("\\u").append(QByteArray::number(static_cast<qint16>(c.unicode()))).append('?');
+            bytes.append("\\u")
+                .append(QByteArray::number(static_cast<qint16>(c.unicode())))
+                .append('?');
     }
     return bytes;
 }

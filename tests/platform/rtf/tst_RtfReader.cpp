@@ -103,6 +103,8 @@ void RtfReader_test::body_data()
     row("Cyrillic font", "\\f3 \\'cf\\'f0\\'e8", u"При"_qs);
     row("Japanese, second byte as text", "\\f4\\'83A\\'83\\'41 x", u"{f=MS Mincho:アア x}"_qs);
     row("Symbol font", "{\\f2 abG\\'b7}c", u"{f=Symbol:αβΓ•}c"_qs);
+    row("Symbol font in Unicode's private range", "{\\f2 \\u-3999?\\u61538?\\u913?}",
+        u"{f=Symbol:αβΑ}"_qs);
     row("other symbol fonts", "{\\f5 J}", u"{f=Wingdings:\uF04A}"_qs);
     row("Unicode with a fallback byte", "\\u8364?a\\u8364\\'80b\\u246 o", u"€a€bö"_qs);
     row("Unicode without fallback", "\\uc0\\u8364 a\\u8364b", u"€a€b"_qs);
