@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 EventsPage::EventsPage(QWidget *parent)
@@ -60,6 +61,13 @@ QWidget *EventsPage::groupPage(int index)
     layout->addStretch(1);
     layout->addLayout(buttons);
     return page;
+}
+
+QSize EventsPage::sizeHint() const
+{
+    const QMargins margins = layout()->contentsMargins();
+    const int tabs = sstEvents->tabBar()->sizeHint().width() + margins.left() + margins.right();
+    return QWidget::sizeHint().expandedTo({tabs, 0});
 }
 
 void EventsPage::setEvents(qint32 mask)

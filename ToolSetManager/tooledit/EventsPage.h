@@ -23,6 +23,8 @@ public:
     /// The mask with the ticked events and no others; the bits above the last one as in \a former.
     qint32 events(qint32 former) const;
 
+    QSize sizeHint() const override; ///< Wide enough for all tabs.
+
 Q_SIGNALS:
     void chkEvent_Click(int Index); ///< A box has changed, by the user or by one of the buttons.
 

@@ -146,10 +146,10 @@ void frmFileButton::makeControls()
     txtIcon->setAlignment(Qt::AlignCenter);
 
     m_strip = new IconStripModel(this);
-    lstIcons = new IconStrip(this);
-    lstIcons->setObjectName(QStringLiteral("lstIcons"));
-    lstIcons->setAccessibleName(QStringLiteral("Icons of the file"));
-    lstIcons->setModel(m_strip);
+    lvIcons = new IconStrip(this);
+    lvIcons->setObjectName(QStringLiteral("lvIcons"));
+    lvIcons->setAccessibleName(QStringLiteral("Icons of the file"));
+    lvIcons->setModel(m_strip);
 
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
@@ -170,8 +170,8 @@ void frmFileButton::makeControls()
     connect(picImage, &PictureControl::MouseDown, this, &frmFileButton::picImage_MouseDown);
     connect(picImage, &PictureControl::MouseMove, this, &frmFileButton::picImage_MouseMove);
     connect(picImage, &PictureControl::MouseUp, this, &frmFileButton::picImage_MouseUp);
-    connect(lstIcons->selectionModel(), &QItemSelectionModel::currentChanged, this,
-        &frmFileButton::lstIcons_Click);
+    connect(lvIcons->selectionModel(), &QItemSelectionModel::currentChanged, this,
+        &frmFileButton::lvIcons_Click);
     connect(cmdOK, &QPushButton::clicked, this, &frmFileButton::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmFileButton::cmdCancel_Click);
     connect(cmdHelp, &QPushButton::clicked, this, &frmFileButton::cmdHelp_Click);
@@ -223,11 +223,11 @@ void frmFileButton::layOut()
     auto *all = new QVBoxLayout(this);
     all->setSpacing(10);
     all->addLayout(grid, 1);
-    all->addWidget(lstIcons);
+    all->addWidget(lvIcons);
     all->addLayout(buttons);
 
     const std::array<QWidget *, 12> order {DirList, FileList, DriveList, cboFilter, picImage,
-        cmdIcon[0], txtIcon, cmdIcon[1], lstIcons, cmdOK, cmdCancel, cmdHelp};
+        cmdIcon[0], txtIcon, cmdIcon[1], lvIcons, cmdOK, cmdCancel, cmdHelp};
     for (std::size_t i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
     FileList->setFocus();
@@ -528,7 +528,7 @@ void frmFileButton::ShowIcon(const QString &fileName, int number)
     txtIcon->setText(
         QString::number(number) + QStringLiteral(" of ") + QString::number(m_iconCount));
     picIcoCtrl->show();
-    lstIcons->setCurrentIndex(m_strip->index(number - 1));
+    lvIcons->setCurrentIndex(m_strip->index(number - 1));
 }
 
 void frmFileButton::hideIcons()
@@ -548,7 +548,7 @@ void frmFileButton::cmdIcon_Click(int Index)
     snapshotOfPreview();
 }
 
-void frmFileButton::lstIcons_Click(const QModelIndex &index)
+void frmFileButton::lvIcons_Click(const QModelIndex &index)
 {
     // ShowIcon() moves the current icon, too.
     if (!index.isValid() || index.row() + 1 == m_icon)

@@ -85,7 +85,7 @@ private Q_SLOTS:
     void picImage_MouseUp(const QPoint &position);
     // --- icons ---
     void cmdIcon_Click(int Index);
-    void lstIcons_Click(const QModelIndex &index);
+    void lvIcons_Click(const QModelIndex &index);
     // --- buttons ---
     void cmdOK_Click();
     void cmdCancel_Click();
@@ -126,7 +126,7 @@ private:
     QWidget *picIcoCtrl;
     std::array<QToolButton *, 2> cmdIcon;
     QLineEdit *txtIcon;
-    IconStrip *lstIcons;
+    IconStrip *lvIcons;
     IconStripModel *m_strip;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;

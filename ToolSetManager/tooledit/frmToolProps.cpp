@@ -171,6 +171,7 @@ QWidget *frmToolProps::generalPage()
     inFrame->addWidget(picToolImage);
     auto *image = new QHBoxLayout;
     image->addWidget(frame);
+    image->addSpacing(6);
     image->addWidget(cmdToolID);
     image->addStretch(1);
 
@@ -216,7 +217,7 @@ void frmToolProps::layOut()
     auto *all = new QVBoxLayout(this);
     all->addWidget(sstAll, 1);
     all->addLayout(buttons);
-    resize(560, 380);
+    resize(sizeHint().expandedTo({560, 400}));
 }
 
 void frmToolProps::Form_Load()

@@ -199,7 +199,7 @@ void frmFileButton_test::files()
     choose(name);
     QCOMPARE(onlyColour(preview()), colour);
     QCOMPARE(shown("picIcoCtrl"), icons);
-    QCOMPARE(control<QListView>("lstIcons")->model()->rowCount() > 0, icons);
+    QCOMPARE(control<QListView>("lvIcons")->model()->rowCount() > 0, icons);
     QCOMPARE(onlyColour(button()), colour);
     QCOMPARE(onlyColour(scratch()), colour);
 }
@@ -292,7 +292,7 @@ void frmFileButton_test::stepping()
         QCOMPARE(onlyColour(preview()), fiveColours[i - 1]);
         QCOMPARE(onlyColour(button()), fiveColours[i - 1]);
         QCOMPARE(onlyColour(scratch()), fiveColours[i - 1]);
-        QCOMPARE(control<QListView>("lstIcons")->currentIndex().row(), i - 1);
+        QCOMPARE(control<QListView>("lvIcons")->currentIndex().row(), i - 1);
     }
     step(1);
     QCOMPARE(text("txtIcon"), QStringLiteral("1 of 5"));
@@ -313,7 +313,7 @@ void frmFileButton_test::steppingWithOneIcon()
 void frmFileButton_test::strip()
 {
     choose(QStringLiteral("five.exe"));
-    auto *strip = control<QListView>("lstIcons");
+    auto *strip = control<QListView>("lvIcons");
     QCOMPARE(strip->model()->rowCount(), 5);
     const auto clickOn = [&](int row) {
         QTest::mouseClick(strip->viewport(), Qt::LeftButton, {},

@@ -102,7 +102,7 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
     if (placeable) {
         if (bytes.size() < placeableSize)
             return std::nullopt;
-        const auto corner = [&](int n) { return int(at<qint16>(bytes, 6 + n * 2)); };
+        const auto corner = [&](qsizetype n) { return int(at<qint16>(bytes, 6 + n * 2)); };
         const int unitsPerInch = at<quint16>(bytes, 14);
         parts.frame.origin = {corner(0), corner(1)};
         parts.frame.extent = {corner(2) - corner(0), corner(3) - corner(1)};
@@ -172,7 +172,7 @@ QImage soleBitmapOf(const Parts &parts)
     const QByteArrayView parameters = shown->parameters;
     if (parameters.size() <= bitmap || at<quint32>(parameters, 0) != copy)
         return {};
-    const auto number = [&](int n) { return int(at<qint16>(parameters, source + n * 2)); };
+    const auto number = [&](qsizetype n) { return int(at<qint16>(parameters, source + n * 2)); };
     const QByteArrayView dib = parameters.sliced(bitmap);
     const auto header = Dib::header(dib);
     if (!header || header->decodedBytes() > (qint64(256) << 20))
