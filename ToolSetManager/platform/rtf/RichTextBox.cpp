@@ -1,5 +1,6 @@
 #include "platform/rtf/RichTextBox.h"
 
+#include "platform/picture/Metafile.h"
 #include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfText.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QMenu>
 #include <QMimeData>
@@ -42,6 +44,23 @@ void substituteFonts()
         return true;
     }();
     Q_UNUSED(done)
+}
+
+/// A metafile's own bitmap where that is all it shows, else what playing it gives. A text's
+/// metafiles together may keep the user waiting for some seconds; those beyond are framed.
+RtfPicture::MetafileDecoder playMetafile(const std::shared_ptr<qint64> &spent)
+{
+    return [spent](QByteArrayView metafile, QSize, QSize pixels) {
+        constexpr qint64 patience = 5000; // ms
+        const QImage bitmap = Metafile::soleBitmap(metafile);
+        if (!bitmap.isNull() || *spent > patience)
+            return bitmap;
+        QElapsedTimer timer;
+        timer.start();
+        const QImage played = Metafile::render(metafile, pixels);
+        *spent += timer.elapsed();
+        return played;
+    };
 }
 
 constexpr const char *rtfTypes[] = {"text/rtf", "application/rtf", "text/richtext"};
@@ -120,6 +139,7 @@ RtfReader RichTextBox::reader() const
 {
     RtfReader reader;
     reader.defaultCodePage = RtfText::systemCodePage();
+    reader.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
     return reader;
 }
 
