@@ -1,6 +1,7 @@
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
+#include "richtext/RTFEditor.h"
 #include "shell/Settings.h"
 #include "support/Answers.h"
 #include "support/Files.h"
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void browseImage_data();
     void browseImage();
     void toolId();
+    void richEditor();
     void eventGroups_data();
     void eventGroups();
 
@@ -467,6 +469,29 @@ void frmToolProps_test::toolId()
         QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), filled(red));
     QCOMPARE(m_dialog->focusWidget(), help);
     QVERIFY(canApply());
+}
+
+/// With the editor of rich text: an unchanged text comes out as it went in, and the tool's
+/// identification goes to the caret.
+void frmToolProps_test::richEditor()
+{
+    const QString rtf = QStringLiteral("{\\rtf1\\ansi {\\b Bold}  and plain}");
+    m_tool->HelpString = rtf;
+    frmToolProps dialog(*m_settings, *m_store, HelpEditor::of(new RTFEditor));
+    dialog.setTool(m_tool);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdApply"))->setEnabled(true);
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdApply"))->click();
+    QCOMPARE(m_tool->HelpString, rtf);
+    dialog.findChild<QPushButton *>(QStringLiteral("cmdToolID"))->click();
+    auto *apply = dialog.findChild<QPushButton *>(QStringLiteral("cmdApply"));
+    QTRY_VERIFY(apply->isEnabled());
+    apply->click();
+    QVERIFY(m_tool->HelpString.contains(QStringLiteral("\\pict")));
+    QVERIFY(m_tool->HelpString.contains(QStringLiteral("Alpha ")));
+    QVERIFY(m_tool->HelpString.indexOf(QStringLiteral("\\pict"))
+        < m_tool->HelpString.indexOf(QStringLiteral("Alpha ")));
 }
 
 void frmToolProps_test::eventGroups_data()

@@ -266,7 +266,9 @@ QString RichTextBox::SelText() const
 void RichTextBox::setSelText(const QString &plain)
 {
     QTextCursor cursor = textCursor();
-    cursor.insertText(plain, currentCharFormat());
+    QTextCharFormat format = currentCharFormat();
+    format.clearProperty(QTextFormat::ObjectType); // behind a picture the text would be one, too
+    cursor.insertText(plain, format);
     setTextCursor(cursor);
 }
 
