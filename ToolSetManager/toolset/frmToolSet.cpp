@@ -556,15 +556,20 @@ void frmToolSet::showToolHelp()
         return;
     const CVBATool &tool = *m_list->toolAt(row);
     auto *help = new frmToolHelp(window());
-    // Beside this window where there is room for it, with a little to spare; else on its left.
+    // On the right of this window where there is room for it, with a little to spare; else on the
+    // left; else at the edge of the screen, where it covers least.
     constexpr Twips spare {300};
     const QRect own(mapToGlobal(QPoint(0, 0)), size());
     const QRect screenArea = screen()->geometry();
-    const Twips right = Twips::fromPixels(own.right() + 1);
-    const Twips left = Twips::fromPixels(qMax(screenArea.left(), own.left() - help->width()));
-    const bool fits = right + Twips::fromPixels(help->width()) + spare
-        <= Twips::fromPixels(screenArea.right() + 1);
-    help->ShowHelp(tool.HelpString, static_cast<float>((fits ? right : left).value),
+    const Twips width = Twips::fromPixels(help->width());
+    const Twips end = Twips::fromPixels(screenArea.right() + 1);
+    Twips left = Twips::fromPixels(own.right() + 1);
+    if (left + width + spare > end) {
+        left = Twips::fromPixels(own.left()) - width;
+        if (left < Twips::fromPixels(screenArea.left()))
+            left = end - width;
+    }
+    help->ShowHelp(tool.HelpString, static_cast<float>(left.value),
         static_cast<float>(Twips::fromPixels(own.top()).value), tool.Description);
 }
 

@@ -58,6 +58,13 @@ void DriveListBox::fill()
         addItem(Icons::named(QStringLiteral("drive-harddisk"), QStyle::SP_DriveHDIcon),
             label.isEmpty() ? path : path + QStringLiteral(" [") + label + u']', root);
     }
+#ifndef Q_OS_WIN
+    // In a changed root nothing says that "/" is mounted; it is there all the same.
+    if (!seen.contains(QDir::rootPath())) {
+        insertItem(1, Icons::named(QStringLiteral("drive-harddisk"), QStyle::SP_DriveHDIcon),
+            QDir::rootPath(), QDir::rootPath());
+    }
+#endif
 }
 
 QString DriveListBox::Drive() const
