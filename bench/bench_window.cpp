@@ -3,6 +3,7 @@
 
 #include "model/CVBATools.h"
 #include "platform/desktop/ListView.h"
+#include "platform/desktop/SettingsStore.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
 #include "support/FakeFrame.h"
@@ -14,6 +15,7 @@
 
 #include <QAbstractTableModel>
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTreeView>
 
@@ -69,6 +71,7 @@ struct Desk
 {
     mTSM state;
     Settings settings {QString()};
+    SettingsStore store {QDir::tempPath()}; ///< Never written here.
     FakeFrame frame;
 
     ~Desk()
@@ -79,7 +82,7 @@ struct Desk
 
     frmToolSet *newWindow(const QString &caption)
     {
-        auto *window = new frmToolSet(frame, state, settings, samples->storage());
+        auto *window = new frmToolSet(frame, state, settings, store, samples->storage());
         frame.documents.append(window);
         window->setCaption(caption);
         window->resize(620, 380);

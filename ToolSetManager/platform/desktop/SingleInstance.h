@@ -5,12 +5,11 @@
 
 #include <memory>
 
-class QLocalServer;
 class QLockFile;
 
 /// Sees to it that the program runs once in a user's session. A lock file, which is void as soon
 /// as its process is gone, decides who is first; a local socket beside it, open to the user alone,
-/// takes the requests of later starts.
+/// takes the requests of later starts. Both lie in the session's own folder (XDG_RUNTIME_DIR).
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -23,7 +22,8 @@ public:
     /// for the lock cannot be written there is nobody to ask, and the answer is true.
     bool claim();
 
-    /// Asks the first instance to come forward; waits a few seconds at most for its answer.
+    /// Asks the first instance to come forward. Tries again for a moment while that one is still
+    /// starting; false when it could not be reached.
     bool askFirstToComeForward() const;
 
 Q_SIGNALS:
@@ -31,8 +31,9 @@ Q_SIGNALS:
 
 private:
     void serve();
+    QByteArray socketPath() const;
 
     QString m_base;
     std::unique_ptr<QLockFile> m_lock;
-    QLocalServer *m_server = nullptr;
+    int m_socket = -1;
 };
