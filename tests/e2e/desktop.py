@@ -109,8 +109,10 @@ def names_in_order():
 
 
 def centre(node):
+    # The tree counts in the program's own pixels, the mouse in the screen's.
+    scale = float(os.environ.get("QT_SCALE_FACTOR", "1"))
     box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-    return box.x + box.width // 2, box.y + box.height // 2
+    return int((box.x + box.width / 2) * scale), int((box.y + box.height / 2) * scale)
 
 
 def row_centre(name):

@@ -74,11 +74,11 @@ public:
         // Every label of the list view is measured, so that its columns are as wide as they need
         // to be; asking for each item's picture would take several times as long.
         constexpr int longest = 320;
-        const int margin
-            = option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
+        const int margin =
+            option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
         const QSize icon = m_owner->listView()->iconSize();
-        const int text
-            = option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
+        const int text =
+            option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
         return {qMin(icon.width() + text + 6 * margin, longest),
             qMax(icon.height(), option.fontMetrics.height()) + 2};
     }
@@ -167,7 +167,6 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
     , m_stack(new QStackedWidget(this))
     , m_report(new DragView<QTreeView>(this))
     , m_list(new DragView<QListView>(this))
-    , m_delegate(new LabelDelegate(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -202,7 +201,9 @@ void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSi
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
     view->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view->setItemDelegate(m_delegate);
+    auto *delegate = new LabelDelegate(this);
+    view->setItemDelegate(delegate);
+    m_delegates.append(delegate);
     view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     connect(view, &QAbstractItemView::clicked, this, &ListView::Click);
@@ -353,7 +354,8 @@ void ListView::StartLabelEdit()
 
 void ListView::finishLabelEdit()
 {
-    m_delegate->finish();
+    for (LabelDelegate *delegate : std::as_const(m_delegates))
+        delegate->finish();
 }
 
 void ListView::setColumnWidth(int column, int width)

@@ -123,7 +123,7 @@ private:
     QStackedWidget *m_stack;
     QTreeView *m_report;
     QListView *m_list;
-    LabelDelegate *m_delegate;
+    QList<LabelDelegate *> m_delegates; ///< One for each view: each commits its own editors only.
     QAbstractItemModel *m_model = nullptr;
     QItemSelectionModel *m_selection = nullptr; ///< Of both views.
     QByteArray m_headerState; ///< Column widths, while the table has no model.
