@@ -122,6 +122,12 @@ RTFEditor::RTFEditor(QWidget *parent)
     UserControl_Initialize();
 }
 
+RTFEditor::~RTFEditor()
+{
+    // What is left of the editor gives up the focus when it goes, and would be told of that.
+    qApp->disconnect(this);
+}
+
 void RTFEditor::UserControl_Initialize()
 {
     const QScopedValueRollback guard(m_synchronising, true);

@@ -20,6 +20,7 @@ class RTFEditor : public QWidget
     Q_OBJECT
 public:
     explicit RTFEditor(QWidget *parent = nullptr);
+    ~RTFEditor() override;
 
     // --- Properties ---
     QString TextRTF() const { return rtControl->TextRTF(); }
