@@ -49,7 +49,7 @@ QByteArray readFile(const QString &path, qint64 limit = std::numeric_limits<qint
         throw fileError(
             QStringLiteral("\"%1\" cannot be opened: %2.").arg(shown(path), file.errorString()));
     }
-    const QByteArray bytes = file.read(qMin(limit, file.size()));
+    QByteArray bytes = file.read(qMin(limit, file.size()));
     if (file.error() != QFileDevice::NoError) {
         throw fileError(
             QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(path), file.errorString()));
@@ -130,7 +130,8 @@ void CVBATools::RemoveAllItems()
 
 void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
 {
-    const ToolPtr kept = tool; // the argument may be the collection's own reference
+    // The argument may be the collection's own reference.
+    const ToolPtr kept = tool; // NOLINT(performance-unnecessary-copy-initialization)
     Remove(kept->Description);
     kept->Description = newName;
     Add(kept);
@@ -371,7 +372,7 @@ QString CVBATools::SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic
     QString name = QFileInfo(ToolSetName).fileName();
     if (name.isEmpty())
         name = QStringLiteral("Untitled.bmt");
-    const QString path = m_storage.recovery.newPathFor(name);
+    QString path = m_storage.recovery.newPathFor(name);
     QFile file(path);
     if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return {};

@@ -19,7 +19,7 @@ frmHelp::frmHelp(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_browser);
-    resize(640, 560);
+    resize(880, 640); // the manual's pictures fit
 }
 
 void frmHelp::showHelp(const QString &helpFile)

@@ -3,6 +3,7 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/PictureBox.h"
+#include "platform/rtf/RichTextBox.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
 #include "support/Answers.h"
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void cleanup();
 
     void opening();
+    void openingAnOldFile();
     void openingWhatCannotBeRead_data();
     void openingWhatCannotBeRead();
     void sortRules();
@@ -204,6 +206,20 @@ void frmToolSet_test::opening()
     }
     QCOMPARE(texts.join(u'|'), u"Tool Description|y|Position|002|Tool Location|C:\\Y"_qs);
     QCOMPARE(m_frame->groups[u"P"_qs], true);
+}
+
+/// Help texts of files below version 2 come out in the form that the rich-text box gives them.
+void frmToolSet_test::openingAnOldFile()
+{
+    QFile old(file("old.bmt", u"x"_qs));
+    QVERIFY(old.open(QIODevice::ReadWrite));
+    old.write("\1"); // the version, little-endian
+    old.close();
+    frmToolSet *form = window(path("old.bmt"));
+    const QString help = form->Tools().Item(1)->HelpString;
+    QCOMPARE(help, RichTextBox::ownForm(u"help of x"_qs, u"MS Sans Serif"_qs, 8.5));
+    QVERIFY(help.startsWith(u"{\\rtf1"_qs));
+    QCOMPARE(form->Tools().FLAGS() & 1, 1);
 }
 
 void frmToolSet_test::openingWhatCannotBeRead_data()
