@@ -5,11 +5,14 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -115,7 +118,8 @@ public:
     {
         this->setDragEnabled(true);
         this->viewport()->setAcceptDrops(true);
-        this->setAutoScroll(true);
+        m_scrollTimer.setInterval(50);
+        QObject::connect(&m_scrollTimer, &QTimer::timeout, this, [this] { scrollForDrag(); });
     }
 
 protected:
@@ -132,21 +136,23 @@ protected:
     {
         event->ignore();
         Q_EMIT m_owner->OLEDragOver(event);
-        const int y = event->position().toPoint().y();
-        const int margin = this->autoScrollMargin();
-        if (event->isAccepted() && (y < margin || y > this->viewport()->height() - margin))
-            this->startAutoScroll();
+        m_dragPoint = event->position().toPoint();
+        m_dragData = event->mimeData();
+        if (event->isAccepted() && !scrollSteps().isNull())
+            m_scrollTimer.start();
+        else
+            m_scrollTimer.stop();
     }
 
     void dragLeaveEvent(QDragLeaveEvent *) override
     {
-        this->stopAutoScroll();
+        m_scrollTimer.stop();
         Q_EMIT m_owner->OLEDragLeave();
     }
 
     void dropEvent(QDropEvent *event) override
     {
-        this->stopAutoScroll();
+        m_scrollTimer.stop();
         event->ignore();
         Q_EMIT m_owner->OLEDragDrop(event);
     }
@@ -159,7 +165,47 @@ protected:
     }
 
 private:
+    /// By how many pixels a drag at its present place scrolls: none but near the edges. Qt's own
+    /// scrolling needs Qt's own handling of the drag, which the list does not use.
+    QPoint scrollSteps() const
+    {
+        const auto step = [](int at, int length, int margin) {
+            constexpr int most = 24;
+            if (at < margin)
+                return qMax(-most, at - margin);
+            return qBound(0, at - (length - margin), most);
+        };
+        const QSize size = this->viewport()->size();
+        constexpr int margin = 24;
+        return {step(m_dragPoint.x(), size.width(), margin),
+            step(m_dragPoint.y(), size.height(), margin)};
+    }
+
+    void scrollForDrag()
+    {
+        const auto scroll = [](QScrollBar *bar, int by) {
+            const int before = bar->value();
+            bar->setValue(before + by);
+            return bar->value() != before;
+        };
+        const QPoint by = scrollSteps();
+        const bool moved =
+            scroll(this->horizontalScrollBar(), by.x()) | scroll(this->verticalScrollBar(), by.y());
+        if (!moved || !m_dragData) {
+            m_scrollTimer.stop();
+            return;
+        }
+        // Another row is under the mouse now, which has not moved.
+        QDragMoveEvent event(m_dragPoint, Qt::CopyAction | Qt::MoveAction, m_dragData,
+            Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        Q_EMIT m_owner->OLEDragOver(&event);
+    }
+
     ListView *m_owner;
+    QTimer m_scrollTimer;
+    QPoint m_dragPoint; ///< Where the drag was seen last, in the viewport.
+    QPointer<const QMimeData> m_dragData;
 };
 
 ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *parent)
