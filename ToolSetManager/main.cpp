@@ -2,6 +2,7 @@
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/mFileUtil.h"
+#include "platform/print/Printers.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -46,9 +47,10 @@ int main(int argc, char *argv[])
     ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
         QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    Printers printers;
     mTSM state;
     const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {
-        return new frmToolSet(frame, state, settings, store, storage);
+        return new frmToolSet(frame, state, settings, store, storage, printers);
     };
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));

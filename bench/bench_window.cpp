@@ -4,6 +4,7 @@
 #include "model/CVBATools.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
+#include "platform/print/Printers.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
 #include "support/FakeFrame.h"
@@ -72,6 +73,7 @@ struct Desk
     mTSM state;
     Settings settings {QString()};
     SettingsStore store {QDir::tempPath()}; ///< Never written here.
+    Printers printers {[] { return QStringList(); }};
     FakeFrame frame;
 
     ~Desk()
@@ -82,7 +84,7 @@ struct Desk
 
     frmToolSet *newWindow(const QString &caption)
     {
-        auto *window = new frmToolSet(frame, state, settings, store, samples->storage());
+        auto *window = new frmToolSet(frame, state, settings, store, samples->storage(), printers);
         frame.documents.append(window);
         window->setCaption(caption);
         window->resize(620, 380);

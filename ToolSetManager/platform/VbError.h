@@ -18,6 +18,7 @@ public:
         SubscriptOutOfRange = 9, ///< A position outside 1..count.
         DeviceError = 57, ///< A write that failed.
         DuplicateKey = 457, ///< A key that the collection holds already.
+        PrinterError = 482, ///< The printer, or the file in its place, refused.
         NotAToolSet = 30001 ///< The program's own: the file is something else.
     };
 

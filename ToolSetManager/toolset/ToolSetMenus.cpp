@@ -89,6 +89,10 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     , mnuHelp(new QMenu(QStringLiteral("&Help"), parent))
 {
     fill(mnuFile, Text("mnuFilex"), mnuFilex, fileItems, this);
+    mnuFilePrintPreview = new QAction(QStringLiteral("Print Pre&view..."), this);
+    mnuFilePrintPreview->setObjectName(QStringLiteral("mnuFilePrintPreview"));
+    mnuFilePrintPreview->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+    mnuFile->insertAction(mnuFilex[FilePrintSetup], mnuFilePrintPreview);
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
     mnuFileExit = mnuFile->addAction(QStringLiteral("E&xit"));

@@ -55,6 +55,7 @@ public:
     std::array<QAction *, WindowItems> mnuWindowX {};
     std::array<QAction *, HelpItems> mnuHelpx {};
     RecentFileMenu *mnuFileList;
+    QAction *mnuFilePrintPreview; ///< Of this program's own: no item of the array.
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }

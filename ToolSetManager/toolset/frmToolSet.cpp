@@ -52,7 +52,7 @@ QTimer *makeTimer(QObject *parent, int interval)
 } // namespace
 
 frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, SettingsStore &store,
-    ToolSetStorage &storage, QWidget *parent)
+    ToolSetStorage &storage, Printers &printers, QWidget *parent)
     : QWidget(parent)
     , m_frame(frame)
     , m_state(state)
@@ -69,6 +69,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , m_list(new ToolListModel(this))
     , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
     , m_properties(new ToolPropertiesLink(this, frame, settings, store, *lvTools, *m_list))
+    , m_report(this, store, printers)
 {
     setObjectName(QStringLiteral("frmToolSet"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -140,6 +141,9 @@ void frmToolSet::connectMenus()
         [this](const QString &path) { m_frame.openFile(path); });
     connect(m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, this,
         &frmToolSet::mnuFileSaveAs_Click);
+    connect(m_menus->mnuFilePrintPreview, &QAction::triggered, this, &frmToolSet::previewCommand);
+    connect(m_menus->mnuFilex[Menus::FilePrintSetup], &QAction::triggered, this,
+        [this] { m_report.setUp(); });
     connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
     connect(m_menus->mnuEditX[Menus::EditToolHelp], &QAction::triggered, tmrHelp,
         qOverload<>(&QTimer::start));
@@ -211,6 +215,7 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("paste"), &frmToolSet::pasteCommand},
         {QStringLiteral("toolproperties"), &frmToolSet::toolPropertiesCommand},
         {QStringLiteral("properties"), &frmToolSet::propertiesCommand},
+        {QStringLiteral("print"), &frmToolSet::printCommand},
     };
     if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
@@ -547,6 +552,16 @@ void frmToolSet::propertiesCommand()
 void frmToolSet::tmrHelp_Timer()
 {
     showToolHelp();
+}
+
+void frmToolSet::printCommand()
+{
+    m_report.print(*m_tools, m_fileName);
+}
+
+void frmToolSet::previewCommand()
+{
+    m_report.preview(*m_tools, m_fileName);
 }
 
 void frmToolSet::showToolHelp()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/picture/PictureBox.h"
+#include "printing/ReportCommands.h"
 #include "shell/DocumentWindow.h"
 
 #include <QWidget>
@@ -11,6 +12,7 @@ class CVBATools;
 class EditCommands;
 class Frame;
 class ListView;
+class Printers;
 class QLabel;
 class QTimer;
 class Settings;
@@ -29,7 +31,7 @@ class frmToolSet : public QWidget, public DocumentWindow
 public:
     /// What is handed in is borrowed. The window deletes itself when it is closed.
     frmToolSet(Frame &frame, mTSM &state, const Settings &settings, SettingsStore &store,
-        ToolSetStorage &storage, QWidget *parent = nullptr);
+        ToolSetStorage &storage, Printers &printers, QWidget *parent = nullptr);
     ~frmToolSet() override;
 
     // --- Properties ---
@@ -116,6 +118,8 @@ private:
     void showToolHelp();
     /// Help texts of old files come out in the form that the rich-text box gives them.
     static void rewriteHelpTexts(CVBATools &tools);
+    void printCommand();
+    void previewCommand();
     void openCommand();
     void saveCommand();
     bool openToolSet();
@@ -148,6 +152,7 @@ private:
     ToolListModel *m_list;
     EditCommands *m_edit;
     ToolPropertiesLink *m_properties;
+    ReportCommands m_report;
     QString m_caption;
     QString m_fileName;
     bool m_dirty = false;

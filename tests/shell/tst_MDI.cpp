@@ -4,6 +4,7 @@
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/Toolbar.h"
 #include "platform/picture/PictureBox.h"
+#include "platform/print/Printers.h"
 #include "shell/CFileList.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
@@ -65,6 +66,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ToolSetStorage> m_storage;
+    Printers m_printers {[] { return QStringList(); }};
     std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<mTSM> m_state;
@@ -93,7 +95,7 @@ void MDI_test::makeFrame(const QString &commandLine)
     m_frame = std::make_unique<MDI>(
         *m_state, *m_settings, *m_store,
         [this](Frame &frame) -> DocumentWindow * {
-            return new frmToolSet(frame, *m_state, *m_settings, *m_store, *m_storage);
+            return new frmToolSet(frame, *m_state, *m_settings, *m_store, *m_storage, m_printers);
         },
         commandLine);
     m_frame->show();

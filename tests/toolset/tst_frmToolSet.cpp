@@ -3,6 +3,7 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/PictureBox.h"
+#include "platform/print/Printers.h"
 #include "platform/rtf/RichTextBox.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -92,6 +93,7 @@ private:
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<FakeFrame> m_frame;
+    Printers m_printers {[] { return QStringList(); }};
 };
 
 void frmToolSet_test::init()
@@ -131,7 +133,7 @@ QString frmToolSet_test::file(const char *name, const QString &tools)
 
 frmToolSet *frmToolSet_test::newWindow()
 {
-    auto *form = new frmToolSet(*m_frame, *m_state, *m_settings, *m_store, *m_storage);
+    auto *form = new frmToolSet(*m_frame, *m_state, *m_settings, *m_store, *m_storage, m_printers);
     m_frame->documents.append(form);
     form->resize(500, 300);
     form->show();

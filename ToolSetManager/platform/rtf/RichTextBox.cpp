@@ -1,6 +1,6 @@
 #include "platform/rtf/RichTextBox.h"
 
-#include "platform/picture/Metafile.h"
+#include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfText.h"
@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QMenu>
 #include <QMimeData>
@@ -27,41 +26,6 @@ constexpr int twipsPerPixel = 15;
 constexpr int twipsPerHalfPoint = 10;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
-
-/// Fonts of old texts that are not here: their successors' widths, or lines would break elsewhere.
-void substituteFonts()
-{
-    static const bool done = [] {
-        for (const char16_t *family : {u"MS Sans Serif", u"Microsoft Sans Serif", u"Tahoma",
-                 u"System", u"MS Shell Dlg", u"Helv"}) {
-            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Arial"));
-        }
-        for (const char16_t *family : {u"MS Serif", u"Tms Rmn"})
-            QFont::insertSubstitution(
-                QString::fromUtf16(family), QStringLiteral("Times New Roman"));
-        for (const char16_t *family : {u"Fixedsys", u"Courier", u"Terminal"})
-            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Courier New"));
-        return true;
-    }();
-    Q_UNUSED(done)
-}
-
-/// A metafile's own bitmap where that is all it shows, else what playing it gives. A text's
-/// metafiles together may keep the user waiting for some seconds; those beyond are framed.
-RtfPicture::MetafileDecoder playMetafile(const std::shared_ptr<qint64> &spent)
-{
-    return [spent](QByteArrayView metafile, QSize, QSize pixels) {
-        constexpr qint64 patience = 5000; // ms
-        const QImage bitmap = Metafile::soleBitmap(metafile);
-        if (!bitmap.isNull() || *spent > patience)
-            return bitmap;
-        QElapsedTimer timer;
-        timer.start();
-        const QImage played = Metafile::render(metafile, pixels);
-        *spent += timer.elapsed();
-        return played;
-    };
-}
 
 constexpr const char *rtfTypes[] = {"text/rtf", "application/rtf", "text/richtext"};
 
@@ -103,7 +67,7 @@ bool hasProtected(const QTextDocument &document, int from, int to)
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     : QTextEdit(parent)
 {
-    substituteFonts();
+    RichText::substituteFonts();
     QFont standard(family);
     standard.setPointSizeF(points);
     setFont(standard);
@@ -135,22 +99,11 @@ QStringList RichTextBox::screenFonts()
 
 // --- The whole text ---
 
-RtfReader RichTextBox::reader() const
-{
-    RtfReader reader;
-    reader.defaultCodePage = RtfText::systemCodePage();
-    reader.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
-    return reader;
-}
-
 void RichTextBox::load(const QString &rtf)
 {
     m_given = rtf;
     document()->setDefaultFont(font());
-    if (RtfText::isRtf(rtf))
-        reader().read(RtfText::toBytes(rtf), *document());
-    else
-        reader().readPlainText(rtf, *document());
+    RichText::read(rtf, *document());
     setTextCursor(QTextCursor(document()));
     wrap();
 }
@@ -182,8 +135,8 @@ QString RichTextBox::ownForm(const QString &rtf, const QString &family, double p
     QFont standard(family);
     standard.setPointSizeF(points);
     document.setDefaultFont(standard);
-    RtfReader reader;
-    reader.defaultCodePage = RtfText::systemCodePage();
+    RtfReader reader = RichText::reader();
+    reader.metafileDecoder = nullptr; // what pictures show is not written
     if (RtfText::isRtf(rtf))
         reader.read(RtfText::toBytes(rtf), document);
     else
@@ -287,7 +240,7 @@ void RichTextBox::setSelRTF(const QString &rtf)
     }
     QTextDocument source;
     source.setDefaultFont(font());
-    RtfReader from = reader();
+    RtfReader from = RichText::reader();
     from.read(RtfText::toBytes(rtf), source);
     insertDocument(source, from.endedWithParagraph());
 }
@@ -838,7 +791,7 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
     if (!rtf.isEmpty()) {
         QTextDocument document;
         document.setDefaultFont(font());
-        RtfReader from = reader();
+        RtfReader from = RichText::reader();
         from.read(rtf, document);
         insertDocument(document, from.endedWithParagraph());
     } else if (source->hasHtml()) {
@@ -848,7 +801,7 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
         web.setHtml(source->html());
         QTextDocument document;
         document.setDefaultFont(font());
-        reader().read(RtfWriter::write(web), document);
+        RichText::reader().read(RtfWriter::write(web), document);
         insertDocument(document, false);
     } else if (source->hasImage()) {
         const QImage image = qvariant_cast<QImage>(source->imageData());
@@ -874,9 +827,9 @@ bool RichTextBox::SelPrint(QPrinter &printer)
     QTextDocument part;
     part.setDefaultFont(font());
     if (SelLength() > 0)
-        reader().read(RtfWriter::writeSelection(textCursor()), part);
+        RichText::reader().read(RtfWriter::writeSelection(textCursor()), part);
     else
-        reader().read(RtfWriter::write(*document()), part);
+        RichText::reader().read(RtfWriter::write(*document()), part);
 
     QPainter painter;
     if (!painter.begin(&printer))

@@ -128,7 +128,6 @@ protected:
 private:
     enum class Touch { Selection, Before, After, Insertion };
 
-    RtfReader reader() const;
     void load(const QString &rtf);
     void wrap();
     void insertDocument(const QTextDocument &source, bool endsWithParagraph);

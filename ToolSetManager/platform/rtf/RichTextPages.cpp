@@ -58,6 +58,39 @@ void scaleMargins(QTextDocument &document)
     cursor.endEditBlock();
 }
 
+/// Pictures wider than the text's area would be cut off at its edge. True when there were any.
+bool shrinkPictures(QTextDocument &document, int width)
+{
+    struct Change
+    {
+        int position;
+        int length;
+        QTextImageFormat picture;
+    };
+    std::vector<Change> changes; // made afterwards: they may join fragments
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextBlockFormat paragraph = block.blockFormat();
+        const double widest = (width - paragraph.leftMargin() - paragraph.rightMargin()
+                                  - std::max(0.0, paragraph.textIndent()))
+            / twipsPerPixel;
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            QTextImageFormat picture = it.fragment().charFormat().toImageFormat();
+            if (!picture.isValid() || widest < 1 || picture.width() <= widest)
+                continue;
+            picture.setHeight(picture.height() * widest / picture.width());
+            picture.setWidth(widest);
+            changes.push_back({it.fragment().position(), it.fragment().length(), picture});
+        }
+    }
+    QTextCursor cursor(&document);
+    for (const Change &change : changes) {
+        cursor.setPosition(change.position);
+        cursor.setPosition(change.position + change.length, QTextCursor::KeepAnchor);
+        cursor.setCharFormat(change.picture);
+    }
+    return !changes.empty();
+}
+
 } // namespace
 
 RichTextPages::RichTextPages(const QTextDocument &document)
@@ -87,7 +120,11 @@ void RichTextPages::draw(QPainter &painter, const QRect &area, int first, int be
     context.palette.setColor(QPalette::Text, Qt::black);
     context.clip = QRectF(0, top, m_width, bottom - top);
     painter.save();
-    painter.translate(area.left(), area.top() - top);
+    painter.translate(area.topLeft());
+    // Only a single line can be higher than its area: a picture larger than the page.
+    if (bottom - top > area.height() + 1)
+        painter.scale(area.height() / (bottom - top), area.height() / (bottom - top));
+    painter.translate(0, -top);
     // What hangs out to the left or right is drawn, but not what stands above or below.
     painter.setClipRect(context.clip.adjusted(-area.left(), 0, area.left(), 0), Qt::IntersectClip);
     m_layout->documentLayout()->draw(&painter, context);
@@ -116,11 +153,14 @@ void RichTextPages::layOut(int width)
         return;
     m_lines.clear();
     m_width = width;
+    if (m_shrunk)
+        m_layout.reset(); // for another width
     if (!m_layout) {
         m_layout.reset(m_document.clone());
         m_layout->setUndoRedoEnabled(false);
         m_layout->setDocumentMargin(0);
         scaleMargins(*m_layout);
+        m_shrunk = shrinkPictures(*m_layout, width);
         m_layout->documentLayout()->setPaintDevice(&referenceDevice());
     }
     m_layout->setTextWidth(width);

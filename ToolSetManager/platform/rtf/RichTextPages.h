@@ -26,7 +26,8 @@ public:
     int firstBeyond(int first, QSize area);
 
     /// Draws the characters from \a first up to \a beyond, which firstBeyond() has given, into
-    /// \a area. The painter's units must be twips. Text of no colour of its own is black.
+    /// \a area. The painter's units must be twips. Text of no colour of its own is black. Pictures
+    /// wider than the area, and a line higher than it, are made smaller.
     void draw(QPainter &painter, const QRect &area, int first, int beyond);
 
     /// Height of those characters' lines.
@@ -51,5 +52,6 @@ private:
     std::unique_ptr<QTextDocument> m_layout; ///< A copy with the lengths of the reference.
     std::vector<Line> m_lines;
     int m_width = 0;
+    bool m_shrunk = false; ///< Pictures were made to fit that width.
     int m_length = 0;
 };

@@ -1,0 +1,204 @@
+#include "platform/print/PagePreview.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+
+constexpr double twipsPerInch = 1440;
+constexpr int border = 12; ///< Pixels around the sheet.
+constexpr int shadow = 3;
+constexpr int wheelNotch = 120; ///< Qt: eighths of a degree.
+
+} // namespace
+
+PagePreview::PagePreview(QWidget *parent)
+    : QAbstractScrollArea(parent)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setCursor(Qt::OpenHandCursor);
+    horizontalScrollBar()->setSingleStep(20);
+    verticalScrollBar()->setSingleStep(20);
+}
+
+void PagePreview::setPreviewPage(int page)
+{
+    m_page = std::clamp(page, std::min(1, PageCount()), PageCount());
+    m_wheel = 0;
+    updateScrollBars();
+    verticalScrollBar()->setValue(0);
+    setAccessibleName(m_page == 0 ? QStringLiteral("No pages")
+                                  : QStringLiteral("Page %1 of %2").arg(m_page).arg(PageCount()));
+    setAccessibleDescription(m_page == 0 ? QString() : m_document.pageText(m_page));
+    viewport()->update();
+}
+
+void PagePreview::setZoom(int percent)
+{
+    if (percent < leastZoom || percent > greatestZoom || percent == m_zoom)
+        return;
+    // What is in the middle of the window stays there.
+    const auto middle = [](const QScrollBar *bar) {
+        const double whole = bar->maximum() + bar->pageStep();
+        return whole > 0 ? (bar->value() + bar->pageStep() / 2.0) / whole : 0;
+    };
+    const double x = middle(horizontalScrollBar());
+    const double y = middle(verticalScrollBar());
+    const bool atTop = verticalScrollBar()->value() == 0;
+    m_zoom = percent;
+    updateScrollBars();
+    const auto restore = [](QScrollBar *bar, double place) {
+        const double whole = bar->maximum() + bar->pageStep();
+        bar->setValue(static_cast<int>(std::lround(place * whole - bar->pageStep() / 2.0)));
+    };
+    restore(horizontalScrollBar(), x);
+    restore(verticalScrollBar(), atTop ? 0 : y);
+    viewport()->update();
+}
+
+double PagePreview::scale() const
+{
+    return logicalDpiX() / twipsPerInch * m_zoom / 100;
+}
+
+QSize PagePreview::sheetSize() const
+{
+    return QSize(static_cast<int>(std::lround(m_document.PageWidth() * scale())),
+        static_cast<int>(std::lround(m_document.PageHeight() * scale())));
+}
+
+QRect PagePreview::sheet() const
+{
+    const QSize size = sheetSize();
+    const QSize room = viewport()->size();
+    const int left = std::max(border, (room.width() - size.width()) / 2);
+    return QRect(
+        QPoint(left - horizontalScrollBar()->value(), border - verticalScrollBar()->value()), size);
+}
+
+void PagePreview::updateScrollBars()
+{
+    const QSize whole = sheetSize() + QSize(2 * border, 2 * border);
+    const QSize room = viewport()->size();
+    horizontalScrollBar()->setRange(0, std::max(0, whole.width() - room.width()));
+    horizontalScrollBar()->setPageStep(room.width());
+    verticalScrollBar()->setRange(0, std::max(0, whole.height() - room.height()));
+    verticalScrollBar()->setPageStep(room.height());
+}
+
+void PagePreview::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), palette().color(QPalette::Window).darker(130));
+    if (m_page == 0)
+        return;
+    const QRect paper = sheet();
+    painter.fillRect(paper.translated(shadow, shadow), QColor(0, 0, 0, 90));
+    painter.fillRect(paper, Qt::white);
+    painter.setClipRect(paper.intersected(event->rect()));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(paper.topLeft());
+    painter.scale(scale(), scale());
+    m_document.draw(painter, m_page);
+}
+
+void PagePreview::resizeEvent(QResizeEvent *event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    updateScrollBars();
+}
+
+void PagePreview::pageKey(bool forward)
+{
+    QScrollBar *bar = verticalScrollBar();
+    if (forward && bar->value() < bar->maximum()) {
+        bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    } else if (!forward && bar->value() > bar->minimum()) {
+        bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+    } else if (forward) {
+        Q_EMIT nextWanted();
+    } else if (m_page > 1) {
+        Q_EMIT previousWanted();
+        bar->setValue(bar->maximum()); // reading on backwards
+    }
+}
+
+void PagePreview::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+        pageKey(true);
+        break;
+    case Qt::Key_PageUp:
+    case Qt::Key_Backspace:
+        pageKey(false);
+        break;
+    case Qt::Key_Home:
+        Q_EMIT firstWanted();
+        break;
+    case Qt::Key_End:
+        Q_EMIT lastWanted();
+        break;
+    case Qt::Key_Plus:
+        Q_EMIT zoomWanted(1);
+        break;
+    case Qt::Key_Minus:
+        Q_EMIT zoomWanted(-1);
+        break;
+    default:
+        QAbstractScrollArea::keyPressEvent(event); // the arrows scroll
+    }
+}
+
+void PagePreview::wheelEvent(QWheelEvent *event)
+{
+    const int turned = event->angleDelta().y();
+    const bool turnsPage =
+        (turned < 0 && verticalScrollBar()->value() == verticalScrollBar()->maximum())
+        || (turned > 0 && verticalScrollBar()->value() == verticalScrollBar()->minimum());
+    if (!turnsPage && !(event->modifiers() & Qt::ControlModifier)) {
+        m_wheel = 0;
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    event->accept();
+    m_wheel = (m_wheel > 0) == (turned > 0) ? m_wheel + turned : turned;
+    if (std::abs(m_wheel) < wheelNotch)
+        return;
+    const bool up = m_wheel > 0;
+    m_wheel = 0;
+    if (event->modifiers() & Qt::ControlModifier)
+        Q_EMIT zoomWanted(up ? 1 : -1);
+    else
+        pageKey(!up);
+}
+
+void PagePreview::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_dragged = event->position().toPoint();
+    viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void PagePreview::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint moved = event->position().toPoint() - m_dragged;
+    m_dragged = event->position().toPoint();
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - moved.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() - moved.y());
+}
+
+void PagePreview::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        viewport()->setCursor(Qt::OpenHandCursor);
+}

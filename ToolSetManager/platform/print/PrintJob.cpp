@@ -1,0 +1,109 @@
+#include "platform/print/PrintJob.h"
+
+#include "platform/print/CupsQueue.h"
+#include "platform/print/Printers.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QPageLayout>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QTemporaryFile>
+
+namespace {
+
+constexpr int twipsPerInch = 1440;
+
+} // namespace
+
+PrintJob::PrintJob(const Printers &printers, const QString &title)
+    : m_printers(printers)
+    , m_title(title)
+{
+}
+
+PrintJob::~PrintJob()
+{
+    abort();
+}
+
+bool PrintJob::start()
+{
+    m_errorText.clear();
+    m_printer = m_printers.name();
+    const auto paper = m_printers.paper();
+    if (!paper)
+        return fail(QStringLiteral("The printer \"%1\" is not there any more.").arg(m_printer));
+    m_paper = *paper;
+    m_pageSize = m_printers.pageSize();
+
+    bool opened = false;
+    if (m_printer == Printers::pdfFile()) {
+        auto file = std::make_unique<QSaveFile>(m_fileName);
+        file->setDirectWriteFallback(true);
+        opened = file->open(QIODevice::WriteOnly);
+        m_file = std::move(file);
+    } else {
+        auto file = std::make_unique<QTemporaryFile>(
+            QDir::temp().filePath(QStringLiteral("print-XXXXXX.pdf")));
+        opened = file->open();
+        m_file = std::move(file);
+    }
+    if (!opened)
+        return fail(m_file->errorString());
+
+    m_writer = std::make_unique<QPdfWriter>(m_file.get());
+    m_writer->setTitle(m_title);
+    m_writer->setCreator(QCoreApplication::applicationName());
+    m_writer->setResolution(twipsPerInch);
+    m_writer->setPageLayout(
+        QPageLayout(m_pageSize, m_printers.orientation(), QMarginsF(0, 0, 0, 0)));
+    if (!m_painter.begin(m_writer.get()))
+        return fail(m_file->errorString());
+    return true;
+}
+
+void PrintJob::newPage()
+{
+    if (m_painter.isActive())
+        m_writer->newPage();
+}
+
+bool PrintJob::end()
+{
+    if (!m_painter.isActive())
+        return false;
+    m_painter.end();
+    m_writer.reset();
+    if (auto *file = qobject_cast<QSaveFile *>(m_file.get())) {
+        if (!file->commit())
+            return fail(file->errorString());
+    } else {
+        m_file->flush();
+        if (m_file->error() != QFileDevice::NoError)
+            return fail(m_file->errorString());
+        const QString reason = CupsQueue::submit(
+            m_printer, m_file->fileName(), m_title, {{"media", m_pageSize.key().toLatin1()}});
+        if (!reason.isEmpty())
+            return fail(reason);
+    }
+    m_file.reset();
+    return true;
+}
+
+void PrintJob::abort()
+{
+    if (m_painter.isActive())
+        m_painter.end();
+    m_writer.reset();
+    if (auto *file = qobject_cast<QSaveFile *>(m_file.get()))
+        file->cancelWriting();
+    m_file.reset();
+}
+
+bool PrintJob::fail(const QString &text)
+{
+    m_errorText = text;
+    abort();
+    return false;
+}

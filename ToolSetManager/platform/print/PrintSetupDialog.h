@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDialog>
+
+class Printers;
+class QComboBox;
+class QDialogButtonBox;
+class QLabel;
+class QPageSize;
+class QRadioButton;
+
+/// The printer set-up: chooses the printer, its paper and which way round it is used.
+class PrintSetupDialog : public QDialog
+{
+    Q_OBJECT
+public:
+    /// Shows the present choice of \a printers; OK changes it, Cancel leaves it alone.
+    explicit PrintSetupDialog(Printers &printers, QWidget *parent = nullptr);
+
+private:
+    void showPrinter();
+    void showOrientation();
+    void accept() override;
+    QPageSize chosenPaper() const;
+
+    Printers &m_printers;
+    QComboBox *cboPrinter;
+    QLabel *lblPrinter;
+    QComboBox *cboPaper;
+    QRadioButton *optPortrait;
+    QRadioButton *optLandscape;
+    QLabel *lblSheet; ///< A drawing of the sheet.
+    QDialogButtonBox *buttons;
+};

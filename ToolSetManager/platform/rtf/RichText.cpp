@@ -1,0 +1,62 @@
+#include "platform/rtf/RichText.h"
+
+#include "platform/picture/Metafile.h"
+#include "platform/rtf/RtfText.h"
+
+#include <QElapsedTimer>
+#include <QFont>
+
+#include <memory>
+
+namespace {
+
+/// A metafile's own bitmap where that is all it shows, else what playing it gives.
+RtfPicture::MetafileDecoder playMetafile(const std::shared_ptr<qint64> &spent)
+{
+    return [spent](QByteArrayView metafile, QSize, QSize pixels) {
+        constexpr qint64 patience = 5000; // ms
+        const QImage bitmap = Metafile::soleBitmap(metafile);
+        if (!bitmap.isNull() || *spent > patience)
+            return bitmap;
+        QElapsedTimer timer;
+        timer.start();
+        const QImage played = Metafile::render(metafile, pixels);
+        *spent += timer.elapsed();
+        return played;
+    };
+}
+
+} // namespace
+
+void RichText::substituteFonts()
+{
+    static const bool done = [] {
+        for (const char16_t *family : {u"MS Sans Serif", u"Microsoft Sans Serif", u"Tahoma",
+                 u"System", u"MS Shell Dlg", u"Helv"}) {
+            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Arial"));
+        }
+        for (const char16_t *family : {u"MS Serif", u"Tms Rmn"})
+            QFont::insertSubstitution(
+                QString::fromUtf16(family), QStringLiteral("Times New Roman"));
+        for (const char16_t *family : {u"Fixedsys", u"Courier", u"Terminal"})
+            QFont::insertSubstitution(QString::fromUtf16(family), QStringLiteral("Courier New"));
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
+RtfReader RichText::reader()
+{
+    RtfReader reader;
+    reader.defaultCodePage = RtfText::systemCodePage();
+    reader.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
+    return reader;
+}
+
+void RichText::read(const QString &text, QTextDocument &document)
+{
+    if (RtfText::isRtf(text))
+        reader().read(RtfText::toBytes(text), document);
+    else
+        reader().readPlainText(text, document);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/rtf/RtfReader.h"
+
+/// Rich text as the program's strings hold it, read the same way for every place that shows it.
+namespace RichText {
+
+/// Makes fonts of old texts that are not here those of their successors' widths; otherwise lines
+/// would break elsewhere. Once is enough.
+void substituteFonts();
+
+/// A reader for the system's code page which plays metafiles. Playing those of one reader may take
+/// some seconds in all; those beyond are shown as a frame.
+RtfReader reader();
+
+/// Replaces the document's content by the text, which is RTF or plain.
+void read(const QString &text, QTextDocument &document);
+
+} // namespace RichText

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+/// Asks where the printer "PDF file" shall write to; empty when the user cancels. \a proposal is a
+/// path without an extension.
+QString askForPdfPath(QWidget *parent, const QString &proposal);

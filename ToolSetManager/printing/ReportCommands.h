@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+class CVBATools;
+class frmPrint;
+class Printers;
+class QWidget;
+class SettingsStore;
+
+/// What the menus of a tool set window offer about printing.
+class ReportCommands
+{
+public:
+    /// What is handed in is borrowed; \a owner is the window that asks.
+    ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers);
+
+    /// Both tell the user when there is no printer. \a fileName is the set's path, or empty.
+    void print(const CVBATools &tools, const QString &fileName);
+    void preview(const CVBATools &tools, const QString &fileName);
+    void setUp(); ///< Lets the user choose printer and paper for the rest of the run.
+
+private:
+    bool printerIsInstalled();
+    void hand(frmPrint &report, const CVBATools &tools, const QString &fileName);
+
+    QWidget *m_owner;
+    SettingsStore &m_store;
+    Printers &m_printers;
+};

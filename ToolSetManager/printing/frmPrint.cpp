@@ -1,0 +1,299 @@
+#include "printing/frmPrint.h"
+
+#include "model/CVBATools.h"
+#include "platform/VbError.h"
+#include "platform/desktop/Hourglass.h"
+#include "platform/desktop/Icons.h"
+#include "platform/desktop/MsgBox.h"
+#include "platform/desktop/StatusBar.h"
+#include "platform/desktop/Toolbar.h"
+#include "platform/print/PagePreview.h"
+#include "platform/print/PrintJob.h"
+#include "platform/print/Printers.h"
+#include "printing/PdfPath.h"
+#include "printing/PrintProgress.h"
+#include "printing/ToolsetReport.h"
+#include "shell/MWindowPosition.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace {
+
+using Text = QLatin1StringView;
+
+constexpr int pagesPanel = 1;
+
+struct Button
+{
+    Text key; ///< The tool tip too.
+    Text icon;
+    QStyle::StandardPixmap fallback;
+};
+constexpr Button buttons[] = {
+    {Text("First"), Text("go-first"), QStyle::SP_MediaSkipBackward},
+    {Text("Previous"), Text("go-previous"), QStyle::SP_ArrowLeft},
+    {Text("Next"), Text("go-next"), QStyle::SP_ArrowRight},
+    {Text("Last"), Text("go-last"), QStyle::SP_MediaSkipForward},
+    {Text("Print"), Text("document-print"), QStyle::SP_FileIcon},
+};
+constexpr Text zooms[] = {Text("50"), Text("75"), Text("100"), Text("150"), Text("200")};
+constexpr int wholeSize = 2; ///< Index of "100".
+
+QString positionName()
+{
+    return QStringLiteral("Printer");
+}
+
+QString reportTitle()
+{
+    return QStringLiteral("VB Quillon");
+}
+
+QString noPrinterText()
+{
+    return QStringLiteral("VB Quillon cannot access the printer or cannot start the print job.  "
+                          "A printer may not be available or installed.");
+}
+
+} // namespace
+
+frmPrint::frmPrint(SettingsStore &store, const Printers &printers, QWidget *parent)
+    : QDialog(parent,
+        Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint
+            | Qt::WindowCloseButtonHint)
+    , m_store(store)
+    , m_printers(printers)
+    , toolbar(new Toolbar(QStringLiteral("Report"), this))
+    , cboZoom(new QComboBox)
+    , cmdClose(new QPushButton(QStringLiteral("Close")))
+    , prtStatus(new PagePreview)
+    , status(new StatusBar({1}, this))
+{
+    setObjectName(QStringLiteral("frmPrint"));
+    setWindowTitle(QStringLiteral("Tool Set Report"));
+    makeControls();
+}
+
+void frmPrint::makeControls()
+{
+    toolbar->setObjectName(QStringLiteral("toolbar"));
+    cboZoom->setObjectName(QStringLiteral("cboZoom"));
+    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    prtStatus->setObjectName(QStringLiteral("prtStatus"));
+    status->setObjectName(QStringLiteral("status"));
+
+    for (const Button &each : buttons) {
+        QAction *action = toolbar->addButton(each.key, each.key);
+        action->setIcon(Icons::named(each.icon, each.fallback));
+    }
+    toolbar->addSeparator();
+    auto *zoomLabel = new QLabel(QStringLiteral(" &Zoom: "));
+    zoomLabel->setBuddy(cboZoom);
+    toolbar->addWidget(zoomLabel);
+    for (const Text zoom : zooms)
+        cboZoom->addItem(zoom);
+    cboZoom->setToolTip(QStringLiteral("Per cent of the real size"));
+    toolbar->addWidget(cboZoom);
+    auto *space = new QWidget;
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    toolbar->addWidget(space);
+    cmdClose->setAutoDefault(false);
+    toolbar->addWidget(cmdClose);
+
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(0);
+    all->addWidget(toolbar);
+    all->addWidget(prtStatus, 1);
+    all->addWidget(status);
+
+    connect(toolbar, &Toolbar::ButtonClick, this, &frmPrint::toolbar_ButtonClick);
+    connect(cboZoom, &QComboBox::activated, this, &frmPrint::cboZoom_Click);
+    connect(cmdClose, &QPushButton::clicked, this, &frmPrint::cmdClose_Click);
+    const auto press = [this](Text key) {
+        return [this, key] {
+            if (m_pages.isEnabled(key))
+                toolbar_ButtonClick(key);
+        };
+    };
+    connect(prtStatus, &PagePreview::firstWanted, this, press(Text("First")));
+    connect(prtStatus, &PagePreview::previousWanted, this, press(Text("Previous")));
+    connect(prtStatus, &PagePreview::nextWanted, this, press(Text("Next")));
+    connect(prtStatus, &PagePreview::lastWanted, this, press(Text("Last")));
+    connect(prtStatus, &PagePreview::zoomWanted, this, &frmPrint::stepZoom);
+    connect(new QShortcut(QKeySequence::Print, this), &QShortcut::activated, this,
+        press(Text("Print")));
+}
+
+// --- Operations ---
+
+void frmPrint::PreviewToolset()
+{
+    Form_Load();
+    exec();
+}
+
+void frmPrint::PrintToolset()
+{
+    if (WriteToolsetReport())
+        PrintDoc();
+}
+
+void frmPrint::Form_Load()
+{
+    Hourglass busy;
+    cboZoom->setCurrentIndex(wholeSize);
+    prtStatus->setZoom(cboZoom->currentText().toInt());
+    WriteToolsetReport();
+
+    // Room for a whole page where the screen has it; the stored size outranks this.
+    const QSize page = prtStatus->sheetSize()
+        + QSize(2 * prtStatus->fontMetrics().height() + 24,
+            24 + toolbar->sizeHint().height() + status->sizeHint().height());
+    resize(page.boundedTo(screen()->availableSize() * 9 / 10).expandedTo({480, 360}));
+    MWindowPosition::RestoreWindowPosition(m_store, positionName(), *this);
+
+    m_pages = PreviewPages(prtStatus->PageCount());
+    showPage();
+    prtStatus->setFocus();
+}
+
+void frmPrint::Form_QueryUnload()
+{
+    try {
+        MWindowPosition::SaveWindowPosition(m_store, positionName(), *this);
+    } catch (const VbError &) {
+        // The window closes all the same; its place stays as it was stored before.
+    }
+}
+
+void frmPrint::done(int result)
+{
+    if (isVisible())
+        Form_QueryUnload();
+    QDialog::done(result);
+}
+
+// --- The report ---
+
+bool frmPrint::WriteToolsetReport()
+{
+    PageDocument &page = prtStatus->document();
+    QString message;
+    {
+        Hourglass busy;
+        page.StartDoc(m_printers.paper());
+        switch (page.Error()) {
+        case PageDocument::NoError: {
+            PrintProgress progress(
+                parentWidget(), QStringLiteral("Writing tool %1 of %2"), ToolSet->Count());
+            const bool written = ToolsetReport::write(
+                page, *ToolSet, FileName, [&progress](int done) { return progress.step(done); });
+            if (!written)
+                page.Clear();
+            return written;
+        }
+        case PageDocument::NoPrinter:
+        case PageDocument::CannotStart:
+            message = noPrinterText();
+            break;
+        default:
+            message = QStringLiteral(
+                "An unexpected error occurred while attempting to initialize the printer.");
+        }
+    }
+    QApplication::beep();
+    MsgBox::show(
+        parentWidget(), message, MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation, reportTitle());
+    return false;
+}
+
+void frmPrint::PrintDoc()
+{
+    const PageDocument &document = prtStatus->document();
+    QWidget *owner = isVisible() ? this : parentWidget();
+    const QString setName = QFileInfo(FileName).completeBaseName();
+    PrintJob job(m_printers,
+        setName.isEmpty() ? windowTitle() : windowTitle() + QStringLiteral(" - ") + setName);
+    QString path;
+    const bool toFile = m_printers.name() == Printers::pdfFile();
+    if (toFile) {
+        path = askForPdfPath(owner,
+            FileName.isEmpty() ? windowTitle() : QFileInfo(FileName).path() + u'/' + setName);
+        if (path.isEmpty())
+            return;
+        job.setFileName(path);
+    }
+    {
+        Hourglass busy;
+        PrintProgress progress(
+            owner, QStringLiteral("Printing page %1 of %2"), document.PageCount());
+        bool going = job.start();
+        for (int page = 1; going && page <= document.PageCount(); ++page) {
+            if (page > 1)
+                job.newPage();
+            document.draw(job.painter(), page);
+            if (!progress.step(page))
+                return; // the job is given up: nothing is printed
+        }
+        if (going && job.end())
+            return;
+    }
+    const QString message =
+        toFile ? QStringLiteral("\"%1\" cannot be written.").arg(path) : noPrinterText();
+    MsgBox::show(owner, message + QStringLiteral("\n\n") + job.errorText(), MsgBox::Buttons::Ok,
+        MsgBox::Icon::Exclamation, reportTitle());
+}
+
+// --- The preview ---
+
+void frmPrint::toolbar_ButtonClick(const QString &key)
+{
+    if (key == Text("Print")) {
+        PrintDoc();
+        prtStatus->setFocus();
+        return;
+    }
+    Hourglass busy;
+    m_pages.go(key);
+    showPage();
+}
+
+void frmPrint::showPage()
+{
+    prtStatus->setPreviewPage(m_pages.shown());
+    for (const Button &each : buttons)
+        toolbar->button(each.key)->setEnabled(m_pages.isEnabled(each.key));
+    status->setPanelText(pagesPanel, m_pages.panelText());
+}
+
+void frmPrint::cboZoom_Click()
+{
+    Hourglass busy;
+    // No drawing at a size in between.
+    prtStatus->setUpdatesEnabled(false);
+    prtStatus->setZoom(cboZoom->currentText().toInt());
+    prtStatus->setUpdatesEnabled(true);
+    prtStatus->setFocus();
+}
+
+void frmPrint::stepZoom(int steps)
+{
+    const int index = cboZoom->currentIndex() + steps;
+    if (index < 0 || index >= cboZoom->count())
+        return;
+    cboZoom->setCurrentIndex(index);
+    cboZoom_Click();
+}
+
+void frmPrint::cmdClose_Click()
+{
+    close();
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "printing/PreviewPages.h"
+
+#include <QDialog>
+
+class CVBATools;
+class PagePreview;
+class Printers;
+class QComboBox;
+class QPushButton;
+class SettingsStore;
+class StatusBar;
+class Toolbar;
+
+/// The report of a tool set: shown page by page, or printed without being shown. One use each.
+class frmPrint : public QDialog
+{
+    Q_OBJECT
+public:
+    /// What is handed in is borrowed.
+    frmPrint(SettingsStore &store, const Printers &printers, QWidget *parent = nullptr);
+
+    // --- To be set before either operation ---
+    const CVBATools *ToolSet = nullptr;
+    QString FileName; ///< Path of the set; stands in the header.
+
+    // --- Operations ---
+    void PreviewToolset(); ///< Shows the window and returns when the user has closed it.
+    void PrintToolset(); ///< Prints the whole report; the window is not shown.
+
+    void done(int result) override;
+
+private Q_SLOTS:
+    void toolbar_ButtonClick(const QString &key);
+    void cboZoom_Click();
+    void cmdClose_Click();
+
+private:
+    void makeControls();
+    void Form_Load();
+    void Form_QueryUnload();
+    /// Lays the report out. False when there is no report: a message has told why, or the user
+    /// has cancelled it.
+    bool WriteToolsetReport();
+    void PrintDoc();
+    void showPage();
+    void stepZoom(int steps);
+
+    SettingsStore &m_store;
+    const Printers &m_printers;
+
+    // --- Controls ---
+    Toolbar *toolbar;
+    QComboBox *cboZoom;
+    QPushButton *cmdClose;
+    PagePreview *prtStatus;
+    StatusBar *status;
+
+    PreviewPages m_pages;
+};
