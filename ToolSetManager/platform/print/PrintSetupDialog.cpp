@@ -93,10 +93,7 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
         cboPrinter->addItems(m_printers.names());
         cboPrinter->setCurrentText(m_printers.name());
         showPrinter();
-        for (int i = 0; i < cboPaper->count(); ++i) {
-            if (cboPaper->itemData(i).value<QPageSize>().isEquivalentTo(m_printers.pageSize()))
-                cboPaper->setCurrentIndex(i);
-        }
+        showPaper(m_printers.pageSize());
     }
     const bool landscape = m_printers.orientation() == QPageLayout::Landscape;
     (landscape ? optLandscape : optPortrait)->setChecked(true);
@@ -117,17 +114,11 @@ void PrintSetupDialog::showPrinter()
     const QPageSize former = chosenPaper();
     const QSignalBlocker quiet(cboPaper);
     cboPaper->clear();
-    const QPageSize standard = Printers::defaultPageSize(printer);
     const auto sizes = Printers::pageSizes(printer);
-    for (const QPageSize &size : sizes) {
+    for (const QPageSize &size : sizes)
         cboPaper->addItem(size.name(), QVariant::fromValue(size));
-        if (size.isEquivalentTo(standard))
-            cboPaper->setCurrentIndex(cboPaper->count() - 1);
-    }
-    for (int i = 0; i < sizes.size() && former.isValid(); ++i) {
-        if (sizes[i].isEquivalentTo(former))
-            cboPaper->setCurrentIndex(i);
-    }
+    showPaper(Printers::defaultPageSize(printer));
+    showPaper(former);
     showOrientation();
 }
 
@@ -137,6 +128,23 @@ void PrintSetupDialog::showOrientation()
     if (optLandscape->isChecked())
         paper.transpose();
     lblSheet->setPixmap(drawnSheet(paper, devicePixelRatioF()));
+}
+
+void PrintSetupDialog::showPaper(const QPageSize &size)
+{
+    // Several sizes may measure the same; the key tells them apart.
+    int found = -1;
+    for (int i = cboPaper->count() - 1; i >= 0; --i) {
+        const auto offered = cboPaper->itemData(i).value<QPageSize>();
+        if (offered.key() == size.key()) {
+            found = i;
+            break;
+        }
+        if (offered.isEquivalentTo(size))
+            found = i;
+    }
+    if (found >= 0)
+        cboPaper->setCurrentIndex(found);
 }
 
 QPageSize PrintSetupDialog::chosenPaper() const

@@ -19,6 +19,7 @@ public:
 
 private:
     void showPrinter();
+    void showPaper(const QPageSize &size); ///< Chooses that one, where it is offered.
     void showOrientation();
     void accept() override;
     QPageSize chosenPaper() const;

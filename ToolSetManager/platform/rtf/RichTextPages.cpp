@@ -17,6 +17,7 @@ namespace {
 
 constexpr double dotsPerMetre = 1440 / 0.0254;
 constexpr double twipsPerPixel = 15;
+constexpr double touch = 2; ///< Twips.
 
 /// The device that the layout measures with: never drawn on, and alive as long as any layout.
 QImage &referenceDevice()
@@ -118,7 +119,9 @@ void RichTextPages::draw(QPainter &painter, const QRect &area, int first, int be
     const double bottom = m_lines[lineOf(beyond - 1)].bottom;
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette.setColor(QPalette::Text, Qt::black);
-    context.clip = QRectF(0, top, m_width, bottom - top);
+    // A little less than the lines: those that only touch them would be drawn and cut off, and be
+    // found in the printed file all the same.
+    context.clip = QRectF(0, top + touch, m_width, bottom - top - 2 * touch);
     painter.save();
     painter.translate(area.topLeft());
     // Only a single line can be higher than its area: a picture larger than the page.
@@ -126,7 +129,8 @@ void RichTextPages::draw(QPainter &painter, const QRect &area, int first, int be
         painter.scale(area.height() / (bottom - top), area.height() / (bottom - top));
     painter.translate(0, -top);
     // What hangs out to the left or right is drawn, but not what stands above or below.
-    painter.setClipRect(context.clip.adjusted(-area.left(), 0, area.left(), 0), Qt::IntersectClip);
+    painter.setClipRect(
+        QRectF(-area.left(), top, m_width + 2 * area.left(), bottom - top), Qt::IntersectClip);
     m_layout->documentLayout()->draw(&painter, context);
     painter.restore();
 }
