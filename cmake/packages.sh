@@ -9,7 +9,10 @@ run_packages=(
 )
 # A virtual display with a window manager, and what looks at it.
 display_packages=(xvfb xauth openbox xdotool scrot)
-test_packages=(at-spi2-core dbus python3-pyatspi)
+test_packages=(
+    at-spi2-core dbus python3-pyatspi  # what a screen reader sees
+    cups cups-client cups-filters ghostscript poppler-utils  # a print queue, and what reads its pages
+)
 
 # need_packages NAME...: installs those that are missing, as root or through sudo.
 need_packages() {

@@ -193,17 +193,21 @@ void PageDocument::writeMarginText(const QString &parts, bool header)
                                    : m_paper.size.height() - edge
             - metrics.lineSpacing() * static_cast<double>(std::max<qsizetype>(lines.size(), 1));
 
-    double baseline = firstTop + metrics.ascent();
-    const auto put = [&](double x, const QString &part) {
+    Page &page = m_pages.back();
+    const auto body = static_cast<std::ptrdiff_t>(page.size());
+    const double baseline = firstTop + metrics.ascent();
+    const auto put = [&](double x, double y, const QString &part) {
         if (!part.isEmpty())
-            m_pages.back().emplace_back(std::in_place_type<Text>, x, baseline, m_headerFont, part);
+            page.emplace_back(std::in_place_type<Text>, x, y, m_headerFont, part);
     };
-    put(m_margins.left() + (width - centreWidth) / 2, centre);
-    put(right() - rightWidth, rightPart);
-    for (const QString &line : lines) {
-        put(m_margins.left(), line);
-        baseline += metrics.lineSpacing();
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const double below = static_cast<double>(i) * metrics.lineSpacing();
+        put(m_margins.left(), baseline + below, lines[i]);
     }
+    put(m_margins.left() + (width - centreWidth) / 2, baseline, centre);
+    put(right() - rightWidth, baseline, rightPart);
+    if (header) // first, for those to whom the printed file is read
+        std::rotate(page.begin(), page.begin() + body, page.end());
 }
 
 // --- Position and font ---
