@@ -19,6 +19,7 @@ SnapshotKeeper::SnapshotKeeper(ToolSetStorage &storage, Take take, QObject *pare
     , m_delay(new QTimer(this))
     , m_pieces(new QTimer(this))
 {
+    m_delay->setObjectName(QStringLiteral("tmrSnapshot"));
     m_delay->setSingleShot(true);
     connect(m_delay, &QTimer::timeout, this, &SnapshotKeeper::start);
     m_pieces->setInterval(0);

@@ -16,6 +16,7 @@
 #include "shell/mTSM.h"
 #include "toolset/SnapshotKeeper.h"
 #include "toolset/ToolListModel.h"
+#include "toolset/ToolPropertiesLink.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -55,15 +56,31 @@ ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, 
 
 ToolSetFile::~ToolSetFile() = default;
 
+void ToolSetFile::setProperties(ToolPropertiesLink &properties)
+{
+    m_properties = &properties;
+    connect(&properties, &ToolPropertiesLink::changed, this, &ToolSetFile::changed);
+    connect(&properties, &ToolPropertiesLink::draftChanged, this, &ToolSetFile::draftChanged);
+}
+
 void ToolSetFile::changed()
 {
     m_dirty = true;
-    m_snapshots->changed();
+    renamedInPlace();
 }
 
 void ToolSetFile::renamedInPlace()
 {
+    m_unsaved = true;
     m_snapshots->changed();
+}
+
+void ToolSetFile::draftChanged()
+{
+    if (m_unsaved || m_properties->editedTool())
+        m_snapshots->changed();
+    else
+        m_snapshots->discard(); // a draft was given up, and nothing else was new
 }
 
 void ToolSetFile::closed()
@@ -101,6 +118,7 @@ bool ToolSetFile::openSet()
             if (loaded->FileVersion() < BmtFormat::currentVersion)
                 rewriteHelpTexts(*loaded);
             m_dirty = false;
+            m_unsaved = false;
             m_snapshots->discard();
             m_origin = {};
             show(std::move(loaded));
@@ -165,6 +183,7 @@ bool ToolSetFile::saveSet()
     // the set as it stands is put where it can be found.
     m_dirty = false;
     if (ok) {
+        m_unsaved = false;
         m_snapshots->discard();
         m_origin = {};
         m_fileName = m_tools->ToolSetName;
@@ -248,8 +267,9 @@ ToolSetSnapshot ToolSetFile::snapshot() const
     taken.LongDescription = m_tools->LongDescription();
     const QList<ToolPtr> tools = m_model.toolsInPositionOrder();
     taken.tools.reserve(static_cast<size_t>(tools.size()));
+    const CVBATool *edited = m_properties ? m_properties->editedTool() : nullptr;
     for (const ToolPtr &tool : tools)
-        taken.tools.push_back(*tool);
+        taken.tools.push_back(tool.get() == edited ? m_properties->draft() : *tool);
     return taken;
 }
 
@@ -282,6 +302,7 @@ bool ToolSetFile::recover(const QString &snapshotPath)
     m_fileName.clear();
     m_origin = {kept->title, kept->path};
     m_dirty = true;
+    m_unsaved = true;
     m_snapshots->adopt(snapshotPath);
     // Windows are told apart by their captions.
     QString caption = recoveredCaption(kept->title);

@@ -14,6 +14,7 @@ class QWidget;
 class Settings;
 class SnapshotKeeper;
 class ToolListModel;
+class ToolPropertiesLink;
 class mTSM;
 struct ToolSetSnapshot;
 struct ToolSetStorage;
@@ -27,6 +28,8 @@ public:
     /// What is handed in is borrowed; \a form is the window itself, for messages.
     ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
         const Settings &settings, ToolSetStorage &storage, ListView &list, ToolListModel &model);
+    /// The dialog whose unapplied changes are kept in snapshots as well; to be set once.
+    void setProperties(ToolPropertiesLink &properties);
     ~ToolSetFile() override;
 
     // --- Properties ---
@@ -69,6 +72,7 @@ private:
     bool saveSet();
     bool saveSetAs();
     void show(std::unique_ptr<CVBATools> tools);
+    void draftChanged();
     /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
     QString keepForRecovery();
     ToolSetSnapshot snapshot() const;
@@ -87,8 +91,10 @@ private:
 
     std::unique_ptr<CVBATools> m_tools;
     SnapshotKeeper *m_snapshots;
+    const ToolPropertiesLink *m_properties = nullptr;
     QString m_fileName;
     Origin m_origin; ///< Empty unless recovered, and again after a save.
     bool m_dirty = false;
+    bool m_unsaved = false; ///< As m_dirty, but also by renames, and until a save has succeeded.
     bool m_keptForRecovery = false; ///< The last failed save has left a copy.
 };

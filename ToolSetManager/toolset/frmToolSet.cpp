@@ -366,7 +366,7 @@ void frmToolSet::connectEdits()
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);
-    connect(m_properties, &ToolPropertiesLink::changed, m_file, &ToolSetFile::changed);
+    m_file->setProperties(*m_properties);
     addMoveKeys();
 }
 
