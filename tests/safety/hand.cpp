@@ -106,8 +106,10 @@ private:
     /// Everything goes on only when the program has nothing more to do.
     bool idle() const
     {
-        const auto *edited = qobject_cast<QLineEdit *>(QApplication::focusWidget());
-        return !QApplication::activeModalWidget() && !edited
+        const auto lines = m_frame->findChildren<QLineEdit *>(); // a name that is being edited
+        return !QApplication::activeModalWidget()
+            && std::none_of(
+                lines.begin(), lines.end(), [](auto *line) { return line->isVisible(); })
             && !m_frame->findChild<QTimer *>(u"tmrAction"_qs)->isActive();
     }
 

@@ -179,10 +179,10 @@ void Killed_test::end(QProcess &program, Run &run, int delay)
             return;
     }
     if (kind == 1) {
-        QTest::qSleep(m_random.bounded(1, 40));
+        QTest::qSleep(m_random.bounded(m_random.bounded(2) == 0 ? 40 : 400));
     } else if (kind == 2) {
         const qint64 size = QFileInfo(m_file).size();
-        for (timer.start(); timer.elapsed() < 200 && QFileInfo(m_file).size() >= size;)
+        for (timer.start(); timer.elapsed() < 2000 && QFileInfo(m_file).size() >= size;)
             ;
     }
     program.kill();
