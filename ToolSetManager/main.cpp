@@ -58,6 +58,9 @@ int main(int argc, char *argv[])
     // Drawing it takes a third of what the bare frame needs to appear.
     QObject::connect(&frame, &MDI::firstPainted, &frame,
         [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg"))); });
+    // Read once the frame stands, too; a file on the command line does not wait for the answer.
+    QObject::connect(&frame, &MDI::firstPainted, &frame,
+        [&] { frame.offerRecovery(storage.snapshots.abandoned()); });
     frame.show();
     return QApplication::exec();
 }

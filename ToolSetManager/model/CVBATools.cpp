@@ -3,6 +3,7 @@
 #include "model/BmtReader.h"
 #include "model/BmtWriter.h"
 #include "model/ToolSetStorage.h"
+#include "platform/desktop/SafeFiles.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 
@@ -265,6 +266,7 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
         if (!writer.flush())
             throw fileError(QStringLiteral("\"%1\" could not be written completely: %2.")
                                 .arg(shown(FileName), file.errorString()));
+        SafeFiles::flushToDisk(file);
     } catch (const VbError &error) {
         if (backup.isEmpty())
             throw;
@@ -374,9 +376,10 @@ QString CVBATools::SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic
         name = QStringLiteral("Untitled.bmt");
     QString path = m_storage.recovery.newPathFor(name);
     QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+    if (path.isEmpty()
+        || !file.open(QIODevice::WriteOnly | QIODevice::Unbuffered, SafeFiles::filePermissions)) {
         return {};
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
     BmtWriter writer(file);
     writeTools(writer, ToolNames, ctlPic, true);
     if (!writer.flush()) {

@@ -2,18 +2,23 @@
 
 #include "platform/desktop/BackupStore.h"
 #include "platform/desktop/ScratchFile.h"
+#include "platform/desktop/SnapshotStore.h"
 #include "platform/text/CodePage.h"
+
+#include <chrono>
 
 /// What tool sets need around their files. One object for the program, which outlives the sets;
 /// a test makes its own in a folder of its own.
 struct ToolSetStorage
 {
-    /// \a scratchFolder receives "XTemp.bmp"; \a dataFolder the folders "backups" and "recovery".
+    /// \a scratchFolder receives "XTemp.bmp"; \a dataFolder the folders "backups",
+    /// "recovery" and "snapshots".
     ToolSetStorage(int codePageNumber, const QString &scratchFolder, const QString &dataFolder)
         : codePage(codePageNumber)
         , scratch(scratchFolder + QStringLiteral("/XTemp.bmp"))
         , backups(dataFolder + QStringLiteral("/backups"))
         , recovery(dataFolder + QStringLiteral("/recovery"))
+        , snapshots(dataFolder + QStringLiteral("/snapshots"))
     {
     }
 
@@ -21,4 +26,6 @@ struct ToolSetStorage
     ScratchFile scratch; ///< Passed by every picture on its way in or out.
     BackupStore backups; ///< The former content of files that are saved over.
     BackupStore recovery; ///< Sets that could not be saved and would be lost otherwise.
+    SnapshotStore snapshots; ///< Sets with unsaved changes, for the case of a crash.
+    std::chrono::milliseconds snapshotDelay {2000}; ///< From a change to its snapshot.
 };

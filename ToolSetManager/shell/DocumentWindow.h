@@ -29,6 +29,9 @@ public:
     // --- Operations ---
     /// Offers to save a changed document. True when the user *cancelled*.
     virtual bool CleanIfDirty() = 0;
+    /// Shows what a snapshot holds, as a document never saved. False when it cannot be read, which
+    /// the window tells the user itself.
+    virtual bool Recover(const QString &snapshot) = 0;
     /// Closes the window without asking and without telling the frame "close".
     virtual void Unload() = 0;
     /// The window has become the active one.

@@ -1,9 +1,11 @@
 #include "shell/MDI.h"
 
+#include "model/ToolSetSnapshot.h"
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
+#include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/Toolbar.h"
@@ -13,6 +15,7 @@
 #include "shell/DocumentWindow.h"
 #include "shell/MWindowPosition.h"
 #include "shell/RecentFileMenu.h"
+#include "shell/RecoveryBar.h"
 #include "shell/Settings.h"
 #include "shell/WindowArranger.h"
 #include "shell/frmAbout.h"
@@ -26,12 +29,16 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QTimer>
+#include <QVBoxLayout>
 
 namespace {
 
 const QString fileListSection = QStringLiteral("FileList");
 const QString recentFilePrefix = QStringLiteral("Recent File ");
 const QString positionName = QStringLiteral("Main");
+// Of the frame itself; no button and no window has them.
+const QString recoverWord = QStringLiteral("recover");
+const QString discardWord = QStringLiteral("discardsnapshots");
 
 QString application()
 {
@@ -56,7 +63,12 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setObjectName(QStringLiteral("MDI"));
     setWindowTitle(QString::fromUtf16(caption));
     resize(960, 640);
-    setCentralWidget(mdi);
+    auto *centre = new QWidget(this);
+    m_centre = new QVBoxLayout(centre);
+    m_centre->setContentsMargins(0, 0, 0, 0);
+    m_centre->setSpacing(0);
+    m_centre->addWidget(mdi, 1);
+    setCentralWidget(centre);
     setStatusBar(status);
     addToolBar(tbTools);
     setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
@@ -211,6 +223,10 @@ void MDI::dispatch(const QString &word)
         newToolSet();
     } else if (word == QStringLiteral("open")) {
         openToolSet(currentView(), std::exchange(m_pendingPath, QString()));
+    } else if (word == recoverWord) {
+        recoverToolSets();
+    } else if (word == discardWord) {
+        discardSnapshots();
     } else if (word == QStringLiteral("close")) {
         if (m_documents.isEmpty())
             disableDocumentButtons();
@@ -289,6 +305,66 @@ QString MDI::openHelper()
     const bool chosen = dlg.ShowOpen();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     return chosen ? dlg.FileName : QString();
+}
+
+// --- Recovery ---
+
+void MDI::offerRecovery(const QStringList &snapshots)
+{
+    m_snapshots += snapshots;
+    if (m_snapshots.isEmpty())
+        return;
+    QStringList titles;
+    for (const QString &snapshot : std::as_const(m_snapshots)) {
+        const QString title = ToolSetSnapshot::readTitle(snapshot);
+        titles.append(title.isEmpty() ? QFileInfo(snapshot).fileName() : title);
+    }
+    delete m_recoveryBar;
+    m_recoveryBar = new RecoveryBar(titles);
+    // Queued like every command: a dialog may be open, below which the bar can be clicked.
+    connect(m_recoveryBar, &RecoveryBar::recover, this, [this] { setAction(recoverWord); });
+    connect(m_recoveryBar, &RecoveryBar::discard, this, [this] { setAction(discardWord); });
+    m_centre->insertWidget(0, m_recoveryBar);
+}
+
+void MDI::recoverToolSets()
+{
+    const int view = currentView();
+    const QStringList snapshots = std::exchange(m_snapshots, {});
+    endRecovery();
+    for (const QString &snapshot : snapshots) {
+        DocumentWindow *document = addDocument();
+        document->setView(view);
+        subWindowOf(document)->show();
+        if (!document->Recover(snapshot))
+            document->Unload();
+    }
+    if (m_documents.isEmpty())
+        disableDocumentButtons();
+}
+
+void MDI::discardSnapshots()
+{
+    if (m_snapshots.isEmpty()
+        || MsgBox::show(this,
+               QStringLiteral("Do you want to delete the changes that were not saved?"),
+               MsgBox::Buttons::YesNo, MsgBox::Icon::Question)
+            != MsgBox::Answer::Yes) {
+        return;
+    }
+    for (const QString &snapshot : std::as_const(m_snapshots))
+        QFile::remove(snapshot);
+    m_snapshots.clear();
+    endRecovery();
+}
+
+void MDI::endRecovery()
+{
+    if (!m_recoveryBar)
+        return;
+    m_recoveryBar->hide();
+    m_recoveryBar->deleteLater();
+    m_recoveryBar = nullptr;
 }
 
 // --- Toolbar, status bar ---

@@ -12,6 +12,8 @@ class CommonDialog;
 class QMdiArea;
 class QMdiSubWindow;
 class QTimer;
+class QVBoxLayout;
+class RecoveryBar;
 class RecentFileMenu;
 class Settings;
 class SettingsStore;
@@ -59,6 +61,10 @@ public:
     void showHelp(const QString &helpFile) override;
     void showAbout() override;
 
+    /// Offers to open what these snapshots hold, in a bar above the windows. Nothing else waits for
+    /// the answer. A snapshot that is not answered stays where it is.
+    void offerRecovery(const QStringList &snapshots);
+
     /// Another start of the program asked for it.
     void comeForward();
 
@@ -96,6 +102,9 @@ private:
     void disableDocumentButtons();
     DocumentWindow *documentWithCaption(const QString &caption) const;
     DocumentWindow *addDocument();
+    void recoverToolSets();
+    void discardSnapshots();
+    void endRecovery();
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     int currentView() const;
     void showMenusOf(DocumentWindow *document);
@@ -109,6 +118,8 @@ private:
     Toolbar *tbTools;
     StatusBar *status;
     QMdiArea *mdi;
+    QVBoxLayout *m_centre; ///< The recovery bar, when there is one, above the windows.
+    QPointer<RecoveryBar> m_recoveryBar;
     QMenu *mnuFile = nullptr;
     QMenu *mnuHelp = nullptr;
     RecentFileMenu *mnuFileList = nullptr;
@@ -122,6 +133,7 @@ private:
     bool m_busy = false; ///< A command is running.
     bool m_painted = false; ///< The buttons have their icons.
     QString m_pendingPath; ///< The file for the next "open"; empty: ask the user.
+    QStringList m_snapshots; ///< Offered, and not answered yet.
     int m_newWindows = 0; ///< Counts "Untitled" windows; never reset.
     QList<DocumentWindow *> m_documents; ///< Oldest first.
     DocumentWindow *m_menuOwner = nullptr; ///< Whose menus are shown; null: the frame's own.

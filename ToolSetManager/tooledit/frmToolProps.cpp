@@ -271,6 +271,8 @@ void frmToolProps::setDirty(bool dirty)
 {
     m_dirty = dirty;
     cmdApply->setEnabled(dirty);
+    if (dirty)
+        Q_EMIT DraftChange();
 }
 
 qint16 frmToolProps::Kind() const
@@ -306,18 +308,33 @@ void frmToolProps::ApplyChanges()
         tool->setLocation(newLocation);
         Q_EMIT LocationChange(oldLocation, newLocation);
     }
-    tool->Picture = picToolImage->Picture();
+    storeIn(*tool);
     Q_EMIT UpdatePicture(tool->Picture);
-    tool->CommandLine = txtCommandLine->text();
-    tool->ToolType = Kind();
-    tool->VBEvents = m_events->events(tool->VBEvents);
-    tool->Enabled = chkEnabled->isChecked();
-    tool->setIntoolBar(chkInToolBar->isChecked());
-    tool->setRunOutOfProcess(chkRunOutOfProcess->isChecked());
-    m_loadedHelp = rtHelp.TextRTF();
-    tool->HelpString = m_loadedHelp;
+    m_loadedHelp = tool->HelpString;
     Q_EMIT Change();
     setDirty(false);
+}
+
+void frmToolProps::storeIn(CVBATool &tool) const
+{
+    tool.Picture = picToolImage->Picture();
+    tool.CommandLine = txtCommandLine->text();
+    tool.ToolType = Kind();
+    tool.VBEvents = m_events->events(tool.VBEvents);
+    tool.Enabled = chkEnabled->isChecked();
+    tool.setIntoolBar(chkInToolBar->isChecked());
+    tool.setRunOutOfProcess(chkRunOutOfProcess->isChecked());
+    tool.HelpString = rtHelp.TextRTF();
+}
+
+CVBATool frmToolProps::Draft() const
+{
+    CVBATool draft = *m_tool;
+    draft.Description = txtDescription->text();
+    if (txtLocation->text() != draft.Location())
+        draft.setLocation(txtLocation->text());
+    storeIn(draft);
+    return draft;
 }
 
 void frmToolProps::SaveQuestion()

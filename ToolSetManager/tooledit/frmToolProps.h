@@ -36,10 +36,16 @@ public:
     /// What the status bar shows for the tool: its name.
     QString CaptionText() const;
 
+    /// True while the controls show changes that are not in the tool.
+    bool Dirty() const { return m_dirty; }
+    /// The tool as it would be if they were applied now.
+    CVBATool Draft() const;
+
     void done(int result) override;
 
 Q_SIGNALS:
     void Change();
+    void DraftChange(); ///< The controls show something new that is not in the tool yet.
     void LocationChange(const QString &OldLocation, const QString &NewLocation);
     /// The tool has its new name already. Where the owner makes another one of it, that is shown.
     void NameChange(const QString &OldName, const QString &NewName);
@@ -71,8 +77,9 @@ private:
     bool LoadIconFromFile(const QString &FileName);
     void giveFocusToHelp();
 
-    bool Dirty() const { return m_dirty; }
     void setDirty(bool dirty);
+    /// All but name and location.
+    void storeIn(CVBATool &tool) const;
     qint16 Kind() const; ///< -1 when none is chosen.
     void setKind(qint16 kind); ///< Other values than those of the list leave the choice.
     QString macroFolder() const;

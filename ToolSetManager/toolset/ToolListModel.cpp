@@ -56,6 +56,14 @@ QStringList ToolListModel::keysInPositionOrder() const
     return keys;
 }
 
+QList<ToolPtr> ToolListModel::toolsInPositionOrder() const
+{
+    QList<ToolPtr> tools(static_cast<qsizetype>(m_rows.size()));
+    for (const Row &row : m_rows)
+        tools[row.position - 1] = row.tool;
+    return tools;
+}
+
 int ToolListModel::rowOf(const CVBATool &tool) const
 {
     for (size_t row = 0; row < m_rows.size(); ++row) {

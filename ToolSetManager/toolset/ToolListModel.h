@@ -31,6 +31,7 @@ public:
     int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
     /// The keys of all tools, by position: what the file is written by.
     QStringList keysInPositionOrder() const;
+    QList<ToolPtr> toolsInPositionOrder() const;
     int rowOf(const CVBATool &tool) const; ///< -1 when it is not in the list.
     int rowAtPosition(int position) const; ///< -1 when there is no such position.
     bool isGhosted(int row) const { return m_rows[static_cast<size_t>(row)].ghosted; }

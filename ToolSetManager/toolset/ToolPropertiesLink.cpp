@@ -33,6 +33,7 @@ void ToolPropertiesLink::ShowToolProperties()
     ToolProperties = new frmToolProps(m_settings, m_store, HelpEditor::of(new RTFEditor), m_form);
     const QPointer<frmToolProps> dialog = ToolProperties;
     connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::changed);
+    connect(dialog, &frmToolProps::DraftChange, this, &ToolPropertiesLink::draftChanged);
     connect(dialog, &frmToolProps::LocationChange, this,
         &ToolPropertiesLink::ToolProperties_LocationChange);
     connect(
@@ -48,6 +49,7 @@ void ToolPropertiesLink::ShowToolProperties()
     delete dialog;
     if (!alive)
         return;
+    Q_EMIT draftChanged();
     m_model.refreshPictures();
     m_frame.setPanelText(namePanel, QString());
 }
@@ -57,6 +59,17 @@ void ToolPropertiesLink::showToolIn(int row)
     m_item = QPersistentModelIndex(m_model.index(row, 0));
     ToolProperties->setTool(m_model.toolAt(row));
     m_frame.setPanelText(namePanel, ToolProperties->CaptionText());
+    Q_EMIT draftChanged();
+}
+
+const CVBATool *ToolPropertiesLink::editedTool() const
+{
+    return ToolProperties && ToolProperties->Dirty() ? ToolProperties->Tool().get() : nullptr;
+}
+
+CVBATool ToolPropertiesLink::draft() const
+{
+    return ToolProperties->Draft();
 }
 
 void ToolPropertiesLink::ToolProperties_LocationChange()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/CVBATool.h"
+
 #include <QObject>
 #include <QPersistentModelIndex>
 #include <QPointer>
@@ -25,8 +27,15 @@ public:
     /// Returns when the dialog has closed; nothing happens when no tool is selected.
     void ShowToolProperties();
 
+    /// The tool that the dialog shows while it has changes in its controls that are not applied;
+    /// null for none.
+    const CVBATool *editedTool() const;
+    /// That tool as it would be if they were.
+    CVBATool draft() const;
+
 Q_SIGNALS:
     void changed(); ///< The set is no longer what is in its file.
+    void draftChanged(); ///< There is another draft, or none any more.
 
 private Q_SLOTS:
     void ToolProperties_LocationChange();

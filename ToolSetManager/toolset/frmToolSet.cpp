@@ -1,31 +1,24 @@
 #include "toolset/frmToolSet.h"
 
 #include "model/CVBATools.h"
-#include "platform/VbError.h"
-#include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
-#include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SendKeys.h"
-#include "platform/desktop/mFileUtil.h"
-#include "platform/rtf/RichTextBox.h"
 #include "richtext/frmToolHelp.h"
-#include "shell/CFileList.h"
 #include "shell/CommandTable.h"
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
-#include "shell/Settings.h"
 #include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
+#include "toolset/ToolSetFile.h"
 #include "toolset/ToolSetMenus.h"
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QCursor>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -38,7 +31,6 @@
 
 namespace {
 
-constexpr Twips pictureBoxSize {275};
 constexpr QSize buttonPictureSize(18, 18);
 
 QTimer *makeTimer(QObject *parent, int interval)
@@ -56,17 +48,14 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     : QWidget(parent)
     , m_frame(frame)
     , m_state(state)
-    , m_settings(settings)
-    , m_storage(storage)
     , lblToolSet(new QLabel(QStringLiteral("New Tool Set"), this))
     , lvTools(new ListView(QStringLiteral("Tools"), buttonPictureSize, this))
     , m_menus(new ToolSetMenus(this))
     , tmrHelp(makeTimer(this, 10))
     , tmrPopUp(makeTimer(this, 25))
     , tmrResize(makeTimer(this, 50))
-    , picUtil(pictureBoxSize, pictureBoxSize)
-    , m_tools(std::make_unique<CVBATools>(storage))
     , m_list(new ToolListModel(this))
+    , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, *lvTools, *m_list))
     , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
     , m_properties(new ToolPropertiesLink(this, frame, settings, store, *lvTools, *m_list))
     , m_report(this, store, printers)
@@ -98,10 +87,6 @@ frmToolSet::~frmToolSet()
 
 void frmToolSet::Form_Load()
 {
-    m_tools->setFLAGS(m_tools->FLAGS() | 1);
-    m_tools->setAllowDupes(true);
-    m_list->setTools(m_tools.get());
-
     for (const int item : {ToolSetMenus::EditToolProperties, ToolSetMenus::EditCut,
              ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
         ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
@@ -109,7 +94,6 @@ void frmToolSet::Form_Load()
     ToolSetMenus::setTag(m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
     ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
     SetCommandGroup(CommandTable::needsToolSet, true);
-    m_dirty = false;
 }
 
 void frmToolSet::connectList()
@@ -175,6 +159,26 @@ void frmToolSet::connectMenus()
 
 // --- Properties ---
 
+QString frmToolSet::FileName() const
+{
+    return m_file->FileName();
+}
+
+void frmToolSet::setFileName(const QString &path)
+{
+    m_file->setFileName(path);
+}
+
+const CVBATools &frmToolSet::Tools() const
+{
+    return m_file->Tools();
+}
+
+bool frmToolSet::Dirty() const
+{
+    return m_file->Dirty();
+}
+
 QString frmToolSet::Name() const
 {
     return QStringLiteral("frmToolSet");
@@ -233,140 +237,32 @@ RecentFileMenu &frmToolSet::mnuFileList()
     return *m_menus->mnuFileList;
 }
 
-// --- Open and save ---
+// --- The file ---
 
 void frmToolSet::openCommand()
 {
-    if (openToolSet())
-        m_frame.FileListHandler().Add(m_fileName);
-}
-
-bool frmToolSet::openToolSet()
-{
-    if (m_fileName.isEmpty())
-        return false;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    auto loaded = std::make_unique<CVBATools>(m_storage);
-    loaded->setAllowDupes(true);
-    bool ok = false;
-    {
-        const Hourglass hourglass;
-        ok = loaded->Load(m_fileName);
-        if (ok) {
-            if (loaded->FileVersion() < BmtFormat::currentVersion)
-                rewriteHelpTexts(*loaded);
-            m_list->setTools(loaded.get());
-            m_tools = std::move(loaded);
-            lblToolSet->setText(m_tools->Description());
-            setCaption(m_tools->ToolSetName);
-            m_dirty = false;
-            refreshCommandStates();
-        }
-    }
-    if (!ok) {
-        // The window keeps what it showed, and so the file that belongs to it: a save must not
-        // overwrite the file that could not be read.
-        m_fileName = m_tools->ToolSetName;
-        MsgBox::show(this, QStringLiteral("Error loading tool set: ") + loaded->ErrorDescription,
-            MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
-    }
-    return ok;
-}
-
-void frmToolSet::rewriteHelpTexts(CVBATools &tools)
-{
-    for (const ToolPtr &tool : tools) {
-        if (!tool->HelpString.isEmpty()) {
-            tool->HelpString =
-                RichTextBox::ownForm(tool->HelpString, QStringLiteral("MS Sans Serif"), 8.5);
-        }
-    }
+    m_file->open();
 }
 
 void frmToolSet::saveCommand()
 {
-    if (saveToolSet())
-        m_frame.FileListHandler().Add(m_fileName);
-}
-
-bool frmToolSet::saveToolSet()
-{
-    m_keptForRecovery = false;
-    lvTools->finishLabelEdit(); // what the user sees is what is saved
-    if (m_list->rowCount() == 0) {
-        MsgBox::show(this,
-            QStringLiteral("The toolset must contain at least one tool before it can be saved"),
-            MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
-        return false;
-    }
-    if (m_fileName.isEmpty())
-        return saveAs();
-    bool ok = false;
-    {
-        const Hourglass hourglass;
-        ok = m_tools->Save(m_fileName, m_list->keysInPositionOrder(), picUtil);
-    }
-    // Kept: the flag is cleared after a failed write too, so closing will not ask again. Therefore
-    // the set as it stands is put where it can be found.
-    m_dirty = false;
-    if (ok) {
-        m_fileName = m_tools->ToolSetName;
-        return true;
-    }
-    QString text = QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription;
-    const QString kept = keepForRecovery();
-    if (!kept.isEmpty())
-        text += QStringLiteral("\n\nThe tool set as it stands is kept in \"%1\".").arg(kept);
-    MsgBox::show(this, text, MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
-    return false;
-}
-
-QString frmToolSet::keepForRecovery()
-{
-    m_keptForRecovery = true;
-    return m_tools->SaveRecovery(m_list->keysInPositionOrder(), picUtil);
-}
-
-bool frmToolSet::saveAs()
-{
-    m_state.setDragGate(false);
-    CommonDialog dlg(this);
-    dlg.DefaultExt = QStringLiteral("bmt");
-    dlg.DialogTitle = QStringLiteral("Save Tool Set");
-    dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
-    dlg.Flags =
-        CommonDialog::OverwritePrompt | CommonDialog::PathMustExist | CommonDialog::HideReadOnly;
-    dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
-    dlg.FileName = m_tools->ToolSetName;
-    dlg.CancelError = true;
-    try {
-        dlg.ShowSave();
-    } catch (const VbError &error) {
-        if (error.number() != CommonDialog::cancelled) {
-            MsgBox::show(this, error.description(), MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
-        }
-        return false; // Kept: the drag gate stays closed until the frame opens it again.
-    }
-    m_fileName = dlg.FileName;
-    const bool saved = m_fileName.isEmpty() ? false : saveToolSet();
-    if (!m_tools->ToolSetName.isEmpty())
-        setCaption(m_tools->ToolSetName);
-    m_state.setDragGate(true);
-    return saved;
+    m_file->save();
 }
 
 bool frmToolSet::CleanIfDirty()
 {
-    if (!m_dirty)
-        return false;
-    const auto answer = MsgBox::show(this, QStringLiteral("Save changes to ") + m_caption,
-        MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
-    if (answer == MsgBox::Answer::Yes) {
-        // Kept: the close goes on although the save failed or was given up in the dialog.
-        if (!saveToolSet() && !m_keptForRecovery && m_list->rowCount() > 0)
-            keepForRecovery();
-    }
-    return answer == MsgBox::Answer::Cancel;
+    return m_file->CleanIfDirty();
+}
+
+bool frmToolSet::Recover(const QString &snapshot)
+{
+    return m_file->recover(snapshot);
+}
+
+void frmToolSet::showOpened()
+{
+    lblToolSet->setText(Tools().Description());
+    refreshCommandStates();
 }
 
 void frmToolSet::Unload()
@@ -388,6 +284,7 @@ void frmToolSet::closeEvent(QCloseEvent *event)
         }
         m_frame.setAction(QStringLiteral("close"));
     }
+    m_file->closed();
     m_frame.documentClosed(this);
     event->accept();
 }
@@ -464,11 +361,12 @@ void frmToolSet::selectGhostedTools()
 void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
-    connect(m_edit, &EditCommands::changed, this, [this] { m_dirty = true; });
+    connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
+    connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);
-    connect(m_properties, &ToolPropertiesLink::changed, this, [this] { m_dirty = true; });
+    m_file->setProperties(*m_properties);
     addMoveKeys();
 }
 
@@ -536,17 +434,18 @@ void frmToolSet::toolPropertiesCommand()
 
 void frmToolSet::propertiesCommand()
 {
-    const auto values = [this] {
-        return std::tuple(m_tools->Description(), m_tools->LongDescription(), m_tools->FLAGS());
+    CVBATools &tools = m_file->Tools();
+    const auto values = [&tools] {
+        return std::tuple(tools.Description(), tools.LongDescription(), tools.FLAGS());
     };
     const auto before = values();
     frmTSProps dialog(this);
-    dialog.Toolset = m_tools.get();
+    dialog.Toolset = &tools;
     dialog.exec();
     if (values() == before)
         return;
-    m_dirty = true;
-    lblToolSet->setText(m_tools->Description());
+    m_file->changed();
+    lblToolSet->setText(tools.Description());
 }
 
 void frmToolSet::tmrHelp_Timer()
@@ -556,12 +455,12 @@ void frmToolSet::tmrHelp_Timer()
 
 void frmToolSet::printCommand()
 {
-    m_report.print(*m_tools, m_fileName);
+    m_report.print(m_file->Tools(), m_file->FileName());
 }
 
 void frmToolSet::previewCommand()
 {
-    m_report.preview(*m_tools, m_fileName);
+    m_report.preview(m_file->Tools(), m_file->FileName());
 }
 
 void frmToolSet::showToolHelp()
@@ -626,6 +525,7 @@ void frmToolSet::lvTools_AfterLabelEdit(int row, const QString &NewString)
 {
     // Kept: a rename in place does not make the set dirty.
     m_list->renameTool(row, NewString);
+    m_file->renamedInPlace();
     m_labelEditing = false;
 }
 
@@ -673,8 +573,7 @@ void frmToolSet::showEditMenu(const QPoint &globalPosition)
 
 void frmToolSet::mnuFileSaveAs_Click()
 {
-    if (saveAs())
-        m_frame.FileListHandler().Add(m_fileName);
+    m_file->saveAs();
 }
 
 void frmToolSet::mnuFileExit_Click()

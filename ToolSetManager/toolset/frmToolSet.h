@@ -1,12 +1,9 @@
 #pragma once
 
-#include "platform/picture/PictureBox.h"
 #include "printing/ReportCommands.h"
 #include "shell/DocumentWindow.h"
 
 #include <QWidget>
-
-#include <memory>
 
 class CVBATools;
 class EditCommands;
@@ -19,12 +16,13 @@ class Settings;
 class SettingsStore;
 class ToolListModel;
 class ToolPropertiesLink;
+class ToolSetFile;
 class ToolSetMenus;
 class mTSM;
 struct ToolSetStorage;
 
-/// Document window of one tool set: owns the set, shows it in lvTools, asks before changes are
-/// lost. The Position column, not the current sort, decides the order in which tools are written.
+/// Document window of one tool set: shows it in lvTools and runs its commands; ToolSetFile owns the
+/// set. The Position column, not the current sort, decides the order in which tools are written.
 class frmToolSet : public QWidget, public DocumentWindow
 {
     Q_OBJECT
@@ -39,16 +37,17 @@ public:
     QString Name() const override;
     QString Caption() const override { return m_caption; }
     void setCaption(const QString &caption) override;
-    QString FileName() const override { return m_fileName; }
-    void setFileName(const QString &path) override { m_fileName = path; }
+    QString FileName() const override;
+    void setFileName(const QString &path) override;
     int View() const override;
     void setView(int view) override;
     void setAction(const QString &word) override;
-    const CVBATools &Tools() const { return *m_tools; }
-    bool Dirty() const { return m_dirty; } ///< Changed since it was loaded or saved.
+    const CVBATools &Tools() const;
+    bool Dirty() const; ///< Changed since it was loaded or saved.
 
     // --- Operations ---
     bool CleanIfDirty() override;
+    bool Recover(const QString &snapshot) override;
     void Unload() override;
     void Form_Activate() override;
     void unghostTools() override;
@@ -116,17 +115,11 @@ private:
     void toolPropertiesCommand();
     void propertiesCommand();
     void showToolHelp();
-    /// Help texts of old files come out in the form that the rich-text box gives them.
-    static void rewriteHelpTexts(CVBATools &tools);
     void printCommand();
     void previewCommand();
     void openCommand();
     void saveCommand();
-    bool openToolSet();
-    bool saveToolSet();
-    bool saveAs();
-    /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
-    QString keepForRecovery();
+    void showOpened();
     void showList();
     void showDetails();
     void setSort(int column, Qt::SortOrder order);
@@ -135,8 +128,6 @@ private:
 
     Frame &m_frame;
     mTSM &m_state;
-    const Settings &m_settings;
-    ToolSetStorage &m_storage;
 
     // --- Controls ---
     QLabel *lblToolSet;
@@ -145,19 +136,15 @@ private:
     QTimer *tmrHelp;
     QTimer *tmrPopUp;
     QTimer *tmrResize;
-    PictureBox picUtil; ///< Renders the button pictures for the file.
 
     // --- State ---
-    std::unique_ptr<CVBATools> m_tools;
     ToolListModel *m_list;
+    ToolSetFile *m_file;
     EditCommands *m_edit;
     ToolPropertiesLink *m_properties;
     ReportCommands m_report;
     QString m_caption;
-    QString m_fileName;
-    bool m_dirty = false;
     bool m_labelEditing = false;
     bool m_unloading = false; ///< Closed from code: nothing is asked.
     bool m_laidOut = false;
-    bool m_keptForRecovery = false; ///< The last failed save has left a copy.
 };

@@ -1,5 +1,7 @@
 #include "platform/desktop/BackupStore.h"
 
+#include "platform/desktop/SafeFiles.h"
+
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
@@ -9,15 +11,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr auto folderOwnerOnly =
-    QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-constexpr auto fileOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-
-bool makePrivate(const QString &folder)
-{
-    return QDir().mkpath(folder) && QFile::setPermissions(folder, folderOwnerOnly);
-}
 
 /// Universal time: local time repeats an hour a year, and the names must sort by age.
 QString dateStamp()
@@ -43,6 +36,26 @@ QString freePath(const QString &folder, const QString &name)
     }
 }
 
+/// Its name begins like that of no copy.
+const QString unfinished = QStringLiteral("/unfinished");
+
+/// The copy has its name only when it is complete and on the disk: what it was made of is about to
+/// be overwritten.
+bool copyWhole(const QString &path, const QString &scratch, const QString &copy)
+{
+    QFile::remove(scratch);
+    QFile made(scratch);
+    if (QFile::copy(path, scratch) && made.setPermissions(SafeFiles::filePermissions)
+        && made.open(QIODevice::ReadWrite)) {
+        SafeFiles::flushToDisk(made);
+        made.close();
+        if (made.rename(copy))
+            return true;
+    }
+    QFile::remove(scratch); // what a full disk left of it
+    return false;
+}
+
 /// Two files of one name in different folders must not push each other's copies out.
 QString folderNameFor(const QFileInfo &file)
 {
@@ -64,29 +77,28 @@ QString BackupStore::backup(const QString &path)
     if (!file.isFile() || file.size() == 0 || m_folder.isEmpty())
         return {};
     const QString folder = m_folder + u'/' + folderNameFor(file);
-    if (!makePrivate(m_folder) || !makePrivate(folder))
+    if (!SafeFiles::makeFolder(m_folder) || !SafeFiles::makeFolder(folder))
         return {};
     const QString copy = freePath(folder, file.fileName());
-    if (!QFile::copy(path, copy)) {
-        QFile::remove(copy); // what a full disk left of it
+    if (!copyWhole(path, folder + unfinished, copy))
         return {};
-    }
-    QFile::setPermissions(copy, fileOwnerOnly);
     prune(folder, copy);
     return QDir::toNativeSeparators(copy);
 }
 
 QString BackupStore::newPathFor(const QString &name)
 {
-    if (m_folder.isEmpty() || !makePrivate(m_folder))
+    if (m_folder.isEmpty() || !SafeFiles::makeFolder(m_folder))
         return {};
     return QDir::toNativeSeparators(freePath(m_folder, name));
 }
 
 void BackupStore::prune(const QString &folder, const QString &newest)
 {
-    // The dated names sort by age.
+    // The dated names sort by age. Anything else is a copy that was cut off.
     QStringList own = QDir(folder).entryList(QDir::Files, QDir::Name);
+    while (!own.isEmpty() && !own.constLast().at(0).isDigit())
+        QFile::remove(folder + u'/' + own.takeLast());
     while (own.size() > keptPerFile)
         QFile::remove(folder + u'/' + own.takeFirst());
 

@@ -1,5 +1,7 @@
 #include "platform/desktop/ScratchFile.h"
 
+#include "platform/desktop/SafeFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -15,10 +17,11 @@ bool ScratchFile::open()
     if (m_failed)
         return false;
     QDir().mkpath(QFileInfo(m_file.fileName()).absolutePath());
-    m_failed = !m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    m_failed =
+        !m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered, SafeFiles::filePermissions);
     if (m_failed)
         return false;
-    m_file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    m_file.setPermissions(SafeFiles::filePermissions); // where it was there already
     m_size = m_file.size();
     return true;
 }

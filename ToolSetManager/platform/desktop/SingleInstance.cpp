@@ -1,9 +1,10 @@
 #include "platform/desktop/SingleInstance.h"
 
+#include "platform/desktop/FileLock.h"
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QFile>
-#include <QLockFile>
 #include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QThread>
@@ -81,6 +82,13 @@ SingleInstance::~SingleInstance()
         ::unlink(socketPath().constData());
     }
 #endif
+    if (m_lock)
+        QFile::remove(lockPath());
+}
+
+QString SingleInstance::lockPath() const
+{
+    return m_base + QStringLiteral(".lock");
 }
 
 QByteArray SingleInstance::socketPath() const
@@ -90,9 +98,8 @@ QByteArray SingleInstance::socketPath() const
 
 bool SingleInstance::claim()
 {
-    m_lock = std::make_unique<QLockFile>(m_base + QStringLiteral(".lock"));
-    m_lock->setStaleLockTime(0); // only a dead process makes the lock stale, not its age
-    if (!m_lock->tryLock(0) && m_lock->error() == QLockFile::LockFailedError) {
+    m_lock = std::make_unique<FileLock>();
+    if (m_lock->lock(lockPath()) == FileLock::Result::Taken) {
         m_lock.reset();
         return false;
     }

@@ -5,10 +5,10 @@
 
 #include <memory>
 
-class QLockFile;
+class FileLock;
 
-/// Sees to it that the program runs once in a user's session. A lock file, which is void as soon
-/// as its process is gone, decides who is first; a local socket beside it, open to the user alone,
+/// Sees to it that the program runs once in a user's session. A lock, which is void as soon as
+/// its process is gone, decides who is first; a local socket beside it, open to the user alone,
 /// takes the requests of later starts. Both lie in the session's own folder (XDG_RUNTIME_DIR).
 class SingleInstance : public QObject
 {
@@ -32,8 +32,9 @@ Q_SIGNALS:
 private:
     void serve();
     QByteArray socketPath() const;
+    QString lockPath() const;
 
     QString m_base;
-    std::unique_ptr<QLockFile> m_lock;
+    std::unique_ptr<FileLock> m_lock;
     int m_socket = -1;
 };

@@ -1,5 +1,7 @@
 #include "platform/desktop/mFileUtil.h"
 
+#include "platform/desktop/SafeFiles.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -70,12 +72,8 @@ QString UserDataFolder(const QString &name)
 {
     const QString base = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     const QString folder = base + u'/' + name;
-    if (base.isEmpty() || !QDir().mkpath(folder))
+    if (base.isEmpty() || !SafeFiles::makeFolder(base) || !SafeFiles::makeFolder(folder))
         return {};
-    constexpr auto userOnly =
-        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-    QFile::setPermissions(base, userOnly);
-    QFile::setPermissions(folder, userOnly);
     return QDir::toNativeSeparators(folder);
 }
 

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+class FileLock;
+
+/// The folder of snapshots: copies of unsaved work, for the case that the program ends without
+/// having been closed. Each running program has a folder of its own in it, which it holds by a
+/// lock; a folder whose lock is free was left behind. Everything is the user's alone.
+class SnapshotStore
+{
+public:
+    /// Nothing is made before the first newPath().
+    explicit SnapshotStore(const QString &folder);
+    /// Folders in which no snapshot is left are removed.
+    ~SnapshotStore();
+    SnapshotStore(const SnapshotStore &) = delete;
+    SnapshotStore &operator=(const SnapshotStore &) = delete;
+
+    /// A path in this program's folder that was not given out before; empty when the folder cannot
+    /// be made.
+    QString newPath();
+
+    /// The snapshots that were left behind, oldest first. This program holds their folders from
+    /// then on, so no other one is offered the same; what is not removed is found again by the
+    /// next.
+    QStringList abandoned();
+
+private:
+    struct Session
+    {
+        QString folder;
+        std::unique_ptr<FileLock> lock;
+    };
+    bool makeOwnSession();
+
+    QString m_folder;
+    Session m_own;
+    std::vector<Session> m_abandoned;
+    int m_given = 0;
+};

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/picture/PictureBox.h"
+
+#include <QObject>
+
+#include <memory>
+
+class CVBATools;
+class DocumentWindow;
+class Frame;
+class ListView;
+class QWidget;
+class Settings;
+class SnapshotKeeper;
+class ToolListModel;
+class ToolPropertiesLink;
+class mTSM;
+struct ToolSetSnapshot;
+struct ToolSetStorage;
+
+/// The set of one tool set window and its file: opening, saving, the question before changes are
+/// lost, and what is kept of changes that did not reach the file.
+class ToolSetFile : public QObject
+{
+    Q_OBJECT
+public:
+    /// What is handed in is borrowed; \a form is the window itself, for messages.
+    ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
+        const Settings &settings, ToolSetStorage &storage, ListView &list, ToolListModel &model);
+    /// The dialog whose unapplied changes are kept in snapshots as well; to be set once.
+    void setProperties(ToolPropertiesLink &properties);
+    ~ToolSetFile() override;
+
+    // --- Properties ---
+    CVBATools &Tools() { return *m_tools; } ///< Another one after opened().
+    const CVBATools &Tools() const { return *m_tools; }
+    QString FileName() const { return m_fileName; } ///< Empty for a set never saved.
+    void setFileName(const QString &path) { m_fileName = path; }
+    /// Changed since it was loaded or saved, except by renames in place. Kept: clear after a save
+    /// that failed, too.
+    bool Dirty() const { return m_dirty; }
+
+    // --- What happens to the set ---
+    void changed(); ///< Makes it dirty.
+    void renamedInPlace(); ///< Does not, but is kept as well.
+    void closed(); ///< The window closes for good: what is unsaved is let go.
+
+    // --- Commands ---
+    /// Each adds the file to the recent ones when it succeeded.
+    void open();
+    void save();
+    void saveAs();
+    /// Offers to save a changed set. True when the user *cancelled*.
+    bool CleanIfDirty();
+    /// Shows a set from its snapshot, as one never saved. False, after a message, when the snapshot
+    /// cannot be read.
+    bool recover(const QString &snapshotPath);
+
+Q_SIGNALS:
+    void opened(); ///< The window shows another set.
+
+private:
+    /// Where a recovered set comes from.
+    struct Origin
+    {
+        QString title;
+        QString path;
+    };
+
+    bool openSet();
+    bool saveSet();
+    bool saveSetAs();
+    void show(std::unique_ptr<CVBATools> tools);
+    void draftChanged();
+    /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
+    QString keepForRecovery();
+    ToolSetSnapshot snapshot() const;
+    /// Help texts of old files come out in the form that the rich-text box gives them.
+    static void rewriteHelpTexts(CVBATools &tools);
+
+    DocumentWindow &m_document;
+    QWidget *m_form;
+    Frame &m_frame;
+    mTSM &m_state;
+    const Settings &m_settings;
+    ToolSetStorage &m_storage;
+    ListView &m_list;
+    ToolListModel &m_model;
+    PictureBox picUtil; ///< Renders the button pictures for the file.
+
+    std::unique_ptr<CVBATools> m_tools;
+    SnapshotKeeper *m_snapshots;
+    const ToolPropertiesLink *m_properties = nullptr;
+    QString m_fileName;
+    Origin m_origin; ///< Empty unless recovered, and again after a save.
+    bool m_dirty = false;
+    bool m_unsaved = false; ///< As m_dirty, but also by renames, and until a save has succeeded.
+    bool m_keptForRecovery = false; ///< The last failed save has left a copy.
+};
