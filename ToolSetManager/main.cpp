@@ -55,6 +55,7 @@ int main(int argc, char *argv[])
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
+    QObject::connect(&instance, &SingleInstance::openRequested, &frame, &MDI::openFile);
     // Drawing it takes a third of what the bare frame needs to appear.
     QObject::connect(&frame, &MDI::firstPainted, &frame,
         [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg"))); });

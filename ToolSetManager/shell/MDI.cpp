@@ -2,6 +2,7 @@
 
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/FileDrag.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
@@ -14,6 +15,7 @@
 #include "shell/MWindowPosition.h"
 #include "shell/RecentFileMenu.h"
 #include "shell/Settings.h"
+#include "shell/ToolSetFiles.h"
 #include "shell/WindowArranger.h"
 #include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
@@ -21,6 +23,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -59,6 +62,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setCentralWidget(mdi);
     setStatusBar(status);
     addToolBar(tbTools);
+    setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
     mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -188,7 +192,9 @@ void MDI::setAction(const QString &word)
 
 void MDI::tmrAction_Timer()
 {
-    if (m_busy) // a dialog of the running command is open
+    // A dialog of the running command is open, or one of another origin: what the desktop asks for
+    // must not change the windows under a question about them.
+    if (m_busy || QApplication::activeModalWidget())
         return;
     m_busy = true;
     const QString word = Action();
@@ -210,7 +216,7 @@ void MDI::dispatch(const QString &word)
     if (word == QStringLiteral("newtoolset")) {
         newToolSet();
     } else if (word == QStringLiteral("open")) {
-        openToolSet(currentView(), std::exchange(m_pendingPath, QString()));
+        openToolSet(currentView(), m_pendingPaths.isEmpty() ? QString() : m_pendingPaths.dequeue());
     } else if (word == QStringLiteral("close")) {
         if (m_documents.isEmpty())
             disableDocumentButtons();
@@ -243,7 +249,7 @@ void MDI::newToolSet()
 
 void MDI::openFile(const QString &path)
 {
-    m_pendingPath = path;
+    m_pendingPaths.enqueue(path);
     setAction(QStringLiteral("open"));
 }
 
@@ -467,6 +473,32 @@ void MDI::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_painted)
         refreshIcons();
+}
+
+// --- Files dragged from the desktop ---
+
+void MDI::dragEnterEvent(QDragEnterEvent *event)
+{
+    m_draggedFiles = ToolSetFiles::among(FileDrag::paths(*event));
+    dragMoveEvent(event);
+}
+
+void MDI::dragMoveEvent(QDragMoveEvent *event)
+{
+    FileDrag::answer(*event, !m_draggedFiles.isEmpty());
+}
+
+void MDI::dragLeaveEvent(QDragLeaveEvent * /*event*/)
+{
+    m_draggedFiles.clear();
+}
+
+void MDI::dropEvent(QDropEvent *event)
+{
+    FileDrag::answer(*event, !m_draggedFiles.isEmpty());
+    const QStringList files = std::exchange(m_draggedFiles, {});
+    for (const QString &file : files)
+        openFile(file);
 }
 
 void MDI::closeFrame()

@@ -18,6 +18,7 @@
 #include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
+#include "toolset/FileDrop.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
@@ -464,6 +465,7 @@ void frmToolSet::selectGhostedTools()
 void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
+    new FileDrop(*this, m_frame, m_settings, *lvTools, *m_edit, this);
     connect(m_edit, &EditCommands::changed, this, [this] { m_dirty = true; });
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
