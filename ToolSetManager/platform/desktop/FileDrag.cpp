@@ -1,6 +1,5 @@
 #include "platform/desktop/FileDrag.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
@@ -27,7 +26,7 @@ void answer(QDropEvent &event, bool fits)
 {
     const bool copies = event.possibleActions().testFlag(Qt::CopyAction);
     const bool links = event.possibleActions().testFlag(Qt::LinkAction);
-    if (!fits || (!copies && !links) || QApplication::activeModalWidget()) {
+    if (!fits || (!copies && !links)) {
         event.ignore();
         return;
     }

@@ -14,7 +14,7 @@ QStringList paths(const QDropEvent &event);
 
 /// Says to the drag whether a drop would be taken. The files are only read, so what is agreed on
 /// with the other program is a copy or a link, never a move, after which that one deletes its
-/// files. While a dialog is open nothing is taken.
+/// files.
 void answer(QDropEvent &event, bool fits);
 
 } // namespace FileDrag
