@@ -34,7 +34,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromUtf16(MDI::caption));
     QApplication::setApplicationVersion(QStringLiteral(TSM_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("ToolSetManager"));
+    QApplication::setDesktopFileName(QStringLiteral("org.vbquillon.ToolSetManager"));
 
     SingleInstance instance(QString::fromUtf16(MDI::windowClass), QString::fromUtf16(MDI::caption));
     if (!instance.claim()) {
