@@ -30,8 +30,14 @@ HelpBrowser::HelpBrowser(QWidget *parent)
 {
     setOpenExternalLinks(false); // the manual leads nowhere but to itself
     document()->setDocumentMargin(margin);
-    // Emitted for history, too, which goes past doSetSource().
-    connect(this, &QTextBrowser::sourceChanged, this, [this] {
+    // Were it to come and go, the pictures would be fitted in the middle of the layout.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    // Emitted for history, too, which goes past doSetSource(), and for links within a page.
+    connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl &url) {
+        const QUrl page = url.adjusted(QUrl::RemoveFragment);
+        if (page == m_page)
+            return;
+        m_page = page;
         readHeadings();
         dressTables();
         searchPage();

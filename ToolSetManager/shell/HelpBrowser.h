@@ -54,6 +54,7 @@ private:
     void showMatches();
     void showPlace(int position);
 
+    QUrl m_page; ///< What is loaded.
     QList<Heading> m_headings;
     QHash<QUrl, QImage> m_pictures; ///< In their own size.
     int m_fittedWidth = 0; ///< That the pictures are scaled for.

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -49,7 +50,7 @@ frmHelp::frmHelp(QWidget *parent)
     layout->setSpacing(0);
     layout->addWidget(findLine());
     layout->addWidget(panes, 1);
-    resize(1080, 680); // the manual's pictures fit
+    resize(QSize(1080, 680).boundedTo(screen()->availableSize() * 0.9)); // the pictures fit
     setTabOrder(cmdFindNext, tvContents);
     setTabOrder(tvContents, m_browser);
 
@@ -69,7 +70,7 @@ QWidget *frmHelp::findLine()
     txtFind = new QLineEdit(line);
     txtFind->setObjectName(QStringLiteral("txtFind"));
     txtFind->setAccessibleName(QStringLiteral("Find in the manual"));
-    txtFind->setPlaceholderText(QStringLiteral("Text in this page (Ctrl+F)"));
+    txtFind->setToolTip(QStringLiteral("Text in this page (Ctrl+F)"));
     txtFind->setClearButtonEnabled(true);
     txtFind->setMaximumWidth(fontMetrics().averageCharWidth() * 50);
     label->setBuddy(txtFind);
