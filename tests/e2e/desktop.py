@@ -177,7 +177,7 @@ check(len(names_in_order()) == 14, "which has opened nothing")
 # The opener hands files over, several at once; it names those that do not exist.
 two = os.path.join(HOME, "Zwei größere.bmt")
 shutil.copy(SAMPLE, two)
-opener = subprocess.run([OPENER, "none.bmt", os.path.basename(two), "One.bmt"], cwd=HOME,
+opener = subprocess.run([OPENER, "none.bmt", "One.bmt", os.path.basename(two)], cwd=HOME,
                         timeout=15, capture_output=True, text=True)
 check(opener.returncode == 1 and "none.bmt" in opener.stderr and "Zwei" not in opener.stderr,
       "the opener tells what is missing")
