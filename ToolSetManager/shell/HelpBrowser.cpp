@@ -65,6 +65,8 @@ void HelpBrowser::readHeadings()
 
 void HelpBrowser::dressTables()
 {
+    // The browser would take it for an edit and load the page anew at the next link within it.
+    const QSignalBlocker quiet(document());
     const auto frames = document()->rootFrame()->childFrames();
     for (QTextFrame *frame : frames) {
         auto *table = qobject_cast<QTextTable *>(frame);
@@ -137,6 +139,7 @@ void HelpBrowser::fitPictures()
     if (m_fittedWidth == viewport()->width())
         return;
     m_fittedWidth = viewport()->width();
+    const QSignalBlocker quiet(document()); // as above
     for (auto picture = m_pictures.cbegin(); picture != m_pictures.cend(); ++picture) {
         document()->addResource(
             QTextDocument::ImageResource, picture.key(), fitted(picture.value()));

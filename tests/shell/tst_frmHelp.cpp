@@ -9,6 +9,7 @@
 #include <QSet>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextTable>
 #include <QToolButton>
 #include <QTreeWidget>
 
@@ -76,6 +77,10 @@ void frmHelp_test::contents()
     tree->setCurrentItem(node);
     QTest::keyClick(tree, Qt::Key_Return);
     QCOMPARE(browser->headings().at(browser->currentHeading()).text, u"Tool properties"_qs);
+    // The page was not loaded anew: its tables have kept their dress.
+    const auto frames = browser->document()->rootFrame()->childFrames();
+    QVERIFY(!frames.isEmpty() && frames.constFirst()->frameFormat().border() == 1);
+    QVERIFY(qobject_cast<QTextTable *>(frames.constFirst())->format().borderCollapse());
     // The contents follow the reader; and back.
     browser->verticalScrollBar()->setValue(browser->verticalScrollBar()->maximum());
     QVERIFY(tree->currentItem() != node);
