@@ -34,7 +34,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromUtf16(MDI::caption));
     QApplication::setApplicationVersion(QStringLiteral(TSM_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("ToolSetManager"));
+    QApplication::setDesktopFileName(QStringLiteral("org.vbquillon.ToolSetManager"));
 
     SingleInstance instance(QString::fromUtf16(MDI::windowClass), QString::fromUtf16(MDI::caption));
     if (!instance.claim()) {
@@ -55,6 +55,7 @@ int main(int argc, char *argv[])
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
+    QObject::connect(&instance, &SingleInstance::openRequested, &frame, &MDI::openFile);
     // Drawing it takes a third of what the bare frame needs to appear.
     QObject::connect(&frame, &MDI::firstPainted, &frame,
         [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg"))); });

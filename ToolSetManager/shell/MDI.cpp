@@ -3,6 +3,7 @@
 #include "model/ToolSetSnapshot.h"
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/FileDrag.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/MsgBox.h"
@@ -17,6 +18,7 @@
 #include "shell/RecentFileMenu.h"
 #include "shell/RecoveryBar.h"
 #include "shell/Settings.h"
+#include "shell/ToolSetFiles.h"
 #include "shell/WindowArranger.h"
 #include "shell/frmAbout.h"
 #include "shell/frmHelp.h"
@@ -24,6 +26,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -71,6 +74,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setCentralWidget(centre);
     setStatusBar(status);
     addToolBar(tbTools);
+    setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
     mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -200,7 +204,9 @@ void MDI::setAction(const QString &word)
 
 void MDI::tmrAction_Timer()
 {
-    if (m_busy) // a dialog of the running command is open
+    // A dialog of the running command is open, or one of another origin: what the desktop asks for
+    // must not change the windows under a question about them.
+    if (m_busy || QApplication::activeModalWidget())
         return;
     m_busy = true;
     const QString word = Action();
@@ -222,7 +228,7 @@ void MDI::dispatch(const QString &word)
     if (word == QStringLiteral("newtoolset")) {
         newToolSet();
     } else if (word == QStringLiteral("open")) {
-        openToolSet(currentView(), std::exchange(m_pendingPath, QString()));
+        openToolSet(currentView(), m_pendingPaths.isEmpty() ? QString() : m_pendingPaths.dequeue());
     } else if (word == recoverWord) {
         recoverToolSets();
     } else if (word == discardWord) {
@@ -259,7 +265,7 @@ void MDI::newToolSet()
 
 void MDI::openFile(const QString &path)
 {
-    m_pendingPath = path;
+    m_pendingPaths.enqueue(path);
     setAction(QStringLiteral("open"));
 }
 
@@ -543,6 +549,32 @@ void MDI::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_painted)
         refreshIcons();
+}
+
+// --- Files dragged from the desktop ---
+
+void MDI::dragEnterEvent(QDragEnterEvent *event)
+{
+    m_draggedFiles = ToolSetFiles::among(FileDrag::paths(*event));
+    dragMoveEvent(event);
+}
+
+void MDI::dragMoveEvent(QDragMoveEvent *event)
+{
+    FileDrag::answer(*event, !m_draggedFiles.isEmpty());
+}
+
+void MDI::dragLeaveEvent(QDragLeaveEvent * /*event*/)
+{
+    m_draggedFiles.clear();
+}
+
+void MDI::dropEvent(QDropEvent *event)
+{
+    FileDrag::answer(*event, !m_draggedFiles.isEmpty());
+    const QStringList files = std::exchange(m_draggedFiles, {});
+    for (const QString &file : files)
+        openFile(file);
 }
 
 void MDI::closeFrame()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/Frame.h"
+#include "shell/FrameIdentity.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -29,8 +30,8 @@ class MDI : public QMainWindow, public Frame
 {
     Q_OBJECT
 public:
-    static constexpr char16_t caption[] = u"VB Quillon Tool Set Manager";
-    static constexpr char16_t windowClass[] = u"ThunderRT5MDIForm";
+    static constexpr auto &caption = FrameIdentity::caption;
+    static constexpr auto &windowClass = FrameIdentity::windowClass;
 
     /// Makes a document window of the given frame; it deletes itself when it is closed.
     using DocumentFactory = std::function<DocumentWindow *(Frame &frame)>;
@@ -75,6 +76,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     bool event(QEvent *event) override;
 
 private Q_SLOTS:
@@ -132,8 +137,10 @@ private:
     QQueue<QString> m_commands;
     bool m_busy = false; ///< A command is running.
     bool m_painted = false; ///< The buttons have their icons.
-    QString m_pendingPath; ///< The file for the next "open"; empty: ask the user.
     QStringList m_snapshots; ///< Offered, and not answered yet.
+    /// The files for the next "open" words, one for each; without one the user is asked.
+    QQueue<QString> m_pendingPaths;
+    QStringList m_draggedFiles; ///< The tool sets of the drag above the frame.
     int m_newWindows = 0; ///< Counts "Untitled" windows; never reset.
     QList<DocumentWindow *> m_documents; ///< Oldest first.
     DocumentWindow *m_menuOwner = nullptr; ///< Whose menus are shown; null: the frame's own.

@@ -2,9 +2,15 @@
 
 #include <QWidget>
 
-class QTextBrowser;
+class HelpBrowser;
+class QLabel;
+class QLineEdit;
+class QToolButton;
+class QTreeWidget;
+class QTreeWidgetItem;
 
-/// The help window: shows pages of the manual. One window, which changes its page.
+/// The help window: the pages of the manual with their table of contents and a line to find text
+/// in them. One window, which changes its page.
 class frmHelp : public QWidget
 {
     Q_OBJECT
@@ -16,7 +22,25 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private Q_SLOTS:
+    void txtFind_Change(const QString &text);
+    void tvContents_NodeClick(QTreeWidgetItem *node);
 
 private:
-    QTextBrowser *m_browser;
+    QWidget *findLine();
+    void addKeys();
+    void fillContents();
+    void markCurrentHeading();
+    void find(bool backward);
+    void tellMatches();
+    void refreshIcons();
+
+    QLineEdit *txtFind = nullptr;
+    QToolButton *cmdFindPrior = nullptr;
+    QToolButton *cmdFindNext = nullptr;
+    QLabel *lblFound = nullptr;
+    QTreeWidget *tvContents;
+    HelpBrowser *m_browser;
 };

@@ -6,16 +6,15 @@
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
-#include "platform/picture/ProgramIcons.h"
 #include "shell/Settings.h"
 #include "tooledit/EventsPage.h"
 #include "tooledit/ToolFileRecognition.h"
+#include "tooledit/ToolFromFile.h"
 #include "tooledit/frmFileButton.h"
 
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -389,29 +388,15 @@ void frmToolProps::RecognizeToolFile(const QString &FileName)
     txtLocation->setText(ToolFileRecognition::locationOf(FileName, macroFolder()));
     if (ToolFileRecognition::isReplaceable(txtDescription->text(), formerLocation))
         txtDescription->setText(ToolFileRecognition::nameOf(FileName));
-    if (*kind == CVBATool::StandardExecutable || *kind == CVBATool::AddInExecutable) {
-        if (LoadIconFromFile(txtLocation->text())) {
-            picToolImage->setPicture(picConvert->Picture());
-            setDirty(true);
-        }
+    if (ToolFromFile::isProgram(*kind) && LoadIconFromFile(txtLocation->text())) {
+        picToolImage->setPicture(picConvert->Picture());
+        setDirty(true);
     }
 }
 
 bool frmToolProps::LoadIconFromFile(const QString &FileName)
 {
-    // A bare name stands for a file in the macro folder.
-    const QString path = QFileInfo(FileName).isAbsolute()
-        ? FileName
-        : mFileUtil::AddSeparator(macroFolder()) + FileName;
-    const ProgramIcons icons(path);
-    const QImage icon = icons.icon(0);
-    if (icon.isNull())
-        return false;
-    picIcon->resize(icon.size());
-    picIcon->setPicture(icon);
-    picConvert->setPicture(picIcon->Image());
-    picConvert->setPicture(picConvert->Image());
-    return true;
+    return ToolFromFile::loadIcon(FileName, macroFolder(), *picIcon, *picConvert);
 }
 
 void frmToolProps::cmdBrowseImage_Click()

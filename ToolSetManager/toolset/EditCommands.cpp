@@ -38,6 +38,24 @@ void EditCommands::newTool()
     Q_EMIT toolAdded();
 }
 
+void EditCommands::addTools(const QList<ToolPtr> &tools)
+{
+    const Hourglass hourglass;
+    m_list.finishLabelEdit();
+    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    for (const ToolPtr &tool : tools) {
+        if (tool->Picture.isNull())
+            tool->Picture = QImage(defaultPicture);
+    }
+    const QList<int> rows = m_model.appendTools(tools);
+    if (rows.isEmpty())
+        return;
+    m_list.selectRows(rows);
+    Q_EMIT changed();
+    Q_EMIT commandStatesChanged();
+}
+
 // --- The tool clipboard ---
 
 void EditCommands::fillClipboard(bool ghosted)

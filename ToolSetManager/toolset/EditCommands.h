@@ -29,6 +29,9 @@ public:
 
     /// Adds a tool with the default picture and selects exactly its item.
     void newTool();
+    /// Adds tools that were made elsewhere at the end and selects exactly these; one without a
+    /// picture gets the default one.
+    void addTools(const QList<ToolPtr> &tools);
     void copy();
     void cut();
     /// What a paste from the menu does, by what the clipboard holds: an Effect.

@@ -11,6 +11,7 @@
 #include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
+#include "toolset/FileDrop.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
@@ -363,6 +364,7 @@ void frmToolSet::connectEdits()
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
     connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
     connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
+    new FileDrop(*this, m_frame, m_settings, *lvTools, *m_edit, this);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);

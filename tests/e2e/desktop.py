@@ -15,6 +15,7 @@ import pyatspi
 
 CAPTION = "VB Quillon Tool Set Manager"
 PROGRAM, SAMPLE = sys.argv[1:3]
+OPENER = PROGRAM + "-open"
 HOME = os.environ["HOME"]
 failures = 0
 
@@ -173,6 +174,17 @@ check(sum(1 for app in pyatspi.Registry.getDesktop(0) if app and app.name == CAP
       "and there is still one program")
 check(len(names_in_order()) == 14, "which has opened nothing")
 
+# The opener hands files over, several at once; it names those that do not exist.
+two = os.path.join(HOME, "Zwei größere.bmt")
+shutil.copy(SAMPLE, two)
+opener = subprocess.run([OPENER, "none.bmt", "One.bmt", os.path.basename(two)], cwd=HOME,
+                        timeout=15, capture_output=True, text=True)
+check(opener.returncode == 1 and "none.bmt" in opener.stderr and "Zwei" not in opener.stderr,
+      "the opener tells what is missing")
+until(lambda: any(n.name == two for n in walk(application())), "the frame opens what it is handed")
+key("ctrl+w")
+until(lambda: all(n.name != two for n in walk(application())), "closed again")
+
 # --- The mouse ---
 header = next(node for node in walk(application()) if node.name == "Tool Description"
               and node.getRole() in (pyatspi.ROLE_COLUMN_HEADER, pyatspi.ROLE_TABLE_COLUMN_HEADER))
@@ -255,7 +267,7 @@ key("Down", "Down", "Return")
 until(lambda: len(rows()) == 13, "a recent file is opened with its real spelling")
 third.send_signal(signal.SIGKILL)
 third.wait()
-fourth = start(one)
-until(application, "after a crash it starts all the same")
-until(lambda: len(rows()) == 14, "and opens a file")
+opener = subprocess.run([OPENER, one], cwd="/", timeout=30)
+check(opener.returncode == 0, "after a crash the opener starts the program")
+until(lambda: len(rows()) == 14, "and has the file opened")
 finish()

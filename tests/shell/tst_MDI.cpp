@@ -10,12 +10,14 @@
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
 #include "support/Answers.h"
+#include "support/TestDrag.h"
 #include "support/TestRunner.h"
 #include "toolset/frmToolSet.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void recentFiles();
     void recentEntryFindsItsFile();
     void openDialog();
+    void filesFromTheDesktop();
     void dragGate();
     void toolbarFollowsTheWindows();
     void menusFollowTheWindows();
@@ -244,6 +247,31 @@ void MDI_test::openDialog()
     answers.file(u"Open Tool Set"_qs, file("a.bmt"));
     run(u"open"_qs);
     QCOMPARE(captions(), QStringList(path("a.bmt")));
+}
+
+void MDI_test::filesFromTheDesktop()
+{
+    auto *area = m_frame->findChild<QMdiArea *>()->viewport();
+    QCOMPARE(
+        TestDrag::dropFiles(area, {file("a.bmt"), path("a.exe"), file("b.BMT")}), Qt::CopyAction);
+    // Several at once; with a question open they wait, since it may be about the windows.
+    Answers answers;
+    answers.dialog(u"frmAbout"_qs, [this](QDialog *dialog) {
+        QTest::qWait(50);
+        QVERIFY(captions().isEmpty());
+        dialog->accept();
+    });
+    m_frame->showAbout();
+    waitForQueue();
+    QCOMPARE(captions(), QStringList({path("a.bmt"), path("b.BMT")}));
+    QCOMPARE(TestDrag::dropFiles(area, {path("a.exe"), path("none.bmt"), m_folder->path()}),
+        Qt::IgnoreAction);
+    // On a window's label, too; and opened before: it comes to the front.
+    QCOMPARE(TestDrag::dropFiles(
+                 m_frame->openDocuments().at(1)->widget(), {path("a.bmt")}, Qt::LinkAction),
+        Qt::LinkAction);
+    waitForQueue();
+    QCOMPARE(m_frame->activeDocument()->Caption(), path("a.bmt"));
 }
 
 void MDI_test::dragGate()

@@ -1,8 +1,11 @@
+#include "platform/desktop/InstanceRequest.h"
 #include "platform/desktop/SingleInstance.h"
+#include "support/Files.h"
 #include "support/TestRunner.h"
 
 #include <QDir>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 class SingleInstance_test : public QObject
@@ -11,6 +14,7 @@ class SingleInstance_test : public QObject
 private Q_SLOTS:
     void secondOneIsToldTheFirstAsked();
     void nothingKeepsTheNextAway();
+    void filesToOpen();
 };
 
 static const QString windowClass = u"TestForm"_qs;
@@ -51,6 +55,38 @@ void SingleInstance_test::nothingKeepsTheNextAway()
     SingleInstance second(windowClass, caption);
     QVERIFY(!second.claim());
     QVERIFY(second.askFirstToComeForward());
+}
+
+void SingleInstance_test::filesToOpen()
+{
+    const QTemporaryDir folder;
+    const QString one = folder.filePath(u"One of Zoë.bmt"_qs);
+    const QString two = folder.filePath(u"two.bmt"_qs);
+    QVERIFY(Files::put(one, "1") && Files::put(two, "2"));
+    const InstanceSocket sender(windowClass, caption);
+    using Outcome = InstanceSocket::Outcome;
+    QVERIFY(sender.send(InstanceRequest::open(one), 0) == Outcome::NobodyListens);
+    SingleInstance first(windowClass, caption);
+    QVERIFY(first.claim());
+    QSignalSpy opened(&first, &SingleInstance::openRequested);
+    QSignalSpy forward(&first, &SingleInstance::comeForward);
+    // Nothing but whole requests for files that can be opened is heard.
+    const QByteArray good = InstanceRequest::open(one);
+    for (const QByteArray &bad :
+        {InstanceRequest::open(folder.path()), InstanceRequest::open(u"two.bmt"_qs),
+            InstanceRequest::open(folder.filePath(u"none.bmt"_qs)), InstanceRequest::open({}),
+            InstanceRequest::open(u"/dev/null"_qs), QByteArray(good + '\0'), QByteArray("open"),
+            QByteArray(), QByteArray(InstanceSocket::longestMessage, '/')}) {
+        QVERIFY(sender.send(bad, 0) == Outcome::Sent);
+    }
+    QVERIFY(
+        sender.send(good + QByteArray(InstanceSocket::longestMessage, 'x'), 0) == Outcome::Failed);
+    QVERIFY(sender.send(good, 0) == Outcome::Sent);
+    QVERIFY(sender.send(InstanceRequest::open(two), 0) == Outcome::Sent);
+    QTRY_COMPARE(opened.size(), 2);
+    QCOMPARE(opened.at(0).at(0).toString(), one);
+    QCOMPARE(opened.at(1).at(0).toString(), two);
+    QVERIFY(!forward.isEmpty());
 }
 
 TSM_TEST(SingleInstance_test);

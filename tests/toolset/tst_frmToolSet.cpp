@@ -9,6 +9,9 @@
 #include "shell/mTSM.h"
 #include "support/Answers.h"
 #include "support/FakeFrame.h"
+#include "support/Files.h"
+#include "support/ProgramFile.h"
+#include "support/TestDrag.h"
 #include "support/TestRunner.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolSetMenus.h"
@@ -62,6 +65,7 @@ private Q_SLOTS:
     void newTool();
     void clipboardKeysDuringARename();
     void movingByKeyboard();
+    void droppingFiles();
 
     void toolProperties();
     void toolSetProperties();
@@ -662,6 +666,48 @@ void frmToolSet_test::movingByKeyboard()
 }
 
 // --- Dialogs ---
+
+void frmToolSet_test::droppingFiles()
+{
+    const QByteArray program =
+        ProgramFile::pe({{{}, 1, {ProgramFile::plain(32, qRgb(0, 0, 255))}}});
+    QVERIFY(Files::put(path("EDIT.EXE"), program));
+    QVERIFY(QDir(m_folder->path()).mkdir(u"macros"_qs));
+    for (const char *name : {"macros/sort.bas", "notes.txt", "readme.doc"})
+        QVERIFY(Files::put(path(name), "text"));
+    frmToolSet *form = window(file("a.bmt", u"ab"_qs));
+    form->setAction(u"list"_qs); // both views take files
+    QWidget *list = listOf(form)->currentView()->viewport();
+
+    using TestDrag::dropFiles;
+    QCOMPARE(dropFiles(list, {path("readme.doc"), path("none.exe"), u"http://x/y.exe"_qs}),
+        Qt::IgnoreAction);
+    // A move would have the file manager delete its files.
+    QCOMPARE(dropFiles(list, {path("EDIT.EXE")}, Qt::MoveAction), Qt::IgnoreAction);
+    QVERIFY(!form->Dirty());
+    QCOMPARE(text(form), u"a b"_qs);
+
+    QCOMPARE(dropFiles(list,
+                 {path("EDIT.EXE"), path("readme.doc"), path("macros/sort.bas"), path("a.bmt"),
+                     path("notes.txt")}),
+        Qt::CopyAction);
+    QCOMPARE(text(form), u"a b [Edit.exe] [Sort.bas] [Notes.txt]"_qs);
+    QCOMPARE(m_frame->opened, QStringList(path("a.bmt")));
+    QVERIFY(form->Dirty());
+    QVERIFY(m_frame->groups.value(u"P"_qs));
+    QVERIFY(m_frame->panels.value(1).isEmpty() && m_frame->panels.value(2).isEmpty());
+    const auto tool = [&](int row) { return *modelOf(form)->toolAt(row); };
+    QCOMPARE(tool(2).Location(), path("EDIT.EXE"));
+    QCOMPARE(tool(2).Picture.size(), QSize(18, 18));
+    QCOMPARE(tool(2).Picture.pixelColor(9, 9), QColor(Qt::blue));
+    QCOMPARE(tool(3).Location(), u"sort.bas"_qs); // it lies in the macro folder
+    QCOMPARE(QList<int>({tool(2).ToolType, tool(3).ToolType, tool(4).ToolType}),
+        QList<int>({CVBATool::StandardExecutable, CVBATool::Macro, CVBATool::TextFile}));
+    QVERIFY(!tool(4).Picture.isNull());
+
+    QCOMPARE(dropFiles(list, {path("EDIT.EXE")}), Qt::CopyAction);
+    QCOMPARE(text(form), u"a b Edit.exe Sort.bas Notes.txt [Edit.exe(1)]"_qs);
+}
 
 void frmToolSet_test::toolProperties()
 {

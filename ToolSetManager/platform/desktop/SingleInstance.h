@@ -1,15 +1,16 @@
 #pragma once
 
+#include "platform/desktop/InstanceSocket.h"
+
 #include <QObject>
-#include <QString>
 
 #include <memory>
 
 class FileLock;
 
-/// Sees to it that the program runs once in a user's session. A lock, which is void as soon as
-/// its process is gone, decides who is first; a local socket beside it, open to the user alone,
-/// takes the requests of later starts. Both lie in the session's own folder (XDG_RUNTIME_DIR).
+/// Sees to it that the program runs once in a user's session. A lock, which is void as soon
+/// as its process is gone, decides who is first; a local socket beside it, open to the user alone,
+/// takes the requests of later starts and of the opener.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -28,13 +29,14 @@ public:
 
 Q_SIGNALS:
     void comeForward();
+    /// The user has opened that file on the desktop: an absolute path of a regular file that
+    /// exists. comeForward() is raised before it.
+    void openRequested(const QString &path);
 
 private:
     void serve();
-    QByteArray socketPath() const;
-    QString lockPath() const;
+    void receive();
 
-    QString m_base;
+    InstanceSocket m_socket;
     std::unique_ptr<FileLock> m_lock;
-    int m_socket = -1;
 };

@@ -1,0 +1,54 @@
+#include "tooledit/ToolFromFile.h"
+
+#include "platform/desktop/mFileUtil.h"
+#include "platform/picture/PictureControl.h"
+#include "platform/picture/ProgramIcons.h"
+#include "tooledit/ToolFileRecognition.h"
+#include "tooledit/frmFileButton.h"
+
+#include <QFileInfo>
+
+namespace ToolFromFile {
+
+ToolPtr make(const QString &path, const QString &macroFolder)
+{
+    auto tool = std::make_shared<CVBATool>();
+    const auto kind = ToolFileRecognition::kindOf(path, tool->ToolType);
+    if (!kind)
+        return nullptr;
+    tool->ToolType = *kind;
+    tool->setLocation(ToolFileRecognition::locationOf(path, macroFolder));
+    tool->Description = ToolFileRecognition::nameOf(path);
+    if (isProgram(*kind)) {
+        PictureControl picIcon;
+        PictureControl picConvert;
+        picConvert.resize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+        if (loadIcon(tool->Location(), macroFolder, picIcon, picConvert))
+            tool->Picture = picConvert.Picture();
+    }
+    return tool;
+}
+
+bool loadIcon(const QString &location, const QString &macroFolder, PictureControl &picIcon,
+    PictureControl &picConvert)
+{
+    const QString path = QFileInfo(location).isAbsolute()
+        ? location
+        : mFileUtil::AddSeparator(macroFolder) + location;
+    const ProgramIcons icons(path);
+    const QImage icon = icons.icon(0);
+    if (icon.isNull())
+        return false;
+    picIcon.resize(icon.size());
+    picIcon.setPicture(icon);
+    picConvert.setPicture(picIcon.Image());
+    picConvert.setPicture(picConvert.Image());
+    return true;
+}
+
+bool isProgram(qint16 kind)
+{
+    return kind == CVBATool::StandardExecutable || kind == CVBATool::AddInExecutable;
+}
+
+} // namespace ToolFromFile
