@@ -32,8 +32,8 @@ QImage IconStripModel::icon(int row) const
         return {};
     if (const QImage *read = m_read.object(row))
         return *read;
-    const QImage image = m_icons->icon(row);
-    m_read.insert(row, new QImage(image));
+    QImage image = m_icons->icon(row);
+    m_read.insert(row, new QImage(image), 1 + image.sizeInBytes() / 1024);
     return image;
 }
 

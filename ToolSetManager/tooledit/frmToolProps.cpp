@@ -1,11 +1,13 @@
 #include "tooledit/frmToolProps.h"
 
+#include "model/BmtFormat.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
+#include "richtext/RTFEditor.h"
 #include "shell/Settings.h"
 #include "tooledit/EventsPage.h"
 #include "tooledit/ToolFileRecognition.h"
@@ -41,12 +43,10 @@ QString browseFilter()
 
 } // namespace
 
-frmToolProps::frmToolProps(
-    const Settings &settings, SettingsStore &store, const HelpEditor &helpEditor, QWidget *parent)
+frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
     , m_store(store)
-    , rtHelp(helpEditor)
 {
     setObjectName(QStringLiteral("frmToolProps"));
     setWindowTitle(QStringLiteral("VB Quillon Tool Properties"));
@@ -55,13 +55,13 @@ frmToolProps::frmToolProps(
     sstAll->addTab(generalPage(), QStringLiteral("General"));
     m_events = new EventsPage(sstAll);
     sstAll->addTab(m_events, QStringLiteral("Events"));
-    rtHelp.widget->setParent(sstAll);
-    rtHelp.widget->setObjectName(QStringLiteral("rtHelp"));
-    sstAll->addTab(rtHelp.widget, QStringLiteral("Help"));
+    rtHelp = new RTFEditor(sstAll);
+    rtHelp->setObjectName(QStringLiteral("rtHelp"));
+    sstAll->addTab(rtHelp, QStringLiteral("Help"));
 
     const auto changed = [this] { setDirty(true); };
     connect(m_events, &EventsPage::chkEvent_Click, this, changed);
-    rtHelp.onChange(this, changed);
+    connect(rtHelp, &RTFEditor::Change, this, changed);
 
     const auto stepper = [this](const QString &name, const QString &icon,
                              QStyle::StandardPixmap fallback, const QString &tip) {
@@ -102,6 +102,7 @@ QWidget *frmToolProps::generalPage()
     const auto line = [&](const QString &name) {
         auto *edit = new QLineEdit(page);
         edit->setObjectName(name);
+        edit->setMaxLength(BmtFormat::longestString); // or a longer one would be cut on opening
         connect(edit, &QLineEdit::textChanged, this, [this] { setDirty(true); });
         return edit;
     };
@@ -254,8 +255,8 @@ void frmToolProps::setTool(const ToolPtr &tool)
     chkInToolBar->setChecked(tool->IntoolBar());
     chkRunOutOfProcess->setChecked(tool->RunOutOfProcess());
     m_events->setEvents(tool->VBEvents);
-    rtHelp.setTextRTF(tool->HelpString);
-    m_loadedHelp = rtHelp.TextRTF();
+    rtHelp->setTextRTF(tool->HelpString);
+    m_loadedHelp = rtHelp->TextRTF();
     for (QLineEdit *edit : {txtDescription, txtLocation, txtCommandLine})
         edit->setCursorPosition(0); // a long path shows its start
     setDirty(false);
@@ -323,7 +324,7 @@ void frmToolProps::storeIn(CVBATool &tool) const
     tool.Enabled = chkEnabled->isChecked();
     tool.setIntoolBar(chkInToolBar->isChecked());
     tool.setRunOutOfProcess(chkRunOutOfProcess->isChecked());
-    tool.HelpString = rtHelp.TextRTF();
+    tool.HelpString = rtHelp->TextRTF();
 }
 
 CVBATool frmToolProps::Draft() const
@@ -339,7 +340,7 @@ CVBATool frmToolProps::Draft() const
 void frmToolProps::SaveQuestion()
 {
     // The editor tells of changes only after a short pause: the last words count, too.
-    if (!m_tool || (!Dirty() && rtHelp.TextRTF() == m_loadedHelp))
+    if (!m_tool || (!Dirty() && rtHelp->TextRTF() == m_loadedHelp))
         return;
     const auto answer =
         MsgBox::show(this, QStringLiteral("Do you want to save your changes first?"),
@@ -419,18 +420,18 @@ void frmToolProps::cmdToolID_Click()
     clipboard->setImage(picToolImage->Image());
     giveFocusToHelp();
     // "+{INSERT}" to whatever has the focus now: shift and insert, which pastes.
-    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp.widget;
+    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp;
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent key(type, Qt::Key_Insert, Qt::ShiftModifier);
         QCoreApplication::sendEvent(target, &key);
     }
-    rtHelp.setSelText(txtDescription->text() + u' ');
+    rtHelp->setSelText(txtDescription->text() + u' ');
 }
 
 void frmToolProps::giveFocusToHelp()
 {
     sstAll->setCurrentIndex(HelpTab); // a hidden control takes no focus
-    rtHelp.widget->setFocus();
+    rtHelp->setFocus();
 }
 
 // --- Buttons ---

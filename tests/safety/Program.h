@@ -5,6 +5,7 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/PictureBox.h"
+#include "platform/print/Printers.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -26,7 +27,7 @@ public:
         , frame(
               m_state, m_settings, m_store,
               [this](Frame &owner) -> DocumentWindow * {
-                  return new frmToolSet(owner, m_state, m_settings, m_store, storage);
+                  return new frmToolSet(owner, m_state, m_settings, m_store, storage, m_printers);
               },
               QString())
     {
@@ -62,6 +63,7 @@ public:
 
 private:
     SettingsStore m_store;
+    Printers m_printers {[] { return QStringList(); }};
     Settings m_settings;
     mTSM m_state;
 

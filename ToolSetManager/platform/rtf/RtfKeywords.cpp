@@ -121,6 +121,7 @@ constexpr Row rows[] = {
     {"pc", W::CodePage, 437},
     {"pca", W::CodePage, 850},
     {"deff", W::DefaultFont},
+    {"deftab", W::DefaultTab},
 
     {"fonttbl", W::FontTable},
     {"colortbl", W::ColourTable},
@@ -175,8 +176,6 @@ constexpr Row rows[] = {
     {"red", W::Red},
     {"green", W::Green},
     {"blue", W::Blue},
-    {"list", W::List},
-    {"listoverride", W::List},
     {"listlevel", W::ListEntry},
     {"listid", W::ListIdentity},
     {"levelnfc", W::ListStyle},

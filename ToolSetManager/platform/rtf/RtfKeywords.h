@@ -53,6 +53,7 @@ enum class RtfWord : unsigned char {
     Ansi,
     AnsiCodePage,
     CodePage, ///< The document's, `value` is its number.
+    DefaultTab,
     DefaultFont,
     // Groups
     FontTable,
@@ -73,7 +74,6 @@ enum class RtfWord : unsigned char {
     Red,
     Green,
     Blue,
-    List,
     ListEntry,
     ListIdentity,
     ListStyle,

@@ -1,11 +1,13 @@
 #include "platform/rtf/RtfPicture.h"
 
+#include "platform/picture/Picture.h"
 #include "platform/rtf/DibMetafile.h"
+#include "platform/rtf/RtfGroup.h"
+#include "platform/rtf/RtfHex.h"
+#include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfStyle.h"
 
-#include <QBuffer>
 #include <QCryptographicHash>
-#include <QImageReader>
 #include <QPainter>
 #include <QTextDocument>
 #include <QUrl>
@@ -16,23 +18,9 @@ namespace {
 
 constexpr int twipsPerPixel = 15;
 constexpr double metafileUnit = 1440 / 2540.0; // twips in a hundredth of a millimetre
+constexpr int largestExtent = 1 << 20; // of \picw and \pich
 constexpr int maximumDecodedSide = 2000;
 constexpr int decodedPerShown = 2; // metafiles are played finer than shown, for large scales
-
-QImage decodeFile(const QByteArray &data, const char *format, qint64 &memoryLeft)
-{
-    QByteArray bytes = data;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, format);
-    const QSize size = reader.size();
-    const qint64 needed = qint64(size.width()) * size.height() * 4;
-    if (size.isEmpty() || needed > memoryLeft)
-        return {};
-    QImage image = reader.read();
-    memoryLeft -= image.sizeInBytes();
-    return image;
-}
 
 /// What stands for a picture that nothing here can show. Stretched to the picture's size.
 QImage frameImage()
@@ -65,6 +53,63 @@ RtfPicture RtfPicture::fromImage(const QImage &image, QSize twips)
     return picture;
 }
 
+std::optional<RtfPicture> RtfPicture::read(RtfTokenizer &tokenizer)
+{
+    RtfPicture picture;
+    int scaleX = 100;
+    int scaleY = 100;
+    int highDigit = -1;
+    RtfGroup group(tokenizer);
+    while (group.next()) {
+        if (group.depth > 1)
+            continue;
+        const RtfToken &token = group.token;
+        if (token.kind == RtfToken::Binary) {
+            picture.data.append(token.text);
+        } else if (token.kind == RtfToken::Text) {
+            RtfHex::append(picture.data, token.text, highDigit);
+        } else if (token.kind == RtfToken::Word) {
+            const RtfKeyword keyword = rtfKeyword(token.text);
+            const int number = qBound(0, token.parameter, largestExtent);
+            switch (keyword.word) {
+            case RtfWord::PictureKind:
+                picture.kind = static_cast<Kind>(keyword.value);
+                break;
+            case RtfWord::PictureWidth:
+                picture.extent.setWidth(number);
+                break;
+            case RtfWord::PictureHeight:
+                picture.extent.setHeight(number);
+                break;
+            case RtfWord::PictureGoalWidth:
+                picture.goal.setWidth(number);
+                break;
+            case RtfWord::PictureGoalHeight:
+                picture.goal.setHeight(number);
+                break;
+            case RtfWord::PictureScaleX:
+                scaleX = number;
+                break;
+            case RtfWord::PictureScaleY:
+                scaleY = number;
+                break;
+            default:
+                break;
+            }
+        }
+    }
+    if (picture.data.isEmpty() || picture.kind == NoKind)
+        return std::nullopt;
+    picture.completeGoal();
+    const auto scaled = [](int size, int percent) {
+        constexpr qint64 most = maximumGoal;
+        return static_cast<int>(
+            qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
+    };
+    picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
+    return picture;
+}
+
 void RtfPicture::completeGoal()
 {
     const double unit = kind == Metafile || kind == EnhancedMetafile ? metafileUnit : twipsPerPixel;
@@ -83,9 +128,9 @@ QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) 
     case Bitmap:
         return DibMetafile::decodeBitmap(data, memoryLeft);
     case Png:
-        return decodeFile(data, "png", memoryLeft);
+        return Picture::decodeAs("png", data, memoryLeft);
     case Jpeg:
-        return decodeFile(data, "jpeg", memoryLeft);
+        return Picture::decodeAs("jpeg", data, memoryLeft);
     case EnhancedMetafile:
         return DibMetafile::decodeEnhanced(data, memoryLeft);
     case Metafile: {
@@ -93,7 +138,7 @@ QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) 
                                  .boundedTo({maximumDecodedSide, maximumDecodedSide});
         const qint64 needed = qint64(pixels.width()) * pixels.height() * 4;
         if (metafiles && !pixels.isEmpty() && needed <= memoryLeft) {
-            const QImage image = metafiles(data, goal, pixels);
+            QImage image = metafiles(data, goal, pixels);
             memoryLeft -= image.sizeInBytes();
             if (!image.isNull())
                 return image;
@@ -148,7 +193,7 @@ QString RtfPicture::frameName()
 
 QString RtfPicture::addResource(QTextDocument &document, const QString &name, const QImage &image)
 {
-    const QString used = image.isNull() ? frameName() : name;
+    QString used = image.isNull() ? frameName() : name;
     document.addResource(
         QTextDocument::ImageResource, QUrl(used), image.isNull() ? frameImage() : image);
     return used;

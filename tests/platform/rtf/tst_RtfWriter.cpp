@@ -74,6 +74,7 @@ private Q_SLOTS:
     void pictures();
     void pictureFromAnImage_data();
     void pictureFromAnImage();
+    void metafileBytes();
     void olderPicture();
     void pictureMemory();
     void foreignFormats();
@@ -157,7 +158,8 @@ void RtfWriter_test::roundTrip_data()
     QTest::newRow("characters") << QByteArray(
         "\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
         "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
-    QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abc\\'b7");
+    QTest::newRow("default tab stops") << QByteArray("\\deftab300 a\\tab b");
+    QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc");
     QTest::newRow("table") << QByteArray("\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
     QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
     QTest::newRow("blanks at edges") << QByteArray(" a \\par  b\\b  c \\b0  ");
@@ -177,6 +179,7 @@ void RtfWriter_test::roundTrip()
     QTextDocument second;
     readInto(second, written);
     QCOMPARE(rtfDump(second), rtfDump(first));
+    QCOMPARE(RtfParagraphStyle::defaultTab(second), RtfParagraphStyle::defaultTab(first));
     // Not only what the dump shows.
     QTextBlock b = second.begin();
     for (QTextBlock a = first.begin(); a.isValid(); a = a.next(), b = b.next()) {
@@ -306,6 +309,24 @@ void RtfWriter_test::pictureFromAnImage()
     QCOMPARE(decoded.convertToFormat(QImage::Format_RGB32), image);
     qint64 little = 10;
     QVERIFY(picture.decode({}, little).isNull());
+}
+
+/// Spelled by hand: a reader of our own would pass over a wrong size.
+void RtfWriter_test::metafileBytes()
+{
+    QImage pixel(1, 1, QImage::Format_RGB32);
+    pixel.fill(Qt::red);
+    QCOMPARE(RtfPicture::fromImage(pixel).data.toHex(' '),
+        QByteArray::fromHex("0100 0900 0003 44000000 0000 26000000 0000"
+                            "04000000 0301 0800"
+                            "05000000 0b02 0000 0000"
+                            "05000000 0c02 0100 0100"
+                            "04000000 0701 0300"
+                            "26000000 430f 2000cc00 0000 0100 0100 0000 0000 0100 0100 0000 0000"
+                            "28000000 01000000 01000000 0100 0400 00000000 04000000"
+                            "00000000 00000000 01000000 00000000 0000ff00 00000000"
+                            "03000000 0000")
+            .toHex(' '));
 }
 
 /// Readers that do not know the newer form find a metafile behind it.
