@@ -556,6 +556,8 @@ void MDI::changeEvent(QEvent *event)
 void MDI::dragEnterEvent(QDragEnterEvent *event)
 {
     m_draggedFiles = ToolSetFiles::among(FileDrag::paths(*event));
+    if (!m_draggedFiles.isEmpty())
+        tellDrag(QStringLiteral("Open"), FileDrag::names(m_draggedFiles));
     dragMoveEvent(event);
 }
 
@@ -567,14 +569,22 @@ void MDI::dragMoveEvent(QDragMoveEvent *event)
 void MDI::dragLeaveEvent(QDragLeaveEvent * /*event*/)
 {
     m_draggedFiles.clear();
+    tellDrag({}, {});
 }
 
 void MDI::dropEvent(QDropEvent *event)
 {
     FileDrag::answer(*event, !m_draggedFiles.isEmpty());
     const QStringList files = std::exchange(m_draggedFiles, {});
+    tellDrag({}, {});
     for (const QString &file : files)
         openFile(file);
+}
+
+void MDI::tellDrag(const QString &effect, const QString &names)
+{
+    setPanelText(1, effect);
+    setPanelText(2, names);
 }
 
 void MDI::closeFrame()

@@ -113,6 +113,8 @@ private:
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     int currentView() const;
     void showMenusOf(DocumentWindow *document);
+    /// Shows in the status bar what a drop of these files would do.
+    void tellDrag(const QString &effect, const QString &names);
 
     mTSM &m_state;
     Settings &m_settings;

@@ -11,7 +11,6 @@
 #include "toolset/EditCommands.h"
 
 #include <QDragMoveEvent>
-#include <QFileInfo>
 
 namespace {
 
@@ -45,12 +44,9 @@ void FileDrop::entered(const QDropEvent &event)
     }
     if (m_toolFiles.isEmpty() && m_toolSets.isEmpty())
         return;
-    QStringList names;
-    for (const QString &file : m_toolFiles + m_toolSets)
-        names.append(QFileInfo(file).fileName());
     m_frame.setPanelText(
         effectPanel, m_toolFiles.isEmpty() ? QStringLiteral("Open") : QStringLiteral("New tool"));
-    m_frame.setPanelText(namesPanel, names.join(QStringLiteral(", ")));
+    m_frame.setPanelText(namesPanel, FileDrag::names(m_toolFiles + m_toolSets));
 }
 
 void FileDrop::lvTools_OLEDragOver(QDragMoveEvent *event)

@@ -75,7 +75,8 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
-    connectEdits(settings);
+    connectEdits();
+    new FileDrop(*this, frame, settings, *lvTools, *m_edit, this); // asked after the drags of tools
     connectMenus();
     Form_Load();
 }
@@ -359,12 +360,11 @@ void frmToolSet::selectGhostedTools()
 
 // --- Edits ---
 
-void frmToolSet::connectEdits(const Settings &settings)
+void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
     connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
     connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
-    new FileDrop(*this, m_frame, settings, *lvTools, *m_edit, this);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);

@@ -22,6 +22,14 @@ QStringList paths(const QDropEvent &event)
     return found;
 }
 
+QString names(const QStringList &paths)
+{
+    QStringList found;
+    for (const QString &path : paths)
+        found.append(QFileInfo(path).fileName());
+    return found.join(QStringLiteral(", "));
+}
+
 void answer(QDropEvent &event, bool fits)
 {
     const bool copies = event.possibleActions().testFlag(Qt::CopyAction);

@@ -12,6 +12,9 @@ namespace FileDrag {
 /// to be called when the drag enters a window, not at each of its moves.
 QStringList paths(const QDropEvent &event);
 
+/// The files' names without their folders, for the user to read.
+QString names(const QStringList &paths);
+
 /// Says to the drag whether a drop would be taken. The files are only read, so what is agreed on
 /// with the other program is a copy or a link, never a move, after which that one deletes its
 /// files.
