@@ -22,6 +22,9 @@ public:
     /// Reads the next record; false when less than a whole record is left.
     bool readRecord(BmtFormat::Record &record);
 
+    /// Bytes that have been read.
+    qsizetype position() const { return m_position; }
+
 private:
     void parseBinaryHeader(BmtFormat::Header &header, const CodePage &codePage);
 

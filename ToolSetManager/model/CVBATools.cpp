@@ -147,8 +147,11 @@ bool CVBATools::Load(const QString &FileName)
         if (reader.readHeader(m_header, m_storage.codePage)) {
             qint64 pictureMemory = pictureMemoryFor(bytes.size());
             BmtFormat::Record record;
-            while (reader.readRecord(record))
+            while (reader.readRecord(record)) {
                 addRecord(record, pictureMemory);
+                if (Progress)
+                    Progress(reader.position(), bytes.size());
+            }
         }
     } catch (const VbError &error) {
         ErrorDescription = error.description();
@@ -338,7 +341,10 @@ void CVBATools::writeTools(
     };
     writer.writeHeader(
         m_header.FLAGS, encode(m_header.LongDescription), encode(m_header.Description));
+    qsizetype done = 0;
     for (const QString &name : ToolNames) {
+        if (Progress)
+            Progress(done++, ToolNames.size());
         if (lossy && !m_tools.contains(name))
             continue;
         const CVBATool &tool = *m_tools.Item(name);

@@ -7,6 +7,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 class BmtWriter;
 class PictureBox;
 struct ToolSetStorage;
@@ -57,6 +59,8 @@ public:
     void Rename(const ToolPtr &tool, const QString &newName);
 
     // --- The file ---
+    /// Told during Load and Save how much of the work is done; it must not touch the set.
+    std::function<void(qint64 done, qint64 total)> Progress;
     /// Adds the file's tools to the set and takes over its header. A file that is no tool set
     /// counts as loaded, with no tools; a record cut off at the end is dropped. False sets
     /// `ErrorDescription`; tools added before the error stay.

@@ -32,6 +32,11 @@ public:
     virtual QString panelText(int panel) const = 0; ///< Panels count from 1.
     virtual void setPanelText(int panel, const QString &text) = 0;
 
+    /// Shows how far a long piece of work is, in per cent, and lets the windows paint; nothing
+    /// else happens meanwhile. To be called by BusyProgress.
+    virtual void showProgress(const QString &what, int percent) = 0;
+    virtual void endProgress() = 0;
+
     // --- Windows ---
     /// The open document windows, oldest first.
     virtual QList<DocumentWindow *> openDocuments() const = 0;

@@ -31,6 +31,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -410,6 +411,28 @@ QString MDI::panelText(int panel) const
 void MDI::setPanelText(int panel, const QString &text)
 {
     status->setPanelText(panel, text);
+}
+
+void MDI::showProgress(const QString &what, int percent)
+{
+    if (!m_progress) {
+        m_progress = new QProgressBar;
+        m_progress->setObjectName(QStringLiteral("progress"));
+        m_progress->setMaximumHeight(fontMetrics().height() + 4);
+        status->insertPermanentWidget(0, m_progress, 1);
+    }
+    m_progress->setAccessibleName(what);
+    m_progress->setFormat(what + QStringLiteral(" - %p%"));
+    m_progress->setValue(percent);
+    m_progress->show();
+    QCoreApplication::processEvents(
+        QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+}
+
+void MDI::endProgress()
+{
+    if (m_progress)
+        m_progress->hide();
 }
 
 // --- Document windows ---

@@ -14,6 +14,7 @@ class QMdiArea;
 class QMdiSubWindow;
 class QTimer;
 class QVBoxLayout;
+class QProgressBar;
 class RecoveryBar;
 class RecentFileMenu;
 class Settings;
@@ -53,6 +54,8 @@ public:
     void setButtonPressed(const QString &key, bool pressed) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
+    void showProgress(const QString &what, int percent) override;
+    void endProgress() override;
     QList<DocumentWindow *> openDocuments() const override { return m_documents; }
     DocumentWindow *activeDocument() const override;
     void activateDocument(DocumentWindow *document) override;
@@ -124,6 +127,7 @@ private:
     // --- Controls ---
     Toolbar *tbTools;
     StatusBar *status;
+    QProgressBar *m_progress = nullptr; ///< Made when it is first needed.
     QMdiArea *mdi;
     QVBoxLayout *m_centre; ///< The recovery bar, when there is one, above the windows.
     QPointer<RecoveryBar> m_recoveryBar;

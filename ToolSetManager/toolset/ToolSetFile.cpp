@@ -4,11 +4,11 @@
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
-#include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/rtf/RichTextBox.h"
+#include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
@@ -112,8 +112,10 @@ bool ToolSetFile::openSet()
     loaded->setAllowDupes(true);
     bool ok = false;
     {
-        const Hourglass hourglass;
+        BusyProgress progress(m_frame, QStringLiteral("Opening"));
+        loaded->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
         ok = loaded->Load(m_fileName);
+        loaded->Progress = nullptr;
         if (ok) {
             if (loaded->FileVersion() < BmtFormat::currentVersion)
                 rewriteHelpTexts(*loaded);
@@ -173,11 +175,13 @@ bool ToolSetFile::saveSet()
         return saveSetAs();
     bool ok = false;
     {
-        const Hourglass hourglass;
+        BusyProgress progress(m_frame, QStringLiteral("Saving"));
+        m_tools->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
         // The file is written in place. Should the program end in the midst of that, the set is
         // offered at the next start, whether or not it had changed.
         m_snapshots->writeNow();
         ok = m_tools->Save(m_fileName, m_model.keysInPositionOrder(), picUtil);
+        m_tools->Progress = nullptr;
     }
     // Kept: the flag is cleared after a failed write too, so closing will not ask again. Therefore
     // the set as it stands is put where it can be found.

@@ -5,6 +5,7 @@
 #include "platform/desktop/Toolbar.h"
 #include "platform/picture/PictureBox.h"
 #include "platform/print/Printers.h"
+#include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
@@ -21,6 +22,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void recentEntryFindsItsFile();
     void openDialog();
     void filesFromTheDesktop();
+    void progressOfLongWork();
     void dragGate();
     void toolbarFollowsTheWindows();
     void menusFollowTheWindows();
@@ -272,6 +275,29 @@ void MDI_test::filesFromTheDesktop()
         Qt::LinkAction);
     waitForQueue();
     QCOMPARE(m_frame->activeDocument()->Caption(), path("a.bmt"));
+}
+
+void MDI_test::progressOfLongWork()
+{
+    run(u"newtoolset"_qs);
+    {
+        BusyProgress quick(*m_frame, u"Opening"_qs);
+        quick.show(1, 2);
+        QVERIFY(!m_frame->findChild<QProgressBar *>()); // for quick work there is none
+    }
+    {
+        BusyProgress progress(*m_frame, u"Saving"_qs, 0);
+        progress.show(0, 0); // nothing to tell
+        m_frame->setAction(u"newtoolset"_qs);
+        progress.show(1, 4);
+        auto *bar = m_frame->findChild<QProgressBar *>();
+        QVERIFY(bar && bar->isVisible());
+        QCOMPARE(bar->value(), 25);
+        QCOMPARE(bar->accessibleName(), u"Saving"_qs);
+    }
+    QVERIFY(!m_frame->findChild<QProgressBar *>()->isVisible());
+    waitForQueue();
+    QCOMPARE(captions().size(), 2); // what was asked for meanwhile happens afterwards
 }
 
 void MDI_test::dragGate()

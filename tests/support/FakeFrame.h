@@ -30,6 +30,8 @@ public:
     void setButtonPressed(const QString &key, bool on) override { pressed[key] = on; }
     QString panelText(int panel) const override { return panels.value(panel); }
     void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
+    void showProgress(const QString &, int) override { }
+    void endProgress() override { }
     QList<DocumentWindow *> openDocuments() const override { return documents; }
     DocumentWindow *activeDocument() const override { return documents.value(0); }
     void activateDocument(DocumentWindow *) override { }
