@@ -6,6 +6,7 @@
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
+#include "richtext/RTFEditor.h"
 #include "shell/Settings.h"
 #include "tooledit/EventsPage.h"
 #include "tooledit/ToolFileRecognition.h"
@@ -41,12 +42,10 @@ QString browseFilter()
 
 } // namespace
 
-frmToolProps::frmToolProps(
-    const Settings &settings, SettingsStore &store, const HelpEditor &helpEditor, QWidget *parent)
+frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
     , m_store(store)
-    , rtHelp(helpEditor)
 {
     setObjectName(QStringLiteral("frmToolProps"));
     setWindowTitle(QStringLiteral("VB Quillon Tool Properties"));
@@ -55,13 +54,13 @@ frmToolProps::frmToolProps(
     sstAll->addTab(generalPage(), QStringLiteral("General"));
     m_events = new EventsPage(sstAll);
     sstAll->addTab(m_events, QStringLiteral("Events"));
-    rtHelp.widget->setParent(sstAll);
-    rtHelp.widget->setObjectName(QStringLiteral("rtHelp"));
-    sstAll->addTab(rtHelp.widget, QStringLiteral("Help"));
+    rtHelp = new RTFEditor(sstAll);
+    rtHelp->setObjectName(QStringLiteral("rtHelp"));
+    sstAll->addTab(rtHelp, QStringLiteral("Help"));
 
     const auto changed = [this] { setDirty(true); };
     connect(m_events, &EventsPage::chkEvent_Click, this, changed);
-    rtHelp.onChange(this, changed);
+    connect(rtHelp, &RTFEditor::Change, this, changed);
 
     const auto stepper = [this](const QString &name, const QString &icon,
                              QStyle::StandardPixmap fallback, const QString &tip) {
@@ -254,8 +253,8 @@ void frmToolProps::setTool(const ToolPtr &tool)
     chkInToolBar->setChecked(tool->IntoolBar());
     chkRunOutOfProcess->setChecked(tool->RunOutOfProcess());
     m_events->setEvents(tool->VBEvents);
-    rtHelp.setTextRTF(tool->HelpString);
-    m_loadedHelp = rtHelp.TextRTF();
+    rtHelp->setTextRTF(tool->HelpString);
+    m_loadedHelp = rtHelp->TextRTF();
     for (QLineEdit *edit : {txtDescription, txtLocation, txtCommandLine})
         edit->setCursorPosition(0); // a long path shows its start
     setDirty(false);
@@ -323,7 +322,7 @@ void frmToolProps::storeIn(CVBATool &tool) const
     tool.Enabled = chkEnabled->isChecked();
     tool.setIntoolBar(chkInToolBar->isChecked());
     tool.setRunOutOfProcess(chkRunOutOfProcess->isChecked());
-    tool.HelpString = rtHelp.TextRTF();
+    tool.HelpString = rtHelp->TextRTF();
 }
 
 CVBATool frmToolProps::Draft() const
@@ -339,7 +338,7 @@ CVBATool frmToolProps::Draft() const
 void frmToolProps::SaveQuestion()
 {
     // The editor tells of changes only after a short pause: the last words count, too.
-    if (!m_tool || (!Dirty() && rtHelp.TextRTF() == m_loadedHelp))
+    if (!m_tool || (!Dirty() && rtHelp->TextRTF() == m_loadedHelp))
         return;
     const auto answer =
         MsgBox::show(this, QStringLiteral("Do you want to save your changes first?"),
@@ -419,18 +418,18 @@ void frmToolProps::cmdToolID_Click()
     clipboard->setImage(picToolImage->Image());
     giveFocusToHelp();
     // "+{INSERT}" to whatever has the focus now: shift and insert, which pastes.
-    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp.widget;
+    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp;
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent key(type, Qt::Key_Insert, Qt::ShiftModifier);
         QCoreApplication::sendEvent(target, &key);
     }
-    rtHelp.setSelText(txtDescription->text() + u' ');
+    rtHelp->setSelText(txtDescription->text() + u' ');
 }
 
 void frmToolProps::giveFocusToHelp()
 {
     sstAll->setCurrentIndex(HelpTab); // a hidden control takes no focus
-    rtHelp.widget->setFocus();
+    rtHelp->setFocus();
 }
 
 // --- Buttons ---

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/CVBATool.h"
-#include "tooledit/HelpEditor.h"
 
 #include <QDialog>
 
@@ -13,6 +12,7 @@ class QLineEdit;
 class QPushButton;
 class QTabWidget;
 class QToolButton;
+class RTFEditor;
 class Settings;
 class SettingsStore;
 
@@ -24,8 +24,7 @@ class frmToolProps : public QDialog
     Q_OBJECT
 public:
     /// Settings and store are borrowed; the store keeps the picker's folder.
-    frmToolProps(const Settings &settings, SettingsStore &store, const HelpEditor &rtHelp,
-        QWidget *parent = nullptr);
+    frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent = nullptr);
 
     // --- Properties ---
     ToolPtr Tool() const { return m_tool; }
@@ -86,7 +85,6 @@ private:
 
     const Settings &m_settings;
     SettingsStore &m_store;
-    HelpEditor rtHelp;
     ToolPtr m_tool;
     bool m_dirty = false;
     bool m_ok = false;
@@ -108,6 +106,7 @@ private:
     PictureControl *picConvert;
     PictureControl *imgBlank;
     EventsPage *m_events;
+    RTFEditor *rtHelp;
     QToolButton *cmdPrior;
     QToolButton *cmdNext;
     QPushButton *cmdOK;

@@ -1,7 +1,6 @@
 #include "toolset/ToolPropertiesLink.h"
 
 #include "platform/desktop/ListView.h"
-#include "richtext/RTFEditor.h"
 #include "shell/Frame.h"
 #include "tooledit/frmToolProps.h"
 #include "toolset/ToolListModel.h"
@@ -30,7 +29,7 @@ void ToolPropertiesLink::ShowToolProperties()
     if (row < 0 || ToolProperties)
         return;
     const QPointer<ToolPropertiesLink> alive(this);
-    ToolProperties = new frmToolProps(m_settings, m_store, HelpEditor::of(new RTFEditor), m_form);
+    ToolProperties = new frmToolProps(m_settings, m_store, m_form);
     const QPointer<frmToolProps> dialog = ToolProperties;
     connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::changed);
     connect(dialog, &frmToolProps::DraftChange, this, &ToolPropertiesLink::draftChanged);

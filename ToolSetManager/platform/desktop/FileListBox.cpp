@@ -44,11 +44,6 @@ QString FileListBox::FileName() const
     return selectionModel()->isSelected(current) ? current.data().toString() : QString();
 }
 
-int FileListBox::ListCount() const
-{
-    return m_model->rowCount();
-}
-
 void FileListBox::keyPressEvent(QKeyEvent *event)
 {
     m_pressedKey = event->key();

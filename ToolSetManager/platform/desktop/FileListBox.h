@@ -20,7 +20,6 @@ public:
 
     /// The selected file's name; empty for none.
     QString FileName() const;
-    int ListCount() const;
 
 Q_SIGNALS:
     void KeyUp(int key); ///< Only for a key that was pressed in the list, too.
