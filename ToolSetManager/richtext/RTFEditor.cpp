@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/Toolbar.h"
+#include "platform/rtf/RichText.h"
 
 #include <QAction>
 #include <QApplication>
@@ -131,7 +132,7 @@ RTFEditor::~RTFEditor()
 void RTFEditor::UserControl_Initialize()
 {
     const QScopedValueRollback guard(m_synchronising, true);
-    cboFonts->addItems(RichTextBox::screenFonts());
+    cboFonts->addItems(RichText::screenFonts());
     cboFonts->setCurrentIndex(cboFonts->findText(QStringLiteral("Arial"), Qt::MatchExactly));
     for (const char *size : {"8", "10", "12", "14", "18", "24"})
         cboFontSize->addItem(latin(size));

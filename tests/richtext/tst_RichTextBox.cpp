@@ -53,6 +53,8 @@ private Q_SLOTS:
     void writesFormats_data();
     void writesFormats();
     void typingTakesTheFormat();
+    void emptyParagraphTakesTheFormat();
+    void farOutLengths();
     void paragraphs();
     void tabStops();
     void selection();
@@ -65,6 +67,7 @@ private Q_SLOTS:
     void copyAndPaste();
     void pasteFromOthers_data();
     void pasteFromOthers();
+    void pageFetchesNothing();
     void pastePicture();
     void events();
     void pagesFollowTheText();
@@ -239,6 +242,45 @@ void RichTextBox_test::typingTakesTheFormat()
     QVERIFY2(box->TextRTF().contains(u"\\fs36\\b a\\b0 b\\par"_qs), qPrintable(box->TextRTF()));
 }
 
+void RichTextBox_test::emptyParagraphTakesTheFormat()
+{
+    box->setTextRTF(rtf("\\par a\\par\\par b"));
+    select(0, 4);
+    box->setSelFontSize(30);
+    box->setSelBold(true);
+    for (const int empty : {0, 3}) {
+        box->setSelStart(empty);
+        QCOMPARE(box->SelFontSize(), 30.0);
+        QCOMPARE(box->SelBold(), true);
+    }
+    box->setSelStart(4);
+    QCOMPARE(box->SelFontSize(), 10.0);
+}
+
+/// What is set reads back the same from the text that is written.
+void RichTextBox_test::farOutLengths()
+{
+    constexpr int far = std::numeric_limits<int>::max();
+    box->setTextRTF(rtf("\\fi-500 a"));
+    box->setSelTabCount(far);
+    const int count = *box->SelTabCount();
+    box->setSelTabs(0, -far);
+    box->setSelTabs(count - 1, far);
+    for (const int length : {far, -far}) {
+        box->setSelIndent(length);
+        box->setSelHangingIndent(length);
+        box->setSelRightIndent(length);
+        const auto read = [](const RichTextBox &of) {
+            return std::tuple(of.SelIndent(), of.SelHangingIndent(), of.SelRightIndent(),
+                of.SelTabCount(), of.SelTabs(0), of.SelTabs(43));
+        };
+        RichTextBox again(u"Arial"_qs, 10);
+        again.setTextRTF(box->TextRTF());
+        QCOMPARE(read(again), read(*box));
+    }
+    QCOMPARE(count, 44);
+}
+
 void RichTextBox_test::paragraphs()
 {
     box->setTextRTF(sample);
@@ -339,6 +381,7 @@ void RichTextBox_test::protectedText_data()
     row("paste over", 1, 2, Qt::CTRL | Qt::Key_V, false);
     row("paste inside", 3, 0, Qt::CTRL | Qt::Key_V, false);
     row("delete the word", 6, 0, Qt::CTRL | Qt::Key_Backspace, false);
+    row("delete the next word", 1, 0, Qt::CTRL | Qt::Key_Delete, false);
 }
 
 void RichTextBox_test::protectedText()
@@ -442,6 +485,27 @@ void RichTextBox_test::pasteFromOthers()
         QCOMPARE(box->Text(), QString());
     else
         QVERIFY2(box->TextRTF().contains(words), qPrintable(box->TextRTF()));
+}
+
+/// A page's picture comes with it or is left out: no file is read because a page names it.
+void RichTextBox_test::pageFetchesNothing()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"own.png"_qs);
+    QImage image(1, 1, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(image.save(path));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString inPage = QString::fromLatin1(file.readAll().toBase64());
+    auto *data = new QMimeData;
+    data->setHtml(
+        u"a<img src='%1'>b<img src='file://%1'>c<img src='data:image/png;base64,%2'>d"_qs.arg(
+            path, inPage));
+    QApplication::clipboard()->setMimeData(data);
+    box->paste();
+    QCOMPARE(box->Text(), u"abc\uFFFCd"_qs);
+    QCOMPARE(box->TextRTF().count(u"\\pict"_qs), 1);
 }
 
 void RichTextBox_test::pastePicture()

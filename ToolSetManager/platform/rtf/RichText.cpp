@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QFont>
+#include <QFontDatabase>
 
 #include <memory>
 
@@ -59,4 +60,16 @@ void RichText::read(const QString &text, QTextDocument &document)
         reader().read(RtfText::toBytes(text), document);
     else
         reader().readPlainText(text, document);
+}
+
+QStringList RichText::screenFonts()
+{
+    QStringList names = QFontDatabase::families();
+    for (const char16_t *family :
+        {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
+        if (!names.contains(QString::fromUtf16(family)))
+            names.append(QString::fromUtf16(family));
+    }
+    names.sort(Qt::CaseInsensitive);
+    return names;
 }

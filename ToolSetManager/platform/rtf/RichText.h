@@ -2,6 +2,8 @@
 
 #include "platform/rtf/RtfReader.h"
 
+#include <QStringList>
+
 /// Rich text as the program's strings hold it, read the same way for every place that shows it.
 namespace RichText {
 
@@ -15,5 +17,9 @@ RtfReader reader();
 
 /// Replaces the document's content by the text, which is RTF or plain.
 void read(const QString &text, QTextDocument &document);
+
+/// Names of the fonts to choose from: those of the screen, and those that documents mostly name,
+/// which have stand-ins of the same widths where they are missing. Sorted.
+QStringList screenFonts();
 
 } // namespace RichText

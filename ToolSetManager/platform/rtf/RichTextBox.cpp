@@ -2,23 +2,23 @@
 
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
-#include "platform/rtf/RtfStyle.h"
+#include "platform/rtf/RtfMimeData.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QFontDatabase>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QPrinter>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
-#include <QTextList>
 #include <QUrl>
 
 #include <cmath>
+
+using RtfProtection::Touch;
 
 namespace {
 
@@ -27,39 +27,11 @@ constexpr int twipsPerHalfPoint = 10;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
-constexpr const char *rtfTypes[] = {"text/rtf", "application/rtf", "text/richtext"};
-
-QByteArray rtfOf(const QMimeData &data)
+/// What the text can keep; nothing overflows then.
+int bounded(int twips)
 {
-    for (const char *type : rtfTypes) {
-        const QByteArray bytes = data.data(QLatin1StringView(type));
-        if (RtfReader::isRtf(bytes))
-            return bytes;
-    }
-    return {};
-}
-
-/// Text without what the program's user may not hand on to text that is typed.
-QTextCharFormat unlocked(QTextCharFormat format, const QFont &standard)
-{
-    RtfCharStyle style = RtfCharStyle::fromFormat(format, standard);
-    style.flags &= static_cast<quint16>(~(RtfCharStyle::Protected | RtfCharStyle::Hidden));
-    return style.toFormat();
-}
-
-bool hasProtected(const QTextDocument &document, int from, int to)
-{
-    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to;
-         block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (fragment.position() < to && fragment.position() + fragment.length() > from
-                && RtfCharStyle::isProtected(fragment.charFormat())) {
-                return true;
-            }
-        }
-    }
-    return false;
+    constexpr int limit = RtfParagraphStyle::maximumLength;
+    return qBound(-limit, twips, limit);
 }
 
 } // namespace
@@ -84,18 +56,6 @@ RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
 }
 
 RichTextBox::~RichTextBox() = default;
-
-QStringList RichTextBox::screenFonts()
-{
-    QStringList names = QFontDatabase::families();
-    for (const char16_t *family :
-        {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
-        if (!names.contains(QString::fromUtf16(family)))
-            names.append(QString::fromUtf16(family));
-    }
-    names.sort(Qt::CaseInsensitive);
-    return names;
-}
 
 // --- The whole text ---
 
@@ -273,7 +233,7 @@ void RichTextBox::insertPicture(const QImage &image)
         RtfPicture::addResource(*document(), picture.resourceName(), picture.decode({}, memory));
     QTextCursor cursor = textCursor();
     cursor.insertText(QString(QChar::ObjectReplacementCharacter),
-        picture.toFormat(unlocked(currentCharFormat(), font()), name));
+        picture.toFormat(RtfProtection::typed(currentCharFormat(), font()), name));
     setTextCursor(cursor);
 }
 
@@ -290,124 +250,51 @@ void RichTextBox::reportSelection()
 template <class Get>
 auto RichTextBox::charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>
 {
-    const QTextCursor cursor = textCursor();
-    if (!cursor.hasSelection())
-        return get(currentCharFormat());
-    const int from = cursor.selectionStart();
-    const int to = cursor.selectionEnd();
     std::optional<decltype(get(QTextCharFormat()))> value;
-    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
-         block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (fragment.position() >= to || fragment.position() + fragment.length() <= from)
-                continue;
-            const auto here = get(fragment.charFormat());
-            if (!value)
-                value = here;
-            else if (*value != here)
-                return std::nullopt;
-        }
-    }
-    return value ? value : get(currentCharFormat()); // paragraph marks alone
+    bool mixed = false;
+    RtfSelection::visitCharacters(textCursor(), [&](const QTextCharFormat &format) {
+        const auto here = get(format);
+        mixed = value && *value != here;
+        value = here;
+        return !mixed;
+    });
+    if (mixed)
+        return std::nullopt;
+    return value ? value : get(currentCharFormat()); // no text, or paragraph marks alone
 }
 
 template <class Get>
 auto RichTextBox::paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>
 {
-    const QTextCursor cursor = textCursor();
-    const int to = cursor.selectionEnd();
     std::optional<decltype(get(RtfParagraphStyle()))> value;
-    for (QTextBlock block = document()->findBlock(cursor.selectionStart());
-         block.isValid() && (block.position() < to || !value); block = block.next()) {
-        const auto here =
-            get(RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr));
-        if (!value)
-            value = here;
-        else if (*value != here)
-            return std::nullopt;
-    }
-    return value;
+    bool mixed = false;
+    RtfSelection::visitParagraphs(textCursor(), [&](const RtfParagraphStyle &style) {
+        const auto here = get(style);
+        mixed = value && *value != here;
+        value = here;
+        return !mixed;
+    });
+    return mixed ? std::nullopt : value;
 }
 
-void RichTextBox::mergeFormat(const QTextCharFormat &format)
+void RichTextBox::changeCharacters(const RtfSelection::CharacterChange &change)
 {
-    mergeCurrentCharFormat(format); // the selection, or what will be typed
+    if (textCursor().hasSelection())
+        RtfSelection::changeCharacters(textCursor(), font(), change);
+    else
+        setCurrentCharFormat(RtfSelection::changed(currentCharFormat(), font(), change));
 }
 
-/// For what depends on the rest of each format.
-template <class Function>
-void RichTextBox::changeFormats(Function change)
+void RichTextBox::setFlag(RtfCharStyle::Flag flag, bool on)
 {
-    const auto changed = [&](const QTextCharFormat &format) {
-        RtfCharStyle style = RtfCharStyle::fromFormat(format, font());
-        change(style);
-        const QTextCharFormat text = style.toFormat();
-        const auto picture = RtfPicture::fromFormat(format);
-        return picture ? QTextCharFormat(picture->toFormat(text, format.toImageFormat().name()))
-                       : text;
-    };
-    QTextCursor cursor = textCursor();
-    if (!cursor.hasSelection()) {
-        setCurrentCharFormat(changed(currentCharFormat()));
-        return;
-    }
-    struct Part
-    {
-        int from;
-        int to;
-        QTextCharFormat format;
-    };
-    QList<Part> parts;
-    const int from = cursor.selectionStart();
-    const int to = cursor.selectionEnd();
-    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
-         block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            const int start = qMax(from, fragment.position());
-            const int end = qMin(to, fragment.position() + fragment.length());
-            if (start < end)
-                parts.append({start, end, changed(fragment.charFormat())});
-        }
-    }
-    cursor.beginEditBlock();
-    for (const Part &part : std::as_const(parts)) {
-        QTextCursor range(document());
-        range.setPosition(part.from);
-        range.setPosition(part.to, QTextCursor::KeepAnchor);
-        range.setCharFormat(part.format);
-    }
-    cursor.endEditBlock();
+    changeCharacters([flag, on](RtfCharStyle &style) {
+        style.flags = static_cast<quint16>(on ? style.flags | flag : style.flags & ~flag);
+    });
 }
 
-template <class Function>
-void RichTextBox::changeParagraphs(Function change)
+void RichTextBox::changeParagraphs(const RtfSelection::ParagraphChange &change)
 {
-    QTextCursor cursor = textCursor();
-    const int first = cursor.selectionStart();
-    const int to = cursor.selectionEnd();
-    cursor.beginEditBlock();
-    for (QTextBlock block = document()->findBlock(first);
-         block.isValid() && (block.position() < to || block.position() <= first);
-         block = block.next()) {
-        QTextList *list = block.textList();
-        RtfParagraphStyle style = RtfParagraphStyle::fromFormat(block.blockFormat(), list);
-        const bool had = style.bullet;
-        change(style);
-        QTextBlockFormat format = style.toFormat();
-        QTextCursor at(block);
-        if (style.bullet && had)
-            format.setObjectIndex(list->objectIndex());
-        at.setBlockFormat(format);
-        if (style.bullet && !had) {
-            QTextListFormat listFormat;
-            listFormat.setStyle(QTextListFormat::ListDisc);
-            listFormat.setIndent(0);
-            at.createList(listFormat);
-        }
-    }
-    cursor.endEditBlock();
+    RtfSelection::changeParagraphs(textCursor(), change);
 }
 
 std::optional<QString> RichTextBox::SelFontName() const
@@ -418,7 +305,7 @@ std::optional<QString> RichTextBox::SelFontName() const
 
 void RichTextBox::setSelFontName(const QString &family)
 {
-    changeFormats([&family](RtfCharStyle &style) { style.family = family; });
+    changeCharacters([&family](RtfCharStyle &style) { style.family = family; });
 }
 
 std::optional<double> RichTextBox::SelFontSize() const
@@ -432,7 +319,7 @@ void RichTextBox::setSelFontSize(double points)
 {
     constexpr double most = RtfCharStyle::maximumHalfPoints;
     const int halfPoints = static_cast<int>(std::lround(qBound(1.0, points * 2, most)));
-    changeFormats([halfPoints](RtfCharStyle &style) { style.halfPoints = halfPoints; });
+    changeCharacters([halfPoints](RtfCharStyle &style) { style.halfPoints = halfPoints; });
 }
 
 std::optional<bool> RichTextBox::SelBold() const
@@ -442,9 +329,7 @@ std::optional<bool> RichTextBox::SelBold() const
 
 void RichTextBox::setSelBold(bool on)
 {
-    QTextCharFormat format;
-    format.setFontWeight(on ? QFont::Bold : QFont::Normal);
-    mergeFormat(format);
+    setFlag(RtfCharStyle::Bold, on);
 }
 
 std::optional<bool> RichTextBox::SelItalic() const
@@ -454,9 +339,7 @@ std::optional<bool> RichTextBox::SelItalic() const
 
 void RichTextBox::setSelItalic(bool on)
 {
-    QTextCharFormat format;
-    format.setFontItalic(on);
-    mergeFormat(format);
+    setFlag(RtfCharStyle::Italic, on);
 }
 
 std::optional<bool> RichTextBox::SelUnderline() const
@@ -466,9 +349,7 @@ std::optional<bool> RichTextBox::SelUnderline() const
 
 void RichTextBox::setSelUnderline(bool on)
 {
-    QTextCharFormat format;
-    format.setFontUnderline(on);
-    mergeFormat(format);
+    setFlag(RtfCharStyle::Underline, on);
 }
 
 std::optional<bool> RichTextBox::SelStrikeThru() const
@@ -478,9 +359,7 @@ std::optional<bool> RichTextBox::SelStrikeThru() const
 
 void RichTextBox::setSelStrikeThru(bool on)
 {
-    QTextCharFormat format;
-    format.setFontStrikeOut(on);
-    mergeFormat(format);
+    setFlag(RtfCharStyle::Strike, on);
 }
 
 std::optional<bool> RichTextBox::SelProtected() const
@@ -490,9 +369,7 @@ std::optional<bool> RichTextBox::SelProtected() const
 
 void RichTextBox::setSelProtected(bool on)
 {
-    QTextCharFormat format;
-    format.setProperty(RtfProtectedProperty, on);
-    mergeFormat(format);
+    setFlag(RtfCharStyle::Protected, on);
 }
 
 std::optional<QColor> RichTextBox::SelColor() const
@@ -506,7 +383,7 @@ std::optional<QColor> RichTextBox::SelColor() const
 
 void RichTextBox::setSelColor(const QColor &colour)
 {
-    changeFormats([&colour](RtfCharStyle &style) { style.colour = colour.rgb(); });
+    changeCharacters([&colour](RtfCharStyle &style) { style.colour = colour.rgb(); });
 }
 
 std::optional<int> RichTextBox::SelCharOffset() const
@@ -521,7 +398,7 @@ void RichTextBox::setSelCharOffset(int twips)
     constexpr int limit = RtfCharStyle::maximumHalfPoints;
     const int offset =
         qBound(-limit, static_cast<int>(std::lround(double(twips) / twipsPerHalfPoint)), limit);
-    changeFormats([offset](RtfCharStyle &style) { style.offset = offset; });
+    changeCharacters([offset](RtfCharStyle &style) { style.offset = offset; });
 }
 
 std::optional<int> RichTextBox::SelAlignment() const
@@ -574,8 +451,9 @@ std::optional<int> RichTextBox::SelIndent() const
 
 void RichTextBox::setSelIndent(int twips)
 {
-    changeParagraphs(
-        [twips](RtfParagraphStyle &style) { style.leftIndent = twips - style.firstIndent; });
+    changeParagraphs([twips](RtfParagraphStyle &style) {
+        style.leftIndent = bounded(bounded(twips) - style.firstIndent);
+    });
 }
 
 std::optional<int> RichTextBox::SelHangingIndent() const
@@ -586,8 +464,8 @@ std::optional<int> RichTextBox::SelHangingIndent() const
 void RichTextBox::setSelHangingIndent(int twips)
 {
     changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.leftIndent += style.firstIndent + twips;
-        style.firstIndent = -twips;
+        style.leftIndent = bounded(style.leftIndent + style.firstIndent + bounded(twips));
+        style.firstIndent = -bounded(twips);
     });
 }
 
@@ -598,7 +476,7 @@ std::optional<int> RichTextBox::SelRightIndent() const
 
 void RichTextBox::setSelRightIndent(int twips)
 {
-    changeParagraphs([twips](RtfParagraphStyle &style) { style.rightIndent = twips; });
+    changeParagraphs([twips](RtfParagraphStyle &style) { style.rightIndent = bounded(twips); });
 }
 
 std::optional<int> RichTextBox::SelTabCount() const
@@ -611,11 +489,13 @@ void RichTextBox::setSelTabCount(int count)
 {
     const auto wanted = qBound(qsizetype(0), qsizetype(count), RtfParagraphStyle::maximumTabs);
     changeParagraphs([wanted](RtfParagraphStyle &style) {
+        style.tabs.resize(qMin(wanted, style.tabs.size()));
         while (style.tabs.size() < wanted) {
             const int last = style.tabs.isEmpty() ? 0 : style.tabs.last().position;
+            if (last > RtfParagraphStyle::maximumLength - nextTab)
+                break; // no text has a stop further out
             style.tabs.append({last + nextTab, RtfTab::Left});
         }
-        style.tabs.resize(wanted);
     });
 }
 
@@ -632,7 +512,7 @@ void RichTextBox::setSelTabs(int index, int twips)
     changeParagraphs([index, twips](RtfParagraphStyle &style) {
         if (index < 0 || index >= style.tabs.size())
             return;
-        style.tabs[index].position = twips;
+        style.tabs[index].position = bounded(twips);
         std::sort(style.tabs.begin(), style.tabs.end(),
             [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
     });
@@ -640,66 +520,19 @@ void RichTextBox::setSelTabs(int index, int twips)
 
 // --- Protected text ---
 
-bool RichTextBox::isLocked(Touch touch) const
+bool RichTextBox::isLocked(RtfProtection::Touch touch) const
 {
-    const QTextCursor cursor = textCursor();
-    const int at = cursor.position();
-    if (cursor.hasSelection())
-        return hasProtected(*document(), cursor.selectionStart(), cursor.selectionEnd());
-    switch (touch) {
-    case Touch::Before:
-        return hasProtected(*document(), qMax(0, at - 1), at);
-    case Touch::After:
-        return hasProtected(*document(), at, at + 1);
-    case Touch::Insertion: // at its edges text may be typed
-        return at > 0 && hasProtected(*document(), at - 1, at)
-            && hasProtected(*document(), at, at + 1);
-    case Touch::Selection:
-        break;
-    }
-    return false;
+    return RtfProtection::isLocked(textCursor(), touch);
 }
 
-bool RichTextBox::isLocked(const QKeyEvent &event) const
-{
-    const auto is = [&event](QKeySequence::StandardKey key) { return event.matches(key); };
-    if (is(QKeySequence::Cut))
-        return isLocked(Touch::Selection);
-    if (is(QKeySequence::Paste))
-        return isLocked(Touch::Insertion);
-    if (is(QKeySequence::DeleteStartOfWord) || is(QKeySequence::DeleteEndOfWord)
-        || is(QKeySequence::DeleteEndOfLine) || is(QKeySequence::DeleteCompleteLine)) {
-        QTextCursor reached = textCursor();
-        if (!reached.hasSelection()) {
-            reached.movePosition(is(QKeySequence::DeleteStartOfWord) ? QTextCursor::PreviousWord
-                    : is(QKeySequence::DeleteEndOfWord)              ? QTextCursor::NextWord
-                                                                     : QTextCursor::EndOfBlock,
-                QTextCursor::KeepAnchor);
-            if (is(QKeySequence::DeleteCompleteLine))
-                reached.select(QTextCursor::BlockUnderCursor);
-        }
-        return hasProtected(*document(), reached.selectionStart(), reached.selectionEnd());
-    }
-    if (event.key() == Qt::Key_Backspace)
-        return isLocked(Touch::Before);
-    if (event.key() == Qt::Key_Delete)
-        return isLocked(Touch::After);
-    const bool types = !event.text().isEmpty()
-        && (event.text().at(0).isPrint() || event.key() == Qt::Key_Tab
-            || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
-        && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-    return types && isLocked(Touch::Insertion);
-}
-
-/// Text typed beside protected or hidden text is neither.
 void RichTextBox::dropLockedFormat()
 {
-    const QTextCharFormat format = currentCharFormat();
-    if (!textCursor().hasSelection()
-        && (RtfCharStyle::isProtected(format) || RtfCharStyle::isHidden(format)
-            || format.isImageFormat())) {
-        setCurrentCharFormat(unlocked(format, font()));
-    }
+    if (textCursor().hasSelection())
+        return;
+    const QTextCharFormat beside = currentCharFormat();
+    const QTextCharFormat typed = RtfProtection::typed(beside, font());
+    if (typed != beside)
+        setCurrentCharFormat(typed);
 }
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
@@ -708,7 +541,7 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         QTextEdit::keyPressEvent(event);
         return;
     }
-    if (isLocked(*event)) {
+    if (RtfProtection::isLocked(textCursor(), *event)) {
         QApplication::beep();
         event->accept();
         return;
@@ -744,7 +577,7 @@ void RichTextBox::dropEvent(QDropEvent *event)
 {
     // Protected text may be dragged out, but stays.
     if (event->source() == viewport() || event->source() == this) {
-        if (isLocked(Touch::Selection))
+        if (isLocked(Touch::Nothing))
             event->setDropAction(Qt::CopyAction);
     }
     QTextEdit::dropEvent(event);
@@ -754,32 +587,12 @@ void RichTextBox::dropEvent(QDropEvent *event)
 
 QMimeData *RichTextBox::createMimeDataFromSelection() const
 {
-    const QTextCursor cursor = textCursor();
-    auto *selected = new QMimeData;
-    const QByteArray rtf = RtfWriter::writeSelection(cursor);
-    for (const char *type : rtfTypes)
-        selected->setData(QLatin1StringView(type), rtf);
-    const QTextDocumentFragment fragment(cursor);
-    selected->setHtml(fragment.toHtml());
-    selected->setText(fragment.toPlainText());
-    if (SelLength() == 1) {
-        QTextCursor behind(cursor);
-        behind.setPosition(cursor.selectionEnd());
-        const QTextCharFormat format = behind.charFormat();
-        if (format.isImageFormat()) {
-            selected->setImageData(document()->resource(
-                QTextDocument::ImageResource, QUrl(format.toImageFormat().name())));
-        }
-    }
-    return selected;
+    return RtfMimeData::fromSelection(textCursor());
 }
 
 bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
 {
-    if (isReadOnly() || isLocked(Touch::Insertion))
-        return false;
-    return source->hasText() || source->hasHtml() || source->hasImage()
-        || !rtfOf(*source).isEmpty();
+    return !isReadOnly() && !isLocked(Touch::Insertion) && RtfMimeData::isReadable(*source);
 }
 
 void RichTextBox::insertFromMimeData(const QMimeData *source)
@@ -787,22 +600,11 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
     if (!canInsertFromMimeData(source))
         return;
     dropLockedFormat();
-    const QByteArray rtf = rtfOf(*source);
-    if (!rtf.isEmpty()) {
-        QTextDocument document;
-        document.setDefaultFont(font());
-        RtfReader from = RichText::reader();
-        from.read(rtf, document);
-        insertDocument(document, from.endedWithParagraph());
-    } else if (source->hasHtml()) {
-        // By way of RTF, so that what is shown is what will be kept.
-        QTextDocument web;
-        web.setDefaultFont(font());
-        web.setHtml(source->html());
-        QTextDocument document;
-        document.setDefaultFont(font());
-        RichText::reader().read(RtfWriter::write(web), document);
-        insertDocument(document, false);
+    QTextDocument text;
+    text.setDefaultFont(font());
+    RtfReader from = RichText::reader();
+    if (const auto endsWithParagraph = RtfMimeData::readFormatted(*source, from, text)) {
+        insertDocument(text, *endsWithParagraph);
     } else if (source->hasImage()) {
         const QImage image = qvariant_cast<QImage>(source->imageData());
         if (!image.isNull())

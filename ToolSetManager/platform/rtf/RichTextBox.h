@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/rtf/RtfProtection.h"
 #include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfSelection.h"
 
 #include <QColor>
 #include <QTextEdit>
@@ -10,7 +12,6 @@
 
 class QPrinter;
 class RichTextPages;
-struct RtfParagraphStyle;
 
 /// A box for formatted text with the properties of the rich-text box control. Lengths are twips,
 /// positions count characters from 0, a paragraph's end as one.
@@ -28,10 +29,6 @@ public:
     /// Font of text that names none, and of an empty box.
     RichTextBox(const QString &family, double points, QWidget *parent = nullptr);
     ~RichTextBox() override;
-
-    /// Names of the fonts to choose from: those of the screen, and those that documents mostly
-    /// name, which have stand-ins of the same widths where they are missing. Sorted.
-    static QStringList screenFonts();
 
     // --- The whole text ---
     /// The text as it was put in, until it is changed; then as the box writes it.
@@ -126,15 +123,12 @@ protected:
     void insertFromMimeData(const QMimeData *source) override;
 
 private:
-    enum class Touch { Selection, Before, After, Insertion };
-
     void load(const QString &rtf);
     void wrap();
     void insertDocument(const QTextDocument &source, bool endsWithParagraph);
     void insertPicture(const QImage &image);
-    /// True when the user may not do that at the insertion point.
-    bool isLocked(Touch touch) const;
-    bool isLocked(const QKeyEvent &event) const;
+    bool isLocked(RtfProtection::Touch touch) const;
+    /// Before text is typed or pasted.
     void dropLockedFormat();
     void reportSelection();
 
@@ -142,11 +136,10 @@ private:
     auto charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>;
     template <class Get>
     auto paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>;
-    void mergeFormat(const QTextCharFormat &format);
-    template <class Function>
-    void changeFormats(Function change);
-    template <class Function>
-    void changeParagraphs(Function change);
+    /// Of the selection, or of what will be typed.
+    void changeCharacters(const RtfSelection::CharacterChange &change);
+    void setFlag(RtfCharStyle::Flag flag, bool on);
+    void changeParagraphs(const RtfSelection::ParagraphChange &change);
 
     QString m_given; ///< What was put in.
     int m_borderStyle = rtfFixedSingle;
