@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QByteArrayView>
 #include <QtEndian>
 
@@ -17,6 +18,15 @@ T at(QByteArrayView bytes, qsizetype offset)
     if (offset < 0 || offset > bytes.size() - qsizetype(sizeof(T)))
         return 0;
     return qFromLittleEndian<T>(bytes.data() + offset);
+}
+
+template <class T>
+void append(QByteArray &bytes, T number)
+{
+    static_assert(std::is_integral_v<T>);
+    char raw[sizeof(T)];
+    qToLittleEndian(number, raw);
+    bytes.append(raw, sizeof(T));
 }
 
 } // namespace LittleEndian

@@ -2,6 +2,7 @@
 
 #include "platform/picture/Dib.h"
 #include "platform/picture/LittleEndian.h"
+#include "platform/picture/MetafileRecords.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -12,48 +13,15 @@
 #include <optional>
 
 using LittleEndian::at;
+using namespace MetafileRecords;
 
 namespace Metafile {
 
 namespace {
 
-constexpr quint32 placeableMark = 0x9AC6CDD7;
-constexpr qsizetype placeableSize = 22;
-constexpr qsizetype headerSize = 18;
 constexpr int longestSide = 4096; ///< What the player takes.
 constexpr int longestWithoutSize = 512;
 constexpr int playingTime = 3000; ///< Milliseconds; a drawing takes some tens.
-
-/// The records that matter here, by their function.
-enum Function : quint16 {
-    EndOfFile = 0x0000,
-    SetMapMode = 0x0103,
-    SetWindowOrg = 0x020B,
-    SetWindowExt = 0x020C,
-    SetViewportOrg = 0x020D,
-    SetViewportExt = 0x020E,
-    OffsetViewportOrg = 0x0211,
-    ScaleViewportExt = 0x0412,
-    ExcludeClipRect = 0x0415,
-    IntersectClipRect = 0x0416,
-    Ellipse = 0x0418,
-    Rectangle = 0x041B,
-    RoundRect = 0x061C,
-    Escape = 0x0626,
-    Arc = 0x0817,
-    Pie = 0x081A,
-    Chord = 0x0830,
-    DibBitBlt = 0x0940,
-    DibStretchBlt = 0x0B41,
-    StretchDib = 0x0F43
-};
-
-struct Record
-{
-    quint16 function = 0;
-    QByteArrayView parameters;
-    QByteArrayView all; ///< With size and function.
-};
 
 /// What is shown: a rectangle of logical units and its size in pixels.
 struct Frame
@@ -77,24 +45,6 @@ QSize fitted(double width, double height, int longest)
     return {std::max(1, qRound(width * factor)), std::max(1, qRound(height * factor))};
 }
 
-/// False when a record is cut off or the end is missing.
-bool readRecords(QByteArrayView bytes, std::vector<Record> &records)
-{
-    constexpr qsizetype smallest = 6;
-    for (qsizetype position = 0; position + smallest <= bytes.size();) {
-        const qint64 size = qint64(at<quint32>(bytes, position)) * 2;
-        if (size < smallest || size > bytes.size() - position)
-            return false;
-        const QByteArrayView all = bytes.sliced(position, size);
-        const auto function = at<quint16>(all, 4);
-        if (function == EndOfFile)
-            return true;
-        records.push_back({function, all.sliced(smallest), all});
-        position += size;
-    }
-    return false;
-}
-
 std::optional<Parts> takeApart(QByteArrayView bytes)
 {
     Parts parts;
@@ -116,7 +66,7 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
     if (!recognises(bytes) || bytes.size() < headerSize)
         return std::nullopt;
     parts.header = bytes.first(headerSize);
-    if (!readRecords(bytes.sliced(headerSize), parts.records))
+    if (!MetafileRecords::read(bytes.sliced(headerSize), parts.records))
         return std::nullopt;
 
     bool originSet = false;
@@ -144,7 +94,6 @@ QImage soleBitmapOf(const Parts &parts)
     static constexpr std::array<quint16, 27> silent {0x001E, 0x0035, 0x0037, 0x00F7, 0x0102, 0x0103,
         0x0104, 0x0105, 0x0106, 0x0107, 0x0108, 0x0127, 0x012D, 0x012E, 0x01F0, 0x0201, 0x0209,
         0x020B, 0x020C, 0x020D, 0x020E, 0x0214, 0x0234, 0x02FA, 0x02FB, 0x02FC, 0x0626};
-    constexpr quint32 copy = 0x00CC0020;
     const Record *shown = nullptr;
     for (const Record &record : parts.records) {
         if (std::binary_search(silent.begin(), silent.end(), record.function))
@@ -157,23 +106,15 @@ QImage soleBitmapOf(const Parts &parts)
         return {};
     // Behind the raster operation: heights and widths, then y and x, of the source and the target.
     qsizetype source = 4;
-    qsizetype bitmap = 0;
-    switch (shown->function) {
-    case StretchDib:
-        source = 6;
-        bitmap = 22;
-        break;
-    case DibStretchBlt:
-        bitmap = 20;
-        break;
-    default:
+    if (shown->function == StretchDib)
+        source = 6; // and how the colours are to be taken
+    else if (shown->function != DibStretchBlt)
         return {};
-    }
     const QByteArrayView parameters = shown->parameters;
-    if (parameters.size() <= bitmap || at<quint32>(parameters, 0) != copy)
+    const QByteArrayView dib = MetafileRecords::bitmap(*shown);
+    if (dib.isEmpty() || at<quint32>(parameters, 0) != copyPixels)
         return {};
     const auto number = [&](qsizetype n) { return int(at<qint16>(parameters, source + n * 2)); };
-    const QByteArrayView dib = parameters.sliced(bitmap);
     const auto header = Dib::header(dib);
     if (!header || header->decodedBytes() > (qint64(256) << 20))
         return {};
@@ -186,21 +127,6 @@ QImage soleBitmapOf(const Parts &parts)
     if (!whole || !fills)
         return {};
     return Dib::decode(dib, *header, header->endOfColours()).convertToFormat(QImage::Format_RGB32);
-}
-
-template <class T>
-void append(QByteArray &bytes, T value)
-{
-    value = qToLittleEndian(value);
-    bytes.append(reinterpret_cast<const char *>(&value), sizeof(value));
-}
-
-void appendRecord(QByteArray &bytes, quint16 function, std::initializer_list<int> words)
-{
-    append(bytes, static_cast<quint32>(3 + words.size()));
-    append(bytes, function);
-    for (const int word : words)
-        append(bytes, static_cast<qint16>(word));
 }
 
 /// Where the parameters of a record have the bottom, right, top and left of a rectangle; -1 for
@@ -250,13 +176,13 @@ QByteArray framed(const Parts &parts, QSize pixels)
 {
     QByteArray records;
     if (!pixels.isEmpty()) {
-        constexpr int anisotropic = 8;
         const Frame &frame = parts.frame;
-        appendRecord(records, SetMapMode, {anisotropic});
-        appendRecord(records, SetViewportOrg, {0, 0});
-        appendRecord(records, SetViewportExt, {pixels.height(), pixels.width()});
-        appendRecord(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
-        appendRecord(records, SetWindowExt, {frame.extent.height(), frame.extent.width()});
+        MetafileRecords::append(records, SetMapMode, {anisotropic});
+        MetafileRecords::append(records, SetViewportOrg, {0, 0});
+        MetafileRecords::append(records, SetViewportExt, {pixels.height(), pixels.width()});
+        MetafileRecords::append(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
+        MetafileRecords::append(
+            records, SetWindowExt, {frame.extent.height(), frame.extent.width()});
     }
     QSize extent = parts.frame.extent;
     quint32 longest = 5;
@@ -270,12 +196,12 @@ QByteArray framed(const Parts &parts, QSize pixels)
         records.append(turned(record, extent));
         longest = std::max(longest, static_cast<quint32>(record.all.size() / 2));
     }
-    appendRecord(records, EndOfFile, {});
+    MetafileRecords::append(records, EndOfFile, {});
     QByteArray bytes = parts.header.toByteArray();
     QByteArray sizes;
-    append(sizes, static_cast<quint32>((headerSize + records.size()) / 2));
+    LittleEndian::append(sizes, static_cast<quint32>((headerSize + records.size()) / 2));
     sizes.append(parts.header.sliced(10, 2)); // number of objects
-    append(sizes, longest);
+    LittleEndian::append(sizes, longest);
     bytes.replace(6, sizes.size(), sizes);
     return bytes + records;
 }
