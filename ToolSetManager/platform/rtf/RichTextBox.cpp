@@ -27,13 +27,6 @@ constexpr int twipsPerHalfPoint = 10;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
-/// What the text can keep; nothing overflows then.
-int bounded(int twips)
-{
-    constexpr int limit = RtfParagraphStyle::maximumLength;
-    return qBound(-limit, twips, limit);
-}
-
 } // namespace
 
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
@@ -452,7 +445,8 @@ std::optional<int> RichTextBox::SelIndent() const
 void RichTextBox::setSelIndent(int twips)
 {
     changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.leftIndent = bounded(bounded(twips) - style.firstIndent);
+        style.leftIndent =
+            RtfParagraphStyle::bounded(RtfParagraphStyle::bounded(twips) - style.firstIndent);
     });
 }
 
@@ -464,8 +458,9 @@ std::optional<int> RichTextBox::SelHangingIndent() const
 void RichTextBox::setSelHangingIndent(int twips)
 {
     changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.leftIndent = bounded(style.leftIndent + style.firstIndent + bounded(twips));
-        style.firstIndent = -bounded(twips);
+        style.leftIndent = RtfParagraphStyle::bounded(
+            style.leftIndent + style.firstIndent + RtfParagraphStyle::bounded(twips));
+        style.firstIndent = -RtfParagraphStyle::bounded(twips);
     });
 }
 
@@ -476,7 +471,9 @@ std::optional<int> RichTextBox::SelRightIndent() const
 
 void RichTextBox::setSelRightIndent(int twips)
 {
-    changeParagraphs([twips](RtfParagraphStyle &style) { style.rightIndent = bounded(twips); });
+    changeParagraphs([twips](RtfParagraphStyle &style) {
+        style.rightIndent = RtfParagraphStyle::bounded(twips);
+    });
 }
 
 std::optional<int> RichTextBox::SelTabCount() const
@@ -512,7 +509,7 @@ void RichTextBox::setSelTabs(int index, int twips)
     changeParagraphs([index, twips](RtfParagraphStyle &style) {
         if (index < 0 || index >= style.tabs.size())
             return;
-        style.tabs[index].position = bounded(twips);
+        style.tabs[index].position = RtfParagraphStyle::bounded(twips);
         std::sort(style.tabs.begin(), style.tabs.end(),
             [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
     });

@@ -175,8 +175,6 @@ constexpr Row rows[] = {
     {"red", W::Red},
     {"green", W::Green},
     {"blue", W::Blue},
-    {"list", W::List},
-    {"listoverride", W::List},
     {"listlevel", W::ListEntry},
     {"listid", W::ListIdentity},
     {"levelnfc", W::ListStyle},

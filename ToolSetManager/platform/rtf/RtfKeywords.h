@@ -73,7 +73,6 @@ enum class RtfWord : unsigned char {
     Red,
     Green,
     Blue,
-    List,
     ListEntry,
     ListIdentity,
     ListStyle,

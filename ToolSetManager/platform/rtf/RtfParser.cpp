@@ -1,12 +1,9 @@
 #include "platform/rtf/RtfParser.h"
 
 #include "platform/rtf/RtfGroup.h"
-#include "platform/rtf/RtfHex.h"
 
 #include <QFont>
 #include <QTextDocument>
-
-#include <algorithm>
 
 namespace {
 
@@ -14,8 +11,7 @@ namespace {
 /// not take more memory than its size warrants.
 constexpr size_t maximumSavedStates = 100'000;
 
-constexpr int largestExtent = 1 << 20; // of \picw and \pich
-constexpr int maximumFallback = 255;
+constexpr int maximumFallback = 255; // of \uc
 
 qint64 pictureBudget(const RtfReader &options, qsizetype size)
 {
@@ -24,12 +20,6 @@ qint64 pictureBudget(const RtfReader &options, qsizetype size)
     constexpr qint64 base = 64 << 20;
     constexpr qint64 most = 512 << 20;
     return qMin(base + 100 * qint64(size), most);
-}
-
-int length(int parameter)
-{
-    constexpr int limit = RtfParagraphStyle::maximumLength;
-    return qBound(-limit, parameter, limit);
 }
 
 } // namespace
@@ -359,14 +349,13 @@ void RtfParser::word(const RtfToken &token)
     else if (keyword.word >= RtfWord::InTable && keyword.word < RtfWord::Ansi)
         tableWord(keyword, token);
     else if (keyword.word >= RtfWord::ParagraphDefaults && keyword.word < RtfWord::InTable)
-        paragraphWord(keyword, token);
+        change().applyToParagraph(keyword, token);
     else if (keyword.word >= RtfWord::Character && keyword.word < RtfWord::ParagraphDefaults)
         characterWord(keyword, token);
 }
 
 void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
 {
-    const bool on = !token.hasParameter || token.parameter != 0;
     switch (keyword.word) {
     case RtfWord::Character:
         decodePending();
@@ -394,49 +383,15 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         if (keyword.word == RtfWord::Page)
             m_pageBreak = true;
         break;
-    case RtfWord::Plain: {
-        RtfCharState plain;
-        changeCharacters() = plain;
+    case RtfWord::Plain:
+        changeCharacters() = {};
         m_charset = nullptr;
-        break;
-    }
-    case RtfWord::CharacterFlag: {
-        constexpr quint16 shifted = RtfCharStyle::Superscript | RtfCharStyle::Subscript;
-        RtfCharState &state = changeCharacters();
-        const auto flag = static_cast<quint16>(keyword.value);
-        if (flag & shifted)
-            state.flags &= static_cast<quint16>(~shifted);
-        state.flags = static_cast<quint16>(on ? state.flags | flag : state.flags & ~flag);
-        break;
-    }
-    case RtfWord::FlagOff:
-        changeCharacters().flags &= static_cast<quint16>(~keyword.value);
         break;
     case RtfWord::Font:
-        changeCharacters().font = token.hasParameter ? token.parameter : RtfCharState::noFont;
         m_charset = nullptr;
-        break;
-    case RtfWord::FontSize:
-        changeCharacters().halfPoints = static_cast<qint16>(token.hasParameter
-                ? qBound(1, token.parameter, RtfCharStyle::maximumHalfPoints)
-                : RtfCharState().halfPoints);
-        break;
-    case RtfWord::Colour:
-        changeCharacters().colour = token.parameter;
-        break;
-    case RtfWord::Background:
-        changeCharacters().background = token.parameter;
-        break;
-    case RtfWord::OffsetUp:
-    case RtfWord::OffsetDown: {
-        constexpr int usual = 6;
-        const int halfPoints = qBound(-RtfCharStyle::maximumHalfPoints,
-            token.hasParameter ? token.parameter : usual, RtfCharStyle::maximumHalfPoints);
-        changeCharacters().offset =
-            static_cast<qint16>(keyword.word == RtfWord::OffsetUp ? halfPoints : -halfPoints);
-        break;
-    }
+        [[fallthrough]];
     default:
+        changeCharacters().apply(keyword, token);
         break;
     }
 }
@@ -534,76 +489,6 @@ void RtfParser::readOldList()
 
 // --- Paragraphs ---
 
-void RtfParser::paragraphWord(RtfKeyword keyword, const RtfToken &token)
-{
-    const bool on = !token.hasParameter || token.parameter != 0;
-    RtfState &state = change();
-    RtfParagraphStyle &paragraph = state.paragraph;
-    switch (keyword.word) {
-    case RtfWord::ParagraphDefaults:
-        paragraph = {};
-        state.list = 0;
-        state.listLevel = 0;
-        state.inTable = false;
-        state.nextTab = RtfTab::Left;
-        break;
-    case RtfWord::Alignment:
-        paragraph.alignment = static_cast<RtfParagraphStyle::Alignment>(keyword.value);
-        break;
-    case RtfWord::LeftIndent:
-        paragraph.leftIndent = length(token.parameter);
-        break;
-    case RtfWord::RightIndent:
-        paragraph.rightIndent = length(token.parameter);
-        break;
-    case RtfWord::FirstIndent:
-        paragraph.firstIndent = length(token.parameter);
-        break;
-    case RtfWord::SpaceBefore:
-        paragraph.spaceBefore = qMax(0, length(token.parameter));
-        break;
-    case RtfWord::SpaceAfter:
-        paragraph.spaceAfter = qMax(0, length(token.parameter));
-        break;
-    case RtfWord::LineSpacing:
-        paragraph.lineSpacing = length(token.parameter);
-        paragraph.lineSpacingMultiple = false;
-        break;
-    case RtfWord::LineSpacingMultiple:
-        paragraph.lineSpacingMultiple = on;
-        break;
-    case RtfWord::TabKind:
-        state.nextTab = static_cast<RtfTab::Kind>(keyword.value);
-        break;
-    case RtfWord::TabStop: {
-        const RtfTab tab {length(token.parameter), std::exchange(state.nextTab, RtfTab::Left)};
-        const auto before = [](const RtfTab &a, const RtfTab &b) {
-            return a.position < b.position;
-        };
-        const auto place =
-            std::lower_bound(paragraph.tabs.cbegin(), paragraph.tabs.cend(), tab, before);
-        const bool there = place != paragraph.tabs.cend() && place->position == tab.position;
-        if (!there && paragraph.tabs.size() < RtfParagraphStyle::maximumTabs)
-            paragraph.tabs.insert(place - paragraph.tabs.cbegin(), tab);
-        break;
-    }
-    case RtfWord::PageBreakBefore:
-        paragraph.pageBreakBefore = on;
-        break;
-    case RtfWord::Direction:
-        paragraph.rightToLeft = keyword.value != 0;
-        break;
-    case RtfWord::ListNumber:
-        state.list = token.parameter;
-        break;
-    case RtfWord::ListLevel:
-        state.listLevel = static_cast<quint8>(qBound(0, token.parameter, 8));
-        break;
-    default:
-        break;
-    }
-}
-
 RtfParagraphStyle RtfParser::paragraphStyle() const
 {
     constexpr int singleLine = 240;
@@ -657,14 +542,14 @@ void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
         m_rowGap = 0;
         break;
     case RtfWord::RowLeft:
-        m_rowLeft = length(token.parameter);
+        m_rowLeft = RtfParagraphStyle::bounded(token.parameter);
         break;
     case RtfWord::RowGap:
-        m_rowGap = length(token.parameter);
+        m_rowGap = RtfParagraphStyle::bounded(token.parameter);
         break;
     case RtfWord::CellEdge:
         if (m_cellEdges.size() < RtfParagraphStyle::maximumTabs)
-            m_cellEdges.push_back(length(token.parameter));
+            m_cellEdges.push_back(RtfParagraphStyle::bounded(token.parameter));
         break;
     case RtfWord::Cell:
     case RtfWord::NestedCell:
@@ -695,9 +580,9 @@ void RtfParser::endRow()
 RtfParagraphStyle RtfParser::rowStyle() const
 {
     RtfParagraphStyle style;
-    style.leftIndent = qMax(0, length(m_rowLeft + m_rowGap));
+    style.leftIndent = qMax(0, RtfParagraphStyle::bounded(m_rowLeft + m_rowGap));
     for (size_t i = 0; i + 1 < m_cellEdges.size(); ++i) {
-        const int position = length(m_cellEdges[i] + m_rowGap);
+        const int position = RtfParagraphStyle::bounded(m_cellEdges[i] + m_rowGap);
         if (style.tabs.isEmpty() || position > style.tabs.last().position)
             style.tabs.append({position, RtfTab::Left});
     }
@@ -728,60 +613,10 @@ void RtfParser::readNestedTableProperties()
 
 void RtfParser::readPicture()
 {
-    RtfPicture picture;
-    int scaleX = 100;
-    int scaleY = 100;
-    int highDigit = -1;
-    RtfGroup group(m_tokenizer);
-    while (group.next()) {
-        if (group.depth > 1)
-            continue;
-        const RtfToken &token = group.token;
-        if (token.kind == RtfToken::Binary) {
-            picture.data.append(token.text);
-        } else if (token.kind == RtfToken::Text) {
-            RtfHex::append(picture.data, token.text, highDigit);
-        } else if (token.kind == RtfToken::Word) {
-            const RtfKeyword keyword = rtfKeyword(token.text);
-            const int number = qBound(0, token.parameter, largestExtent);
-            switch (keyword.word) {
-            case RtfWord::PictureKind:
-                picture.kind = static_cast<RtfPicture::Kind>(keyword.value);
-                break;
-            case RtfWord::PictureWidth:
-                picture.extent.setWidth(number);
-                break;
-            case RtfWord::PictureHeight:
-                picture.extent.setHeight(number);
-                break;
-            case RtfWord::PictureGoalWidth:
-                picture.goal.setWidth(number);
-                break;
-            case RtfWord::PictureGoalHeight:
-                picture.goal.setHeight(number);
-                break;
-            case RtfWord::PictureScaleX:
-                scaleX = number;
-                break;
-            case RtfWord::PictureScaleY:
-                scaleY = number;
-                break;
-            default:
-                break;
-            }
-        }
-    }
+    const auto picture = RtfPicture::read(m_tokenizer);
     closeGroup();
-    if (picture.data.isEmpty() || picture.kind == RtfPicture::NoKind)
-        return;
-    picture.completeGoal();
-    const auto scaled = [](int size, int percent) {
-        constexpr qint64 most = RtfPicture::maximumGoal;
-        return static_cast<int>(
-            qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
-    };
-    picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
-    insertPicture(picture);
+    if (picture)
+        insertPicture(*picture);
 }
 
 void RtfParser::insertPicture(const RtfPicture &picture)

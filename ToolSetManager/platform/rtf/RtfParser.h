@@ -5,7 +5,7 @@
 #include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfPicture.h"
 #include "platform/rtf/RtfReader.h"
-#include "platform/rtf/RtfStyle.h"
+#include "platform/rtf/RtfState.h"
 #include "platform/rtf/RtfTables.h"
 #include "platform/rtf/RtfTokenizer.h"
 
@@ -13,44 +13,6 @@
 
 #include <memory>
 #include <unordered_map>
-
-/// Character formats as control words set them: numbers into the tables.
-struct RtfCharState
-{
-    static constexpr int noFont = -1;
-
-    int font = noFont;
-    int colour = 0;
-    int background = 0;
-    qint16 halfPoints = 24;
-    qint16 offset = 0;
-    quint16 flags = 0; ///< RtfCharStyle::Flag
-
-    friend bool operator==(const RtfCharState &, const RtfCharState &) = default;
-    struct Hash
-    {
-        size_t operator()(const RtfCharState &state) const
-        {
-            return qHashMulti(0, state.font, state.colour, state.background, state.halfPoints,
-                state.offset, state.flags);
-        }
-    };
-};
-
-/// All that a group's end restores.
-struct RtfState
-{
-    RtfCharState characters;
-    RtfParagraphStyle paragraph;
-    int list = 0; ///< Number of \ls.
-    quint8 listLevel = 0;
-    RtfTab::Kind nextTab = RtfTab::Left;
-    bool inTable = false;
-    bool oldListText = false; ///< Text goes to the paragraph's label.
-    bool newPicture = false; ///< In a picture's newer form; the older one follows.
-    bool oldPicture = false; ///< In the older one.
-    int fallbackLength = 1; ///< Of \uc.
-};
 
 /// One run of the reader over one text: the state between tokens. The stack of states is on the
 /// heap, and a group that changes nothing takes no room on it.
@@ -86,7 +48,6 @@ private:
     void symbol(char symbol);
     void word(const RtfToken &token);
     void characterWord(RtfKeyword keyword, const RtfToken &token);
-    void paragraphWord(RtfKeyword keyword, const RtfToken &token);
     void tableWord(RtfKeyword keyword, const RtfToken &token);
     void documentWord(RtfKeyword keyword, const RtfToken &token);
     void groupWord(RtfKeyword keyword);

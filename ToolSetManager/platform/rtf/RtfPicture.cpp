@@ -1,6 +1,9 @@
 #include "platform/rtf/RtfPicture.h"
 
 #include "platform/rtf/DibMetafile.h"
+#include "platform/rtf/RtfGroup.h"
+#include "platform/rtf/RtfHex.h"
+#include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfStyle.h"
 
 #include <QBuffer>
@@ -16,6 +19,7 @@ namespace {
 
 constexpr int twipsPerPixel = 15;
 constexpr double metafileUnit = 1440 / 2540.0; // twips in a hundredth of a millimetre
+constexpr int largestExtent = 1 << 20; // of \picw and \pich
 constexpr int maximumDecodedSide = 2000;
 constexpr int decodedPerShown = 2; // metafiles are played finer than shown, for large scales
 
@@ -62,6 +66,63 @@ RtfPicture RtfPicture::fromImage(const QImage &image, QSize twips)
                        .boundedTo({maximumGoal, maximumGoal});
     picture.extent = QSize(static_cast<int>(std::lround(picture.goal.width() / metafileUnit)),
         static_cast<int>(std::lround(picture.goal.height() / metafileUnit)));
+    return picture;
+}
+
+std::optional<RtfPicture> RtfPicture::read(RtfTokenizer &tokenizer)
+{
+    RtfPicture picture;
+    int scaleX = 100;
+    int scaleY = 100;
+    int highDigit = -1;
+    RtfGroup group(tokenizer);
+    while (group.next()) {
+        if (group.depth > 1)
+            continue;
+        const RtfToken &token = group.token;
+        if (token.kind == RtfToken::Binary) {
+            picture.data.append(token.text);
+        } else if (token.kind == RtfToken::Text) {
+            RtfHex::append(picture.data, token.text, highDigit);
+        } else if (token.kind == RtfToken::Word) {
+            const RtfKeyword keyword = rtfKeyword(token.text);
+            const int number = qBound(0, token.parameter, largestExtent);
+            switch (keyword.word) {
+            case RtfWord::PictureKind:
+                picture.kind = static_cast<Kind>(keyword.value);
+                break;
+            case RtfWord::PictureWidth:
+                picture.extent.setWidth(number);
+                break;
+            case RtfWord::PictureHeight:
+                picture.extent.setHeight(number);
+                break;
+            case RtfWord::PictureGoalWidth:
+                picture.goal.setWidth(number);
+                break;
+            case RtfWord::PictureGoalHeight:
+                picture.goal.setHeight(number);
+                break;
+            case RtfWord::PictureScaleX:
+                scaleX = number;
+                break;
+            case RtfWord::PictureScaleY:
+                scaleY = number;
+                break;
+            default:
+                break;
+            }
+        }
+    }
+    if (picture.data.isEmpty() || picture.kind == NoKind)
+        return std::nullopt;
+    picture.completeGoal();
+    const auto scaled = [](int size, int percent) {
+        constexpr qint64 most = maximumGoal;
+        return static_cast<int>(
+            qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
+    };
+    picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
     return picture;
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 
 class QTextDocument;
+class RtfTokenizer;
 
 /// A picture of a rich text: the bytes as they stood there, and the size at which it is shown.
 struct RtfPicture
@@ -35,6 +36,10 @@ struct RtfPicture
     QSize extent {
         0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
     QSize goal {0, 0}; ///< Twips, scaling applied.
+
+    /// Takes the rest of a `\pict` group. Empty when there is no picture in it, or one of a kind
+    /// that is not told.
+    static std::optional<RtfPicture> read(RtfTokenizer &tokenizer);
 
     /// The form in which the oldest readers show pictures: a metafile that paints one bitmap.
     /// Transparent parts become white. An empty size means 96 pixels to the inch.

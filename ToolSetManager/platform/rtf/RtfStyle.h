@@ -72,6 +72,7 @@ struct RtfParagraphStyle
     enum Alignment : quint8 { Left, Right, Centre, Justified };
     static constexpr int maximumLength = 31680; ///< Either way; 22 inches.
     static constexpr qsizetype maximumTabs = 64;
+    static int bounded(int twips) { return qBound(-maximumLength, twips, maximumLength); }
 
     Alignment alignment = Left;
     bool bullet = false;
