@@ -1,7 +1,6 @@
 #include "platform/rtf/RtfBody.h"
 
 #include "platform/rtf/RtfCharset.h"
-#include "platform/rtf/RtfHex.h"
 #include "platform/rtf/RtfPicture.h"
 
 #include <QFont>
@@ -10,35 +9,10 @@
 #include <QTextList>
 #include <QUrl>
 
-#include <array>
-#include <charconv>
-
 namespace {
 
 constexpr char bulletByte = '\xB7'; // in the font Symbol
 constexpr int bulletIndent = 200;
-constexpr qsizetype pictureBytesInLine = 64;
-
-bool needsEscape(char16_t c)
-{
-    return c == u'\\' || c == u'{' || c == u'}';
-}
-
-/// Printable ASCII that stands for itself.
-constexpr std::array<bool, 128> makePlain()
-{
-    std::array<bool, 128> plain {};
-    for (size_t c = 0x20; c < 0x7F; ++c)
-        plain[c] = c != '\\' && c != '{' && c != '}';
-    return plain;
-}
-
-constexpr auto plainAscii = makePlain();
-
-bool isPlain(char16_t c)
-{
-    return c < 128 && plainAscii[c];
-}
 
 } // namespace
 
@@ -75,36 +49,34 @@ void RtfBody::endParagraph(const QTextBlock &block)
         Format &mark = format(block.charFormatIndex());
         writeFormat(mark, neutralCharset(mark));
     }
-    word("par");
-    m_body.append("\r\n");
-    m_afterWord = false;
+    m_body.word("par");
+    m_body.raw("\r\n");
 }
 
 void RtfBody::writeParagraphStyle(const RtfParagraphStyle &style)
 {
-    word("pard");
+    m_body.word("pard");
     if (style.bullet) {
         const int symbols = fontNumber(QStringLiteral("Symbol"), RtfCharset::symbolCharset);
         writeBulletText();
-        m_body.append("{\\*");
-        word("pn");
-        word("pnlvlblt");
-        word("pnf", symbols);
-        word("pnindent", bulletIndent);
-        m_body.append("{\\pntxtb");
-        hexByte(bulletByte);
-        m_body.append("}}");
-        m_afterWord = false;
+        m_body.raw("{\\*");
+        m_body.word("pn");
+        m_body.word("pnlvlblt");
+        m_body.word("pnf", symbols);
+        m_body.word("pnindent", bulletIndent);
+        m_body.raw("{\\pntxtb");
+        m_body.hexByte(bulletByte);
+        m_body.raw("}}");
     }
     const auto length = [this](const char *name, int twips) {
         if (twips)
-            word(name, twips);
+            m_body.word(name, twips);
     };
     if (style.rightToLeft)
-        word("rtlpar");
+        m_body.word("rtlpar");
     constexpr const char *alignments[] = {nullptr, "qr", "qc", "qj"};
     if (alignments[style.alignment])
-        word(alignments[style.alignment]);
+        m_body.word(alignments[style.alignment]);
     length("fi", style.firstIndent);
     length("li", style.leftIndent);
     length("ri", style.rightIndent);
@@ -112,9 +84,9 @@ void RtfBody::writeParagraphStyle(const RtfParagraphStyle &style)
     length("sa", style.spaceAfter);
     length("sl", style.lineSpacing);
     if (style.lineSpacing)
-        word("slmult", style.lineSpacingMultiple ? 1 : 0);
+        m_body.word("slmult", style.lineSpacingMultiple ? 1 : 0);
     if (style.pageBreakBefore)
-        word("pagebb");
+        m_body.word("pagebb");
     writeTabs(style);
 }
 
@@ -123,20 +95,19 @@ void RtfBody::writeTabs(const RtfParagraphStyle &style)
     constexpr const char *kinds[] = {nullptr, "tqr", "tqc", "tqdec"};
     for (const RtfTab &tab : style.tabs) {
         if (kinds[tab.kind])
-            word(kinds[tab.kind]);
-        word("tx", tab.position);
+            m_body.word(kinds[tab.kind]);
+        m_body.word("tx", tab.position);
     }
 }
 
 void RtfBody::writeBulletText()
 {
     const int symbols = fontNumber(QStringLiteral("Symbol"), RtfCharset::symbolCharset);
-    m_body.append("{\\pntext");
-    word("f", symbols);
-    hexByte(bulletByte);
-    word("tab");
-    m_body.append('}');
-    m_afterWord = false;
+    m_body.raw("{\\pntext");
+    m_body.word("f", symbols);
+    m_body.hexByte(bulletByte);
+    m_body.word("tab");
+    m_body.raw("}");
 }
 
 // --- Text ---
@@ -163,7 +134,7 @@ void RtfBody::writeText(QStringView text, Format &format)
         // A stretch of what stands for itself.
         const char16_t *stop = at;
         if (!symbols) {
-            while (stop != end && isPlain(*stop))
+            while (stop != end && RtfOutput::isPlain(*stop))
                 ++stop;
         }
         if (stop == at) {
@@ -172,14 +143,8 @@ void RtfBody::writeText(QStringView text, Format &format)
         }
         writeFormat(
             format, m_charset == RtfCharset::symbolCharset ? RtfCharset::ansiCharset : m_charset);
-        if (m_afterWord)
-            m_body.append(' ');
-        m_afterWord = false;
-        const qsizetype before = m_body.size();
-        m_body.resize(before + (stop - at));
-        char *to = m_body.data() + before;
-        while (at != stop)
-            *to++ = static_cast<char>(*at++);
+        m_body.plain(QStringView(at, stop));
+        at = stop;
     }
 }
 
@@ -191,42 +156,34 @@ void RtfBody::writeCharacter(char16_t unit, Format &format)
     writeFormat(format, encoded ? encoded->charset : neutralCharset(format));
     switch (unit) {
     case u'\t':
-        word("tab");
+        m_body.word("tab");
         return;
     case QChar::LineSeparator:
-        word("line");
+        m_body.word("line");
         return;
     case QChar::Nbsp:
-        m_body.append("\\~");
-        m_afterWord = false;
+        m_body.raw("\\~");
         return;
     case QChar::SoftHyphen:
-        m_body.append("\\-");
-        m_afterWord = false;
+        m_body.raw("\\-");
         return;
     case 0x2011:
-        m_body.append("\\_");
-        m_afterWord = false;
+        m_body.raw("\\_");
         return;
     default:
         break;
     }
     if (!encoded) {
-        word("u", static_cast<qint16>(unit));
-        m_body.append('?');
-        m_afterWord = false;
+        m_body.unicode(unit);
         return;
     }
     const auto byte = static_cast<unsigned char>(encoded->byte);
-    if (needsEscape(byte)) {
-        m_body.append('\\');
-        m_body.append(encoded->byte);
-        m_afterWord = false;
-    } else if (isPlain(byte)) {
-        plain(encoded->byte);
-    } else {
-        hexByte(encoded->byte);
-    }
+    if (RtfOutput::needsEscape(byte))
+        m_body.escaped(encoded->byte);
+    else if (RtfOutput::isPlain(byte))
+        m_body.plain(encoded->byte);
+    else
+        m_body.hexByte(encoded->byte);
 }
 
 // --- Formats ---
@@ -292,33 +249,33 @@ void RtfBody::writeFormat(Format &format, int charset)
 {
     const int font = fontNumber(format, charset);
     if (font != m_written.font)
-        word("f", font);
+        m_body.word("f", font);
     m_charset = charset;
     const RtfCharStyle &style = format.style;
     if (style.halfPoints != m_written.halfPoints)
-        word("fs", style.halfPoints);
+        m_body.word("fs", style.halfPoints);
     if (style.offset != m_written.offset)
-        word(style.offset < 0 ? "dn" : "up", qAbs(style.offset));
+        m_body.word(style.offset < 0 ? "dn" : "up", qAbs(style.offset));
     if (format.colour != m_written.colour)
-        word("cf", format.colour);
+        m_body.word("cf", format.colour);
     if (format.background != m_written.background)
-        word("highlight", format.background);
+        m_body.word("highlight", format.background);
     const quint16 changed = style.flags ^ m_written.flags;
     if (changed) {
         using S = RtfCharStyle;
         writeFlag(changed, style.flags, S::Bold, "b");
         writeFlag(changed, style.flags, S::Italic, "i");
         if (changed & S::Underline)
-            word(style.has(S::Underline) ? "ul" : "ulnone");
+            m_body.word(style.has(S::Underline) ? "ul" : "ulnone");
         writeFlag(changed, style.flags, S::Strike, "strike");
         writeFlag(changed, style.flags, S::Protected, "protect");
         writeFlag(changed, style.flags, S::Hidden, "v");
         writeFlag(changed, style.flags, S::Capitals, "caps");
         writeFlag(changed, style.flags, S::SmallCapitals, "scaps");
         if (changed & (S::Superscript | S::Subscript)) {
-            word(style.has(S::Superscript)    ? "super"
-                    : style.has(S::Subscript) ? "sub"
-                                              : "nosupersub");
+            m_body.word(style.has(S::Superscript) ? "super"
+                    : style.has(S::Subscript)     ? "sub"
+                                                  : "nosupersub");
         }
     }
     m_written = {
@@ -330,9 +287,9 @@ void RtfBody::writeFlag(quint16 changed, quint16 flags, RtfCharStyle::Flag flag,
     if (!(changed & flag))
         return;
     if (flags & flag)
-        word(name);
+        m_body.word(name);
     else
-        word(name, 0);
+        m_body.word(name, 0);
 }
 
 // --- Pictures ---
@@ -354,58 +311,44 @@ void RtfBody::writePicture(const QTextCharFormat &format)
     } else if (own->kind == RtfPicture::Metafile || own->kind == RtfPicture::Bitmap) {
         writePictureData(*own);
     } else {
-        m_body.append("{\\*\\shppict");
+        m_body.raw("{\\*\\shppict");
         writePictureData(*own);
-        m_body.append('}');
+        m_body.raw("}");
         const QImage image = pictureImage(format);
         if (!image.isNull()) {
-            m_body.append("{\\nonshppict");
+            m_body.raw("{\\nonshppict");
             writePictureData(RtfPicture::fromImage(image, own->goal));
-            m_body.append('}');
+            m_body.raw("}");
         }
     }
-    m_afterWord = false;
 }
 
 void RtfBody::writePictureData(const RtfPicture &picture)
 {
-    m_body.append("{\\pict");
+    m_body.raw("{\\pict");
     switch (picture.kind) {
     case RtfPicture::Metafile:
-        word("wmetafile", 8); // scaled to its frame in both directions
+        m_body.word("wmetafile", 8); // scaled to its frame in both directions
         break;
     case RtfPicture::Bitmap:
-        word("dibitmap", 0);
+        m_body.word("dibitmap", 0);
         break;
     case RtfPicture::Png:
-        word("pngblip");
+        m_body.word("pngblip");
         break;
     case RtfPicture::Jpeg:
-        word("jpegblip");
+        m_body.word("jpegblip");
         break;
     default:
-        word("emfblip");
+        m_body.word("emfblip");
         break;
     }
-    word("picw", picture.extent.width());
-    word("pich", picture.extent.height());
-    word("picwgoal", picture.goal.width());
-    word("pichgoal", picture.goal.height());
-    for (qsizetype from = 0; from < picture.data.size(); from += pictureBytesInLine) {
-        const qsizetype count = qMin(pictureBytesInLine, picture.data.size() - from);
-        m_body.append("\r\n");
-        const qsizetype before = m_body.size();
-        m_body.resize(before + 2 * count);
-        char *to = m_body.data() + before;
-        const char *data = picture.data.constData() + from;
-        for (qsizetype i = 0; i < count; ++i) {
-            const auto byte = static_cast<unsigned char>(data[i]);
-            *to++ = RtfHex::lower[byte >> 4];
-            *to++ = RtfHex::lower[byte & 15];
-        }
-    }
-    m_body.append('}');
-    m_afterWord = false;
+    m_body.word("picw", picture.extent.width());
+    m_body.word("pich", picture.extent.height());
+    m_body.word("picwgoal", picture.goal.width());
+    m_body.word("pichgoal", picture.goal.height());
+    m_body.hexLines(picture.data);
+    m_body.raw("}");
 }
 
 QImage RtfBody::pictureImage(const QTextCharFormat &format) const
@@ -419,79 +362,39 @@ QImage RtfBody::pictureImage(const QTextCharFormat &format) const
     return {};
 }
 
-// --- The bytes ---
-
-void RtfBody::word(const char *name)
-{
-    m_body.append('\\').append(name);
-    m_afterWord = true;
-}
-
-void RtfBody::word(const char *name, int number)
-{
-    word(name);
-    std::array<char, 16> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    m_body.append(digits.data(), end - digits.data());
-}
-
-void RtfBody::plain(char c)
-{
-    if (m_afterWord)
-        m_body.append(' ');
-    m_body.append(c);
-    m_afterWord = false;
-}
-
-void RtfBody::hexByte(char byte)
-{
-    const auto value = static_cast<unsigned char>(byte);
-    const char text[] = {'\\', '\'', RtfHex::lower[value >> 4], RtfHex::lower[value & 15]};
-    m_body.append(text, sizeof text);
-    m_afterWord = false;
-}
-
 QByteArray RtfBody::take()
 {
     if (m_fontList.isEmpty())
         fontNumber(m_standard.family(), RtfCharset::ansiCharset);
-    QByteArray text = "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl";
-    const QByteArray body = std::exchange(m_body, {});
+    RtfOutput head;
+    head.raw("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl");
     for (qsizetype i = 0; i < m_fontList.size(); ++i) {
         const auto &[family, charset] = m_fontList.at(i);
-        m_body.append('{');
-        word("f", static_cast<int>(i));
-        word("fnil");
-        word("fcharset", charset);
+        head.raw("{");
+        head.word("f", static_cast<int>(i));
+        head.word("fnil");
+        head.word("fcharset", charset);
         for (const QChar c : family) {
             const char16_t unit = c.unicode();
-            if (needsEscape(unit)) {
-                m_body.append('\\').append(static_cast<char>(unit));
-                m_afterWord = false;
-            } else if (isPlain(unit) && unit != u';') {
-                plain(static_cast<char>(unit));
-            } else if (unit >= 0x80) {
-                word("u", static_cast<qint16>(unit));
-                m_body.append('?');
-                m_afterWord = false;
-            }
+            if (RtfOutput::needsEscape(unit))
+                head.escaped(static_cast<char>(unit));
+            else if (RtfOutput::isPlain(unit) && unit != u';')
+                head.plain(static_cast<char>(unit));
+            else if (unit >= 0x80)
+                head.unicode(unit);
         }
-        m_body.append(";}");
-        m_afterWord = false;
+        head.raw(";}");
     }
-    m_body.append("}\r\n");
+    head.raw("}\r\n");
     if (!m_colourList.isEmpty()) {
-        m_body.append("{\\colortbl ;");
+        head.raw("{\\colortbl ;");
         for (const QRgb colour : std::as_const(m_colourList)) {
-            word("red", qRed(colour));
-            word("green", qGreen(colour));
-            word("blue", qBlue(colour));
-            m_body.append(';');
+            head.word("red", qRed(colour));
+            head.word("green", qGreen(colour));
+            head.word("blue", qBlue(colour));
+            head.raw(";");
         }
-        m_body.append("}\r\n");
+        head.raw("}\r\n");
     }
-    text.reserve(text.size() + m_body.size() + body.size() + 1);
-    text.append(m_body).append(body).append('}');
-    m_body.clear();
-    return text;
+    return head.take() + m_body.take() + '}';
 }

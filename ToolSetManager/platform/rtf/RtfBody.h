@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/rtf/RtfOutput.h"
 #include "platform/rtf/RtfStyle.h"
 
 #include <QByteArray>
@@ -70,15 +71,9 @@ private:
     void writePictureData(const RtfPicture &picture);
     QImage pictureImage(const QTextCharFormat &format) const;
 
-    void word(const char *name);
-    void word(const char *name, int number);
-    void plain(char c);
-    void hexByte(char byte);
-
     const QTextDocument &m_document;
     QFont m_standard;
-    QByteArray m_body;
-    bool m_afterWord = false; ///< A letter, digit or blank would be taken for a part of the word.
+    RtfOutput m_body;
 
     std::vector<Format> m_formats; ///< By the document's format numbers.
     std::map<std::pair<QString, int>, int> m_fonts; ///< By family and charset.
