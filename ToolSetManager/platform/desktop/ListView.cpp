@@ -1,218 +1,24 @@
 #include "platform/desktop/ListView.h"
 
+#include "platform/desktop/DragView.h"
+#include "platform/desktop/LabelDelegate.h"
+
 #include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QListView>
-#include <QMimeData>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPointer>
-#include <QScrollBar>
 #include <QStackedWidget>
-#include <QStyledItemDelegate>
-#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
-/// Edits labels and draws ghosted rows.
-class LabelDelegate : public QStyledItemDelegate
-{
-public:
-    explicit LabelDelegate(ListView *owner)
-        : QStyledItemDelegate(owner)
-        , m_owner(owner)
-    {
-    }
-
-    QWidget *createEditor(
-        QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const override
-    {
-        auto *editor = new QLineEdit(parent);
-        editor->setAccessibleName(
-            index.model()->headerData(index.column(), Qt::Horizontal).toString());
-        m_editor = editor;
-        Q_EMIT m_owner->BeforeLabelEdit();
-        return editor;
-    }
-
-    void finish()
-    {
-        if (!m_editor)
-            return;
-        Q_EMIT commitData(m_editor);
-        Q_EMIT closeEditor(m_editor);
-    }
-
-    void setEditorData(QWidget *editor, const QModelIndex &index) const override
-    {
-        // Called again whenever the model says that the row has changed, which must not throw away
-        // what was typed.
-        auto *line = qobject_cast<QLineEdit *>(editor);
-        if (!line->isModified())
-            line->setText(index.data(Qt::DisplayRole).toString());
-    }
-
-    void setModelData(
-        QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const override
-    {
-        const QString text = qobject_cast<QLineEdit *>(editor)->text();
-        if (text != index.data(Qt::DisplayRole).toString())
-            Q_EMIT m_owner->AfterLabelEdit(index.row(), text);
-    }
-
-    void destroyEditor(QWidget *editor, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::destroyEditor(editor, index);
-        Q_EMIT m_owner->labelEditEnded();
-    }
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        if (option.widget != m_owner->listView())
-            return QStyledItemDelegate::sizeHint(option, index);
-        // Every label of the list view is measured, so that its columns are as wide as they need
-        // to be; asking for each item's picture would take several times as long.
-        constexpr int longest = 320;
-        const int margin =
-            option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
-        const QSize icon = m_owner->listView()->iconSize();
-        const int text =
-            option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
-        return {qMin(icon.width() + text + 6 * margin, longest),
-            qMax(icon.height(), option.fontMetrics.height()) + 2};
-    }
-
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        // Pictures differ in size; the labels stand in line all the same.
-        option->decorationSize = option->widget
-            ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
-            : option->decorationSize;
-        if (index.data(ListView::GhostedRole).toBool()) {
-            for (const QPalette::ColorRole role : {QPalette::Text, QPalette::HighlightedText}) {
-                QColor faint = option->palette.color(role);
-                faint.setAlphaF(0.45F);
-                option->palette.setColor(role, faint);
-            }
-            option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Disabled));
-        }
-    }
-
-private:
-    ListView *m_owner;
-    mutable QPointer<QWidget> m_editor;
-};
-
-/// A view that leaves drags to the list and draws the list's mark.
-template <class View>
-class ListView::DragView : public View
-{
-public:
-    explicit DragView(ListView *owner)
-        : m_owner(owner)
-    {
-        this->setDragEnabled(true);
-        this->viewport()->setAcceptDrops(true);
-        m_scrollTimer.setInterval(50);
-        QObject::connect(&m_scrollTimer, &QTimer::timeout, this, [this] { scrollForDrag(); });
-    }
-
-protected:
-    void startDrag(Qt::DropActions) override
-    {
-        // After a drag was cancelled with the button still held, Qt would start the next at once.
-        if (!m_owner->m_dragSpent)
-            Q_EMIT m_owner->OLEStartDrag();
-    }
-
-    void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
-
-    void dragMoveEvent(QDragMoveEvent *event) override
-    {
-        event->ignore();
-        Q_EMIT m_owner->OLEDragOver(event);
-        m_dragPoint = event->position().toPoint();
-        m_dragData = event->mimeData();
-        if (event->isAccepted() && !scrollSteps().isNull())
-            m_scrollTimer.start();
-        else
-            m_scrollTimer.stop();
-    }
-
-    void dragLeaveEvent(QDragLeaveEvent *) override
-    {
-        m_scrollTimer.stop();
-        Q_EMIT m_owner->OLEDragLeave();
-    }
-
-    void dropEvent(QDropEvent *event) override
-    {
-        m_scrollTimer.stop();
-        event->ignore();
-        Q_EMIT m_owner->OLEDragDrop(event);
-    }
-
-    void paintEvent(QPaintEvent *event) override
-    {
-        View::paintEvent(event);
-        QPainter painter(this->viewport());
-        m_owner->paintDropHighlight(painter);
-    }
-
-private:
-    /// By how many pixels a drag at its present place scrolls: none but near the edges. Qt's own
-    /// scrolling needs Qt's own handling of the drag, which the list does not use.
-    QPoint scrollSteps() const
-    {
-        const auto step = [](int at, int length, int margin) {
-            constexpr int most = 24;
-            if (at < margin)
-                return qMax(-most, at - margin);
-            return qBound(0, at - (length - margin), most);
-        };
-        const QSize size = this->viewport()->size();
-        constexpr int margin = 24;
-        return {step(m_dragPoint.x(), size.width(), margin),
-            step(m_dragPoint.y(), size.height(), margin)};
-    }
-
-    void scrollForDrag()
-    {
-        const auto scroll = [](QScrollBar *bar, int by) {
-            const int before = bar->value();
-            bar->setValue(before + by);
-            return bar->value() != before;
-        };
-        const QPoint by = scrollSteps();
-        const bool moved =
-            scroll(this->horizontalScrollBar(), by.x()) | scroll(this->verticalScrollBar(), by.y());
-        if (!moved || !m_dragData) {
-            m_scrollTimer.stop();
-            return;
-        }
-        // Another row is under the mouse now, which has not moved.
-        QDragMoveEvent event(m_dragPoint, Qt::CopyAction | Qt::MoveAction, m_dragData,
-            Qt::LeftButton, Qt::NoModifier);
-        event.ignore();
-        Q_EMIT m_owner->OLEDragOver(&event);
-    }
-
-    ListView *m_owner;
-    QTimer m_scrollTimer;
-    QPoint m_dragPoint; ///< Where the drag was seen last, in the viewport.
-    QPointer<const QMimeData> m_dragData;
-};
-
 ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *parent)
     : QWidget(parent)
     , m_stack(new QStackedWidget(this))
-    , m_report(new DragView<QTreeView>(this))
-    , m_list(new DragView<QListView>(this))
+    , m_report(new DragView<QTreeView>(*this))
+    , m_list(new DragView<QListView>(*this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

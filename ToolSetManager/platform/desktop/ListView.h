@@ -87,6 +87,11 @@ public:
     QTreeView *reportView() const { return m_report; }
     QListView *listView() const { return m_list; }
 
+    // --- For the two views ---
+    /// The present press of the mouse has had its drag.
+    bool isDragSpent() const { return m_dragSpent; }
+    void paintDropHighlight(QPainter &painter) const;
+
 Q_SIGNALS:
     void ColumnClick(int column);
     void BeforeLabelEdit();
@@ -109,16 +114,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    template <class View>
-    class DragView;
-
     void setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize);
     /// Gives the model to a view, or takes it away: a hidden view must not be found by screen
     /// readers, nor work for nothing.
     void attach(QAbstractItemView *view);
     void detach(QAbstractItemView *view);
     bool viewportEvent(QEvent *event);
-    void paintDropHighlight(QPainter &painter) const;
 
     QStackedWidget *m_stack;
     QTreeView *m_report;
@@ -132,5 +133,5 @@ private:
     int m_pressedKey = 0;
     QPersistentModelIndex m_dropRow;
     bool m_dropBelow = false;
-    bool m_dragSpent = false; ///< The present press of the mouse has had its drag.
+    bool m_dragSpent = false;
 };

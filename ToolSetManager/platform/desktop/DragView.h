@@ -1,0 +1,110 @@
+#pragma once
+
+#include "platform/desktop/ListView.h"
+
+#include <QDragMoveEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QPointer>
+#include <QScrollBar>
+#include <QTimer>
+
+/// A view that leaves drags to the list and draws the list's mark.
+template <class View>
+class DragView : public View
+{
+public:
+    explicit DragView(ListView &owner)
+        : m_owner(owner)
+    {
+        this->setDragEnabled(true);
+        this->viewport()->setAcceptDrops(true);
+        m_scrollTimer.setInterval(50);
+        QObject::connect(&m_scrollTimer, &QTimer::timeout, this, [this] { scrollForDrag(); });
+    }
+
+protected:
+    void startDrag(Qt::DropActions) override
+    {
+        // After a drag was cancelled with the button still held, Qt would start the next at once.
+        if (!m_owner.isDragSpent())
+            Q_EMIT m_owner.OLEStartDrag();
+    }
+
+    void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
+
+    void dragMoveEvent(QDragMoveEvent *event) override
+    {
+        event->ignore();
+        Q_EMIT m_owner.OLEDragOver(event);
+        m_dragPoint = event->position().toPoint();
+        m_dragData = event->mimeData();
+        if (event->isAccepted() && !scrollSteps().isNull())
+            m_scrollTimer.start();
+        else
+            m_scrollTimer.stop();
+    }
+
+    void dragLeaveEvent(QDragLeaveEvent *) override
+    {
+        m_scrollTimer.stop();
+        Q_EMIT m_owner.OLEDragLeave();
+    }
+
+    void dropEvent(QDropEvent *event) override
+    {
+        m_scrollTimer.stop();
+        event->ignore();
+        Q_EMIT m_owner.OLEDragDrop(event);
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        View::paintEvent(event);
+        QPainter painter(this->viewport());
+        m_owner.paintDropHighlight(painter);
+    }
+
+private:
+    /// By how many pixels a drag at its present place scrolls: none but near the edges. Qt's own
+    /// scrolling needs Qt's own handling of the drag, which the list does not use.
+    QPoint scrollSteps() const
+    {
+        const auto step = [](int at, int length, int margin) {
+            constexpr int most = 24;
+            if (at < margin)
+                return qMax(-most, at - margin);
+            return qBound(0, at - (length - margin), most);
+        };
+        const QSize size = this->viewport()->size();
+        constexpr int margin = 24;
+        return {step(m_dragPoint.x(), size.width(), margin),
+            step(m_dragPoint.y(), size.height(), margin)};
+    }
+
+    void scrollForDrag()
+    {
+        const auto scroll = [](QScrollBar *bar, int by) {
+            const int before = bar->value();
+            bar->setValue(before + by);
+            return bar->value() != before;
+        };
+        const QPoint by = scrollSteps();
+        const bool moved =
+            scroll(this->horizontalScrollBar(), by.x()) | scroll(this->verticalScrollBar(), by.y());
+        if (!moved || !m_dragData) {
+            m_scrollTimer.stop();
+            return;
+        }
+        // Another row is under the mouse now, which has not moved.
+        QDragMoveEvent event(m_dragPoint, Qt::CopyAction | Qt::MoveAction, m_dragData,
+            Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        Q_EMIT m_owner.OLEDragOver(&event);
+    }
+
+    ListView &m_owner;
+    QTimer m_scrollTimer;
+    QPoint m_dragPoint; ///< Where the drag was seen last, in the viewport.
+    QPointer<const QMimeData> m_dragData;
+};

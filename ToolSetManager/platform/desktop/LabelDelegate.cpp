@@ -1,0 +1,88 @@
+#include "platform/desktop/LabelDelegate.h"
+
+#include "platform/desktop/ListView.h"
+
+#include <QLineEdit>
+#include <QListView>
+
+#include <limits>
+
+LabelDelegate::LabelDelegate(ListView *owner)
+    : QStyledItemDelegate(owner)
+    , m_owner(owner)
+{
+}
+
+QWidget *LabelDelegate::createEditor(
+    QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
+{
+    auto *editor = new QLineEdit(parent);
+    editor->setMaxLength(std::numeric_limits<int>::max()); // whose text it is knows its limit
+    editor->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
+    m_editor = editor;
+    Q_EMIT m_owner->BeforeLabelEdit();
+    return editor;
+}
+
+void LabelDelegate::finish()
+{
+    if (!m_editor)
+        return;
+    Q_EMIT commitData(m_editor);
+    Q_EMIT closeEditor(m_editor);
+}
+
+void LabelDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    // Called again whenever the model says that the row has changed, which must not throw away
+    // what was typed.
+    auto *line = qobject_cast<QLineEdit *>(editor);
+    if (!line->isModified())
+        line->setText(index.data(Qt::DisplayRole).toString());
+}
+
+void LabelDelegate::setModelData(
+    QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
+{
+    const QString text = qobject_cast<QLineEdit *>(editor)->text();
+    if (text != index.data(Qt::DisplayRole).toString())
+        Q_EMIT m_owner->AfterLabelEdit(index.row(), text);
+}
+
+void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
+{
+    QStyledItemDelegate::destroyEditor(editor, index);
+    Q_EMIT m_owner->labelEditEnded();
+}
+
+QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    if (option.widget != m_owner->listView())
+        return QStyledItemDelegate::sizeHint(option, index);
+    // Every label of the list view is measured, so that its columns are as wide as they need
+    // to be; asking for each item's picture would take several times as long.
+    constexpr int longest = 320;
+    const int margin =
+        option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
+    const QSize icon = m_owner->listView()->iconSize();
+    const int text = option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
+    return {qMin(icon.width() + text + 6 * margin, longest),
+        qMax(icon.height(), option.fontMetrics.height()) + 2};
+}
+
+void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    // Pictures differ in size; the labels stand in line all the same.
+    option->decorationSize = option->widget
+        ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
+        : option->decorationSize;
+    if (index.data(ListView::GhostedRole).toBool()) {
+        for (const QPalette::ColorRole role : {QPalette::Text, QPalette::HighlightedText}) {
+            QColor faint = option->palette.color(role);
+            faint.setAlphaF(0.45F);
+            option->palette.setColor(role, faint);
+        }
+        option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Disabled));
+    }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+class ListView;
+
+/// Edits the labels of a list view in place and draws its ghosted rows. What was typed goes to the
+/// list's owner, not to the model.
+class LabelDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+public:
+    explicit LabelDelegate(ListView *owner);
+
+    /// Accepts what has been typed so far, if a label is being edited.
+    void finish();
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+        const QModelIndex &index) const override;
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(
+        QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+private:
+    ListView *m_owner;
+    mutable QPointer<QWidget> m_editor;
+};
