@@ -391,78 +391,43 @@ bool frmFileButton::ButtonSnapShot(QWidget *window, int x1, int y1, int x2, int 
 
 void frmFileButton::picImage_MouseDown(const QPoint &position)
 {
-    m_marking = false;
-    m_bandStart = position;
-    m_bandEnd = position;
+    m_band.begin(position);
     picImage->setBand({});
 }
 
 void frmFileButton::picImage_MouseMove(const QPoint &position)
 {
-    m_bandEnd = position;
-    picImage->setBand(bandRectangle());
+    m_band.moveTo(position);
+    picImage->setBand(m_band.shown());
 }
 
 void frmFileButton::picImage_MouseUp(const QPoint &position)
 {
-    m_bandEnd = position;
+    m_band.moveTo(position);
     picImage->setBand({}); // it must not be in the picture
-    if (m_bandStart.x() != m_bandEnd.x() && m_bandStart.y() != m_bandEnd.y())
-        ButtonSnapShot(picImage, m_bandStart.x(), m_bandStart.y(), m_bandEnd.x(), m_bandEnd.y());
+    const QPoint from = m_band.start();
+    const QPoint to = m_band.end();
+    if (m_band.hasArea())
+        ButtonSnapShot(picImage, from.x(), from.y(), to.x(), to.y());
     else
         snapshotOfPreview();
 }
 
-QRect frmFileButton::bandRectangle() const
-{
-    const QPoint topLeft(
-        std::min(m_bandStart.x(), m_bandEnd.x()), std::min(m_bandStart.y(), m_bandEnd.y()));
-    return {topLeft,
-        QSize(std::abs(m_bandStart.x() - m_bandEnd.x()) + 1,
-            std::abs(m_bandStart.y() - m_bandEnd.y()) + 1)};
-}
-
 bool frmFileButton::imageKeyPressed(int pressed, Qt::KeyboardModifiers modifiers)
 {
-    const int step = modifiers.testFlag(Qt::ControlModifier) ? 1 : 8;
-    QPoint move;
-    switch (pressed) {
-    case Qt::Key_Left:
-        move = {-step, 0};
+    switch (m_band.pressed(pressed, modifiers, picImage->size())) {
+    case RubberBand::Effect::None:
+        return false; // Escape closes the dialog
+    case RubberBand::Effect::Moved:
+        picImage->setBand(m_band.shown());
         break;
-    case Qt::Key_Right:
-        move = {step, 0};
+    case RubberBand::Effect::Ended:
+        picImage_MouseUp(m_band.end());
         break;
-    case Qt::Key_Up:
-        move = {0, -step};
-        break;
-    case Qt::Key_Down:
-        move = {0, step};
-        break;
-    case Qt::Key_Space:
-        if (m_marking) {
-            m_marking = false;
-            picImage_MouseUp(m_bandEnd);
-        } else {
-            const QPoint here = m_bandEnd;
-            picImage_MouseDown(here);
-            m_marking = true;
-            picImage->setBand(bandRectangle());
-        }
-        return true;
-    case Qt::Key_Escape:
-        if (!m_marking)
-            return false; // closes the dialog
-        m_marking = false;
+    case RubberBand::Effect::GivenUp:
         picImage->setBand({});
-        return true;
-    default:
-        return false;
+        break;
     }
-    m_bandEnd = {std::clamp(m_bandEnd.x() + move.x(), 0, picImage->width()),
-        std::clamp(m_bandEnd.y() + move.y(), 0, picImage->height())};
-    // Without a start yet, a small square shows where the part will begin.
-    picImage->setBand(m_marking ? bandRectangle() : QRect(m_bandEnd - QPoint(2, 2), QSize(5, 5)));
     return true;
 }
 
@@ -473,7 +438,7 @@ bool frmFileButton::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::ShortcutOverride: {
         const auto *keys = static_cast<QKeyEvent *>(event);
-        if (m_marking && keys->key() == Qt::Key_Escape) {
+        if (m_band.isMarking() && keys->key() == Qt::Key_Escape) {
             event->accept();
             return true;
         }
@@ -492,7 +457,7 @@ bool frmFileButton::eventFilter(QObject *watched, QEvent *event)
             colours.setColor(QPalette::WindowText, colours.color(QPalette::Highlight));
         picImage->parentWidget()->setPalette(colours);
         if (event->type() == QEvent::FocusOut) {
-            m_marking = false;
+            m_band.giveUp();
             picImage->setBand({});
         }
         break;

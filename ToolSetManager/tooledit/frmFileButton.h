@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tooledit/RubberBand.h"
+
 #include <QDialog>
 
 #include <array>
@@ -100,7 +102,6 @@ private:
     void ShowIcon(const QString &fileName, int number);
     void hideIcons();
     void snapshotOfPreview();
-    QRect bandRectangle() const;
     bool imageKeyPressed(int key, Qt::KeyboardModifiers modifiers);
 
     SettingsStore &m_settings;
@@ -109,9 +110,7 @@ private:
     QString m_iconFile; ///< The program file whose icons are shown.
     qint32 m_icon = 0; ///< Counts from 1.
     qint32 m_iconCount = 0;
-    QPoint m_bandStart; ///< In picImage, like the next.
-    QPoint m_bandEnd;
-    bool m_marking = false; ///< With the keys.
+    RubberBand m_band; ///< In picImage.
     frmHelp *m_help = nullptr;
 
     DriveListBox *DriveList;
