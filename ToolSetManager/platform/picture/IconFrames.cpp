@@ -2,9 +2,8 @@
 
 #include "platform/picture/Dib.h"
 #include "platform/picture/LittleEndian.h"
+#include "platform/picture/Picture.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QtEndian>
 
 #include <algorithm>
@@ -38,13 +37,8 @@ QImage decodePng(QByteArrayView frame, qint64 memory)
     const QSize size = pngSize(frame);
     if (!fits(size.width(), size.height()) || qint64(size.width()) * size.height() * 4 > memory)
         return {};
-    QByteArray raw = QByteArray::fromRawData(frame.data(), frame.size());
-    QBuffer buffer(&raw);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, "png");
-    reader.setAutoDetectImageFormat(false);
-    QImage image;
-    if (!reader.read(&image))
+    QImage image = Picture::decodeAs("png", frame, memory);
+    if (image.isNull())
         return {};
     image.convertTo(QImage::Format_ARGB32);
     image.setDotsPerMeterX(0);
@@ -59,14 +53,15 @@ std::vector<IconFrame> read(QByteArrayView bytes, Directory kind)
     constexpr qsizetype headerSize = 6;
     constexpr int icon = 1;
     constexpr int cursor = 2;
+    constexpr qsizetype mostFrames = 256; // real icons have a dozen, foreign files 65,535
     const int type = at<quint16>(bytes, 2);
     std::vector<IconFrame> frames;
     if (bytes.size() < headerSize || at<quint16>(bytes, 0) != 0
         || (type != icon && (type != cursor || kind != Directory::File)))
         return frames;
     const qsizetype entrySize = kind == Directory::File ? 16 : 14;
-    const qsizetype count =
-        std::min<qsizetype>(at<quint16>(bytes, 4), (bytes.size() - headerSize) / entrySize);
+    const qsizetype count = std::min(
+        {qsizetype(at<quint16>(bytes, 4)), (bytes.size() - headerSize) / entrySize, mostFrames});
     frames.reserve(static_cast<std::size_t>(count));
     for (qsizetype i = 0; i < count; ++i) {
         const QByteArrayView entry = bytes.sliced(headerSize + i * entrySize, entrySize);

@@ -24,7 +24,8 @@ constexpr int largestSide = 1024; ///< Of a frame; one that claims more is not r
 constexpr qint64 mostBytes = 16 << 20; ///< Of a frame.
 
 /// The frames in the order of the directory; none when it is no directory of icons (\a bytes of a
-/// file may be one of cursors, too). A directory that is cut off ends earlier.
+/// file may be one of cursors, too). A directory that is cut off ends earlier, and frames behind
+/// the 256th are passed over.
 std::vector<IconFrame> read(QByteArrayView bytes, Directory kind);
 
 /// Bits of a pixel that the frame itself tells; 0 when it is no frame.

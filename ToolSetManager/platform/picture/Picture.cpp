@@ -37,8 +37,39 @@ QImage decodeIcon(QByteArrayView bytes, qint64 memory)
     return ProgramIcons(std::move(buffer)).icon(0, ProgramIcons::usualSize, memory);
 }
 
-QImage decodeCompressed(QByteArrayView bytes, const char *format, qint64 memory)
+} // namespace
+
+namespace Picture {
+
+std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
 {
+    const auto found = [](const QImage &image) {
+        return image.isNull() ? std::nullopt : std::optional(image);
+    };
+    QImage image;
+    if (bytes.startsWith("BM"))
+        image = decodeBitmap(bytes, memoryLeft);
+    else if (bytes.startsWith("GIF8"))
+        return found(decodeAs("gif", bytes, memoryLeft));
+    else if (bytes.startsWith("\xFF\xD8\xFF"))
+        return found(decodeAs("jpeg", bytes, memoryLeft));
+    else if (bytes.startsWith(QByteArrayView("\0\0", 2)))
+        image = decodeIcon(bytes, memoryLeft);
+    if (image.isNull() || image.sizeInBytes() > memoryLeft)
+        return std::nullopt;
+    memoryLeft -= image.sizeInBytes();
+    return image;
+}
+
+QImage decodeAs(const char *format, QByteArrayView bytes, qint64 &memoryLeft)
+{
+    // The toolkit complains on the console of other bytes.
+    const QByteArrayView name(format);
+    const bool starts = name == "jpeg" ? bytes.startsWith("\xFF\xD8\xFF")
+        : name == "png"                ? bytes.startsWith("\x89PNG\r\n\x1a\n")
+                                       : bytes.startsWith("GIF8");
+    if (!starts)
+        return {};
     QByteArray raw = QByteArray::fromRawData(bytes.data(), bytes.size());
     QBuffer buffer(&raw);
     buffer.open(QIODevice::ReadOnly);
@@ -46,28 +77,9 @@ QImage decodeCompressed(QByteArrayView bytes, const char *format, qint64 memory)
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     QImage image;
-    if (size.isEmpty() || qint64(size.width()) * size.height() * 4 > memory || !reader.read(&image))
+    if (size.isEmpty() || qint64(size.width()) * size.height() * 4 > memoryLeft
+        || !reader.read(&image))
         return {};
-    return image;
-}
-
-} // namespace
-
-namespace Picture {
-
-std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
-{
-    QImage image;
-    if (bytes.startsWith("BM"))
-        image = decodeBitmap(bytes, memoryLeft);
-    else if (bytes.startsWith("GIF8"))
-        image = decodeCompressed(bytes, "gif", memoryLeft);
-    else if (bytes.startsWith("\xFF\xD8\xFF"))
-        image = decodeCompressed(bytes, "jpeg", memoryLeft);
-    else if (bytes.startsWith(QByteArrayView("\0\0", 2)))
-        image = decodeIcon(bytes, memoryLeft);
-    if (image.isNull() || image.sizeInBytes() > memoryLeft)
-        return std::nullopt;
     memoryLeft -= image.sizeInBytes();
     return image;
 }

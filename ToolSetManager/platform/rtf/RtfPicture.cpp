@@ -1,14 +1,13 @@
 #include "platform/rtf/RtfPicture.h"
 
+#include "platform/picture/Picture.h"
 #include "platform/rtf/DibMetafile.h"
 #include "platform/rtf/RtfGroup.h"
 #include "platform/rtf/RtfHex.h"
 #include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfStyle.h"
 
-#include <QBuffer>
 #include <QCryptographicHash>
-#include <QImageReader>
 #include <QPainter>
 #include <QTextDocument>
 #include <QUrl>
@@ -22,21 +21,6 @@ constexpr double metafileUnit = 1440 / 2540.0; // twips in a hundredth of a mill
 constexpr int largestExtent = 1 << 20; // of \picw and \pich
 constexpr int maximumDecodedSide = 2000;
 constexpr int decodedPerShown = 2; // metafiles are played finer than shown, for large scales
-
-QImage decodeFile(const QByteArray &data, const char *format, qint64 &memoryLeft)
-{
-    QByteArray bytes = data;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, format);
-    const QSize size = reader.size();
-    const qint64 needed = qint64(size.width()) * size.height() * 4;
-    if (size.isEmpty() || needed > memoryLeft)
-        return {};
-    QImage image = reader.read();
-    memoryLeft -= image.sizeInBytes();
-    return image;
-}
 
 /// What stands for a picture that nothing here can show. Stretched to the picture's size.
 QImage frameImage()
@@ -144,9 +128,9 @@ QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) 
     case Bitmap:
         return DibMetafile::decodeBitmap(data, memoryLeft);
     case Png:
-        return decodeFile(data, "png", memoryLeft);
+        return Picture::decodeAs("png", data, memoryLeft);
     case Jpeg:
-        return decodeFile(data, "jpeg", memoryLeft);
+        return Picture::decodeAs("jpeg", data, memoryLeft);
     case EnhancedMetafile:
         return DibMetafile::decodeEnhanced(data, memoryLeft);
     case Metafile: {
