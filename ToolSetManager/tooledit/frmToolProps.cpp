@@ -1,5 +1,6 @@
 #include "tooledit/frmToolProps.h"
 
+#include "model/BmtFormat.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
@@ -101,6 +102,7 @@ QWidget *frmToolProps::generalPage()
     const auto line = [&](const QString &name) {
         auto *edit = new QLineEdit(page);
         edit->setObjectName(name);
+        edit->setMaxLength(BmtFormat::longestString); // or a longer one would be cut on opening
         connect(edit, &QLineEdit::textChanged, this, [this] { setDirty(true); });
         return edit;
     };

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void cleanup();
     void showsTheTool();
     void applies();
+    void longTexts();
     void signalsInOrder();
     void nameMadeUnique();
     void everyControlMakesItDirty_data();
@@ -184,6 +185,18 @@ void frmToolProps_test::applies()
     QVERIFY(m_tool->HelpString.startsWith(QStringLiteral("{\\rtf1")));
     QVERIFY(m_tool->HelpString.contains(QStringLiteral("More help of Alpha")));
     QCOMPARE(m_tool->Picture, filled(red));
+}
+
+/// As long as a file can hold them.
+void frmToolProps_test::longTexts()
+{
+    const QString text(65535, u'x');
+    m_tool->Description = m_tool->CommandLine = text;
+    m_tool->setLocation(text);
+    m_dialog->setTool(m_tool);
+    press("cmdOK");
+    QVERIFY(m_tool->Description == text && m_tool->CommandLine == text);
+    QVERIFY(m_tool->Location() == text);
 }
 
 void frmToolProps_test::signalsInOrder()
