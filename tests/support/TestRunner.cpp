@@ -1,6 +1,7 @@
 #include "support/TestRunner.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -33,6 +34,43 @@ void isolate(const QTemporaryDir &home)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+QtMessageHandler &testHandler()
+{
+    static QtMessageHandler handler = nullptr;
+    return handler;
+}
+
+/// A warning that no test has announced (QTest::ignoreMessage) fails the test in which it is
+/// printed.
+void failOnWarnings(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    // The offscreen platform has no window manager and tells so; a desktop has one.
+    static const QRegularExpression told(
+        QStringLiteral("^(?!This plugin does not support (propagateSizeHints|raise|grabbing))"));
+    if (type == QtWarningMsg)
+        QTest::failOnWarning(told); // Qt forgets it at the end of each function
+    else if (type == QtCriticalMsg)
+        QTest::qFail(qPrintable(text), __FILE__, __LINE__);
+    testHandler()(type, context, text);
+}
+
+int runTests(QObject &test, const QStringList &arguments)
+{
+    std::vector<QByteArray> texts;
+    std::vector<char *> pointers;
+    for (const QString &argument : arguments)
+        texts.push_back(argument.toLocal8Bit());
+    for (QByteArray &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    QTest::qInit(&test, static_cast<int>(texts.size()), pointers.data());
+    testHandler() = qInstallMessageHandler(failOnWarnings);
+    const int failures = QTest::qRun();
+    qInstallMessageHandler(testHandler());
+    QTest::qCleanup();
+    return failures;
+}
+
 } // namespace
 
 TestRegistration::TestRegistration(const char *className, Maker maker)
@@ -56,7 +94,7 @@ int main(int argc, char *argv[])
         if (!only.isEmpty() && only != QLatin1StringView(entry.className))
             continue;
         const std::unique_ptr<QObject> test(entry.maker());
-        failures += QTest::qExec(test.get(), arguments);
+        failures += runTests(*test, arguments);
         ++run;
     }
     if (run == 0) {
