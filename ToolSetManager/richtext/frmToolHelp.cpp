@@ -22,7 +22,7 @@ frmToolHelp::frmToolHelp(QWidget *parent)
     rtf->setObjectName(QStringLiteral("rtf"));
     rtf->setAccessibleName(QStringLiteral("Help text"));
     rtf->setReadOnly(true);
-    rtf->setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
+    rtf->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFocusProxy(rtf);
     resize(400, 300);
     Form_Load();

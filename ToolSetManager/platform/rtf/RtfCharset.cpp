@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QStringDecoder>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -63,6 +64,19 @@ constexpr char16_t symbolFont[] = {0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x002
     0, 0x232A, 0x222B, 0x2320, 0x23AE, 0x2321, 0x239E, 0x239F, //
     0x23A0, 0x23A4, 0x23A5, 0x23A6, 0x23AB, 0x23AC, 0x23AD, 0};
 
+/// What texts take from the font "Wingdings": bullets, marks, arrows, hands and numbers in circles.
+/// Its other characters are not in the basic plane, or in no font.
+constexpr std::pair<uchar, char16_t> wingdings[] = {{0x22, 0x2702}, {0x28, 0x260E}, {0x2A, 0x2709},
+    {0x3F, 0x270D}, {0x41, 0x270C}, {0x45, 0x261C}, {0x46, 0x261E}, {0x47, 0x261D}, {0x48, 0x261F},
+    {0x4A, 0x263A}, {0x4C, 0x2639}, {0x4E, 0x2620}, {0x52, 0x263C}, {0x54, 0x2744}, {0x6C, 0x25CF},
+    {0x6E, 0x25A0}, {0x6F, 0x25A1}, {0x71, 0x2751}, {0x72, 0x2752}, {0x75, 0x25C6}, {0x76, 0x2756},
+    {0x80, 0x24EA}, {0x81, 0x2460}, {0x82, 0x2461}, {0x83, 0x2462}, {0x84, 0x2463}, {0x85, 0x2464},
+    {0x86, 0x2465}, {0x87, 0x2466}, {0x88, 0x2467}, {0x89, 0x2468}, {0x8A, 0x2469}, {0x8C, 0x2776},
+    {0x8D, 0x2777}, {0x8E, 0x2778}, {0x8F, 0x2779}, {0x90, 0x277A}, {0x91, 0x277B}, {0x92, 0x277C},
+    {0x93, 0x277D}, {0x94, 0x277E}, {0x95, 0x277F}, {0x9F, 0x2022}, {0xA7, 0x25AA}, {0xA8, 0x25FB},
+    {0xAB, 0x2605}, {0xD8, 0x27A2}, {0xE8, 0x2794}, {0xEF, 0x21E6}, {0xF0, 0x21E8}, {0xF1, 0x21E7},
+    {0xF2, 0x21E9}, {0xFB, 0x2718}, {0xFC, 0x2714}, {0xFD, 0x2612}, {0xFE, 0x2611}};
+
 constexpr char16_t symbolBase = 0xF000;
 
 /// Which characters a single-byte character set has.
@@ -103,10 +117,11 @@ const std::vector<Encoder> &encoders()
     return all;
 }
 
-const Encoder &symbolFontEncoder()
+const Encoder &symbolEncoder(int fontPage)
 {
-    static const Encoder encoder(RtfCharset::symbolCharset, RtfCharset(RtfCharset::symbolFontPage));
-    return encoder;
+    static const Encoder symbol(RtfCharset::symbolCharset, RtfCharset(RtfCharset::symbolFontPage));
+    static const Encoder dings(RtfCharset::symbolCharset, RtfCharset(RtfCharset::wingdingsPage));
+    return fontPage == RtfCharset::wingdingsPage ? dings : symbol;
 }
 
 } // namespace
@@ -114,7 +129,7 @@ const Encoder &symbolFontEncoder()
 RtfCharset::RtfCharset(int codePage)
     : m_codePage(codePage)
 {
-    if (codePage == symbolPage || codePage == symbolFontPage) {
+    if (codePage == symbolPage || codePage == symbolFontPage || codePage == wingdingsPage) {
         m_asciiBased = false;
         fillSymbols();
         return;
@@ -156,6 +171,10 @@ void RtfCharset::fillSymbols()
             character = static_cast<char16_t>(symbolBase + byte);
         m_table[static_cast<size_t>(byte)] = character;
     }
+    if (m_codePage == wingdingsPage) {
+        for (const auto &[byte, character] : wingdings)
+            m_table[byte] = character;
+    }
 }
 
 QString RtfCharset::decode(QByteArrayView bytes) const
@@ -171,15 +190,19 @@ QString RtfCharset::decode(QByteArrayView bytes) const
     return text;
 }
 
-bool RtfCharset::isSymbolFont(const QString &family)
+int RtfCharset::fontPage(const QString &family)
 {
-    return family.compare(QLatin1StringView("Symbol"), Qt::CaseInsensitive) == 0;
+    if (family.compare(QLatin1StringView("Symbol"), Qt::CaseInsensitive) == 0)
+        return symbolFontPage;
+    if (family.compare(QLatin1StringView("Wingdings"), Qt::CaseInsensitive) == 0)
+        return wingdingsPage;
+    return 0;
 }
 
 int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)
 {
     if (charset == symbolCharset)
-        return isSymbolFont(family) ? symbolFontPage : symbolPage;
+        return isSymbolFont(family) ? fontPage(family) : symbolPage;
     for (const CharsetRow &row : charsets) {
         if (row.charset == charset)
             return row.codePage;
@@ -190,8 +213,8 @@ int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)
 std::optional<RtfCharset::Encoded> RtfCharset::encode(
     char16_t character, const QString &family, int charset)
 {
-    if (isSymbolFont(family)) {
-        if (const auto byte = symbolFontEncoder().byteOf(character))
+    if (const int page = fontPage(family)) {
+        if (const auto byte = symbolEncoder(page).byteOf(character))
             return Encoded {symbolCharset, *byte};
     } else if (character >= symbolBase + 0x20 && character <= symbolBase + 0xFF) {
         return Encoded {symbolCharset, static_cast<char>(character - symbolBase)};

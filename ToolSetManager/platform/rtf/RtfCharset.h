@@ -14,6 +14,7 @@ public:
     // Code pages that are none of Windows' numbered ones.
     static constexpr int symbolPage = 42; ///< Any symbol font: private-use characters U+F020 on.
     static constexpr int symbolFontPage = -42; ///< The font named "Symbol": Greek and mathematics.
+    static constexpr int wingdingsPage = -43; ///< The font of that name, as far as Unicode has it.
 
     // Numbers of \fcharset.
     static constexpr int ansiCharset = 0;
@@ -31,8 +32,10 @@ public:
     char16_t character(char byte) const { return m_table[static_cast<unsigned char>(byte)]; }
     QString decode(QByteArrayView bytes) const;
 
-    /// True for the font "Symbol", whose characters have codes of their own in Unicode.
-    static bool isSymbolFont(const QString &family);
+    /// The page of a symbol font whose characters have codes of their own in Unicode; 0 for other
+    /// fonts.
+    static int fontPage(const QString &family);
+    static bool isSymbolFont(const QString &family) { return fontPage(family) != 0; }
     /// The code page of a font with that \fcharset number; \a documentPage for the number 1 and
     /// unknown ones.
     static int codePageOf(int charset, const QString &family, int documentPage);

@@ -165,7 +165,7 @@ void RtfParser::byte(char byte)
     if (page.isMultiByte())
         m_pending.append(byte);
     else
-        character(page.character(byte));
+        character(byte == '\t' ? u'\t' : page.character(byte));
 }
 
 void RtfParser::symbol(char symbol)
@@ -217,11 +217,11 @@ void RtfParser::unicode(int number)
         appendToLine(QChar::highSurrogate(code));
         character(QChar::lowSurrogate(code));
     } else if (number > 0 && number <= 0xFFFF) {
-        // The font "Symbol" is also written with its bytes in the range for private use.
+        // Symbol fonts are also written with its bytes in the range for private use.
         const RtfFont *font = currentFont();
         if ((number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20 && font
             && RtfCharset::isSymbolFont(font->family)) {
-            const RtfCharset symbols(RtfCharset::symbolFontPage);
+            const RtfCharset symbols(RtfCharset::fontPage(font->family));
             character(symbols.character(static_cast<char>(number & 0xFF)));
         } else {
             character(static_cast<char16_t>(number));

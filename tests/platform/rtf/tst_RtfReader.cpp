@@ -1,11 +1,14 @@
 #include "platform/rtf/RtfDump.h"
 #include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfWriter.h"
 #include "support/TestRunner.h"
 
 #include <QFont>
+#include <QPainter>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QUrl>
 
 namespace {
 
@@ -51,6 +54,7 @@ private Q_SLOTS:
     void depth();
     void hugeNumbers();
     void untouchedSettings();
+    void fetchesNothing();
 };
 
 void RtfReader_test::body_data()
@@ -105,7 +109,8 @@ void RtfReader_test::body_data()
     row("Symbol font", "{\\f2 abG\\'b7}c", u"{f=Symbol:αβΓ•}c"_qs);
     row("Symbol font in Unicode's private range", "{\\f2 \\u-3999?\\u61538?\\u913?}",
         u"{f=Symbol:αβΑ}"_qs);
-    row("other symbol fonts", "{\\f5 J}", u"{f=Wingdings:\uF04A}"_qs);
+    row("Wingdings, as far as Unicode has it", "{\\f5 J\\'fc!\\u-3844?}",
+        u"{f=Wingdings:\u263A\u2714\uF021\u2714}"_qs);
     row("Unicode with a fallback byte", "\\u8364?a\\u8364\\'80b\\u246 o", u"€a€bö"_qs);
     row("Unicode without fallback", "\\uc0\\u8364 a\\u8364b", u"€a€b"_qs);
     row("Unicode with two bytes", "\\uc2\\u26085\\'93\\'fa\\u26412ab!", u"日本!"_qs);
@@ -191,6 +196,7 @@ void RtfReader_test::wholeText_data()
     row("plain text in the default code page", "\xe4", u"ä"_qs);
     row("nothing", "", QString(u""_qs));
     row("only the beginning", "{\\rtf", u""_qs);
+    row("a tab spelled as a byte", "{\\rtf1 a\\'09b}", u"a→b"_qs);
     row("no tables", "{\\rtf1 a\\f1 b\\cf1 c}", u"abc"_qs);
     row("the document's code page", "{\\rtf1\\ansi\\ansicpg1251 \\'cf}", u"П"_qs);
     row("the code page of a Macintosh", "{\\rtf1\\mac \\'8a}", u"ä"_qs);
@@ -309,6 +315,43 @@ void RtfReader_test::untouchedSettings()
     QVERIFY(!document.isUndoAvailable());
     QVERIFY(!document.isModified());
     QCOMPARE(document.toPlainText(), u"after"_qs);
+}
+
+/// Whatever a text names, reading, showing and writing it asks for no file and no address.
+void RtfReader_test::fetchesNothing()
+{
+    class Watched : public QTextDocument
+    {
+    public:
+        QStringList asked;
+
+    protected:
+        QVariant loadResource(int, const QUrl &name) override
+        {
+            asked.append(name.toString());
+            return {};
+        }
+    };
+    Watched document;
+    RtfReader().read(
+        "{\\rtf1{\\*\\template http://example.invalid/t.dot}{\\*\\datastore 00}"
+        "{\\field{\\*\\fldinst INCLUDEPICTURE \"file:///etc/passwd\" \\\\d}{\\fldrslt shown}}"
+        "{\\field{\\fldinst{HYPERLINK \"http://example.invalid/\"}}{\\fldrslt link}}"
+        "{\\field{\\*\\fldinst DDEAUTO c:\\\\\\\\cmd.exe \"/c calc\"}{\\fldrslt dde}}"
+        "{\\object\\objautlink\\objupdate{\\*\\objclass Package}{\\*\\objdata 0105}{\\result obj}}"
+        "{\\*\\filetbl{\\file\\fid0 \\\\\\\\host\\\\share\\\\x;}}{\\subdocument0}"
+        "{\\pict\\pngblip file:///etc/passwd}<img src='file:///etc/passwd'>}",
+        document);
+    QCOMPARE(document.toPlainText(), u"shownlinkddeobj\uFFFC<img src='file:///etc/passwd'>"_qs);
+    document.size(); // lays it out
+    QImage image(200, 200, QImage::Format_RGB32);
+    QPainter painter(&image);
+    document.drawContents(&painter);
+    painter.end();
+    const QByteArray written = RtfWriter::write(document);
+    QCOMPARE(document.asked, QStringList());
+    for (const char *name : {"http", "HYPERLINK", "cmd.exe"})
+        QVERIFY2(!written.contains(name), name);
 }
 
 TSM_TEST(RtfReader_test);

@@ -157,7 +157,7 @@ void RtfWriter_test::roundTrip_data()
     QTest::newRow("characters") << QByteArray(
         "\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
         "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
-    QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abc\\'b7");
+    QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc");
     QTest::newRow("table") << QByteArray("\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
     QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
     QTest::newRow("blanks at edges") << QByteArray(" a \\par  b\\b  c \\b0  ");
