@@ -4,6 +4,7 @@ the accessibility tree, works it with mouse and keys, closes it twice."""
 import os
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import time
@@ -48,15 +49,20 @@ def finish():
     for process in started:
         if process.poll() is None:
             process.kill()
+            process.wait()
+    errors.seek(0)
+    printed = errors.read().strip()
+    check(not printed, "no program printed a warning" + (": " + printed if printed else ""))
     print("%d checks failed" % failures if failures else "all checks passed")
     sys.exit(1 if failures else 0)
 
 
 started = []
+errors = open(os.path.join(HOME, "errors"), "w+")
 
 
 def start(*arguments):
-    process = subprocess.Popen([PROGRAM, *arguments], cwd=HOME)
+    process = subprocess.Popen([PROGRAM, *arguments], cwd=HOME, stderr=errors)
     started.append(process)
     return process
 
@@ -267,6 +273,37 @@ key("Down", "Down", "Return")
 until(lambda: len(rows()) == 13, "a recent file is opened with its real spelling")
 third.send_signal(signal.SIGKILL)
 third.wait()
+
+# --- A set by a foreign hand ---
+marker, trap, foreign = (os.path.join(HOME, name) for name in ("marker", "trap.exe", "foreign.bmt"))
+with open(trap, "w") as script:
+    script.write("#!/bin/sh\ntouch '%s'\n" % marker)
+os.chmod(trap, 0o755)
+
+
+def counted(text):
+    return struct.pack("<H", len(text)) + text.encode("latin-1")
+
+
+hostile = "<img src='file://%s'>$(%s)`%s`" % (trap, trap, trap)
+rtf = ("{\\rtf1{\\field{\\*\\fldinst INCLUDEPICTURE \"%s\"}{\\fldrslt x}}"
+       "{\\object\\objautlink\\objupdate{\\*\\objdata %s}{\\result y}}}" % (trap, trap.encode().hex()))
+with open(foreign, "wb") as file:
+    file.write(struct.pack("<hhh", 2, 140, 0) + counted(rtf) + counted(hostile)
+               + counted(hostile) + counted(trap) + counted("") + counted(trap)
+               + struct.pack("<hhi", 1, -1, -1) + counted(hostile) + counted(rtf)
+               + struct.pack("<hhh", -1, 0, 0) + counted(trap) + counted("") + struct.pack("<H", 0))
+fourth = start(foreign)
+until(lambda: [row for row in rows() if row[0] == hostile], "a name that looks like HTML is text")
+key("Home", "alt+Return")
+until(lambda: [n for n in walk(application()) if n.name == "VB Quillon Tool Properties"],
+      "its tool is shown")
+key("Escape")
+check(not os.path.exists(marker), "and nothing of it was run")
+fourth.kill()
+fourth.wait()
+
+# --- After a crash ---
 opener = subprocess.run([OPENER, one], cwd="/", timeout=30)
 check(opener.returncode == 0, "after a crash the opener starts the program")
 until(lambda: len(rows()) == 14, "and has the file opened")
