@@ -3,7 +3,6 @@
 #include "support/TestRunner.h"
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QTest>
 #include <QtEndian>
 
@@ -264,6 +263,10 @@ void ProgramIcons_test::choice()
         QCOMPARE(image.size(), size);
         QCOMPARE(colourOf(image), colour);
     }
+    // A thousand icons may share a directory of 65,535 frames: only the first are looked at.
+    std::vector<Frame> all(256, plain(8, white));
+    all.push_back(plain(32, red));
+    QCOMPARE(colourOf(iconsIn(ProgramFile::ico(all)).icon(0)), white);
 }
 
 void ProgramIcons_test::nextBestWhenDamaged()
@@ -383,11 +386,7 @@ void ProgramIcons_test::lies_data()
 void ProgramIcons_test::lies()
 {
     QFETCH(QByteArray, file);
-    QElapsedTimer timer;
-    timer.start();
-    const ProgramIcons icons = iconsIn(file);
-    QVERIFY(icons.icon(0).isNull());
-    QVERIFY(timer.elapsed() < 200);
+    QVERIFY(iconsIn(file).icon(0).isNull());
 }
 
 void ProgramIcons_test::notAFile()
