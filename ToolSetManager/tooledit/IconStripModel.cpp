@@ -32,7 +32,7 @@ QImage IconStripModel::icon(int row) const
         return {};
     if (const QImage *read = m_read.object(row))
         return *read;
-    const QImage image = m_icons->icon(row);
+    QImage image = m_icons->icon(row);
     m_read.insert(row, new QImage(image));
     return image;
 }

@@ -11,11 +11,11 @@ constexpr std::array<signed char, 256> makeDigits()
 {
     std::array<signed char, 256> digits {};
     digits.fill(-1);
-    for (int i = 0; i < 10; ++i)
-        digits[static_cast<size_t>('0' + i)] = static_cast<signed char>(i);
-    for (int i = 0; i < 6; ++i) {
-        digits[static_cast<size_t>('a' + i)] = static_cast<signed char>(10 + i);
-        digits[static_cast<size_t>('A' + i)] = static_cast<signed char>(10 + i);
+    for (std::size_t i = 0; i < 10; ++i)
+        digits['0' + i] = static_cast<signed char>(i);
+    for (std::size_t i = 0; i < 6; ++i) {
+        digits['a' + i] = static_cast<signed char>(10 + i);
+        digits['A' + i] = static_cast<signed char>(10 + i);
     }
     return digits;
 }

@@ -138,7 +138,7 @@ QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) 
                                  .boundedTo({maximumDecodedSide, maximumDecodedSide});
         const qint64 needed = qint64(pixels.width()) * pixels.height() * 4;
         if (metafiles && !pixels.isEmpty() && needed <= memoryLeft) {
-            const QImage image = metafiles(data, goal, pixels);
+            QImage image = metafiles(data, goal, pixels);
             memoryLeft -= image.sizeInBytes();
             if (!image.isNull())
                 return image;
@@ -193,7 +193,7 @@ QString RtfPicture::frameName()
 
 QString RtfPicture::addResource(QTextDocument &document, const QString &name, const QImage &image)
 {
-    const QString used = image.isNull() ? frameName() : name;
+    QString used = image.isNull() ? frameName() : name;
     document.addResource(
         QTextDocument::ImageResource, QUrl(used), image.isNull() ? frameImage() : image);
     return used;
