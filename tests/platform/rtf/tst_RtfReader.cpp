@@ -300,6 +300,7 @@ void RtfReader_test::hugeNumbers()
         }
     }
     QCOMPARE(dumpOfBody("\\fs99999 a"), u"{fs3276:a}"_qs);
+    QCOMPARE(dumpOfBody("\\fs0 a\\fs1 b"), u"{fs1:ab}"_qs);
     QCOMPARE(dumpOfBody("\\li-99999999999 a"), u"<li-31680>a"_qs);
     QCOMPARE(dumpOfBody("{\\pict\\wmetafile8\\picwgoal99999999\\pichgoal1\\picscalex900 00}"),
         u"[wmf 31680x1, 1]"_qs);

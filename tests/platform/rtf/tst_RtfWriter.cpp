@@ -74,6 +74,7 @@ private Q_SLOTS:
     void pictures();
     void pictureFromAnImage_data();
     void pictureFromAnImage();
+    void metafileBytes();
     void olderPicture();
     void pictureMemory();
     void foreignFormats();
@@ -306,6 +307,24 @@ void RtfWriter_test::pictureFromAnImage()
     QCOMPARE(decoded.convertToFormat(QImage::Format_RGB32), image);
     qint64 little = 10;
     QVERIFY(picture.decode({}, little).isNull());
+}
+
+/// Spelled by hand: a reader of our own would pass over a wrong size.
+void RtfWriter_test::metafileBytes()
+{
+    QImage pixel(1, 1, QImage::Format_RGB32);
+    pixel.fill(Qt::red);
+    QCOMPARE(RtfPicture::fromImage(pixel).data.toHex(' '),
+        QByteArray::fromHex("0100 0900 0003 44000000 0000 26000000 0000"
+                            "04000000 0301 0800"
+                            "05000000 0b02 0000 0000"
+                            "05000000 0c02 0100 0100"
+                            "04000000 0701 0300"
+                            "26000000 430f 2000cc00 0000 0100 0100 0000 0000 0100 0100 0000 0000"
+                            "28000000 01000000 01000000 0100 0400 00000000 04000000"
+                            "00000000 00000000 01000000 00000000 0000ff00 00000000"
+                            "03000000 0000")
+            .toHex(' '));
 }
 
 /// Readers that do not know the newer form find a metafile behind it.
