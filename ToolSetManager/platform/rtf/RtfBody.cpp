@@ -367,7 +367,11 @@ QByteArray RtfBody::take()
     if (m_fontList.isEmpty())
         fontNumber(m_standard.family(), RtfCharset::ansiCharset);
     RtfOutput head;
-    head.raw("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl");
+    head.raw("{\\rtf1\\ansi\\ansicpg1252\\deff0");
+    const int defaultTab = RtfParagraphStyle::defaultTab(m_document);
+    if (defaultTab != RtfParagraphStyle::usualTab)
+        head.word("deftab", defaultTab);
+    head.raw("{\\fonttbl");
     for (qsizetype i = 0; i < m_fontList.size(); ++i) {
         const auto &[family, charset] = m_fontList.at(i);
         head.raw("{");

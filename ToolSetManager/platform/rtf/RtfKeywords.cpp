@@ -121,6 +121,7 @@ constexpr Row rows[] = {
     {"pc", W::CodePage, 437},
     {"pca", W::CodePage, 850},
     {"deff", W::DefaultFont},
+    {"deftab", W::DefaultTab},
 
     {"fonttbl", W::FontTable},
     {"colortbl", W::ColourTable},

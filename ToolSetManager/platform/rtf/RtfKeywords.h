@@ -53,6 +53,7 @@ enum class RtfWord : unsigned char {
     Ansi,
     AnsiCodePage,
     CodePage, ///< The document's, `value` is its number.
+    DefaultTab,
     DefaultFont,
     // Groups
     FontTable,

@@ -407,6 +407,10 @@ void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
     case RtfWord::CodePage:
         m_documentPage = keyword.value;
         break;
+    case RtfWord::DefaultTab:
+        if (const int twips = RtfParagraphStyle::bounded(token.parameter); twips > 0)
+            RtfParagraphStyle::setDefaultTab(m_document, twips);
+        break;
     case RtfWord::DefaultFont:
         m_defaultFont = token.parameter;
         break;

@@ -5,11 +5,8 @@
 
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextOption>
 
 namespace {
-
-constexpr double defaultTabPixels = 48; // 720 twips
 
 /// Plain text has no characters of layout but tabs and line ends.
 QString cleaned(const QString &plain)
@@ -37,9 +34,7 @@ public:
     {
         document.setUndoRedoEnabled(false);
         document.clear();
-        QTextOption option = document.defaultTextOption();
-        option.setTabStopDistance(defaultTabPixels);
-        document.setDefaultTextOption(option);
+        RtfParagraphStyle::setDefaultTab(document, RtfParagraphStyle::usualTab);
     }
     ~Filling()
     {

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QPoint>
+#include <QTextDocument>
 #include <QTextOption>
 
 #include <cmath>
@@ -189,6 +190,18 @@ bool RtfCharStyle::isHidden(const QTextCharFormat &format)
 }
 
 // --- Paragraphs ---
+
+int RtfParagraphStyle::defaultTab(const QTextDocument &document)
+{
+    return toTwips(document.defaultTextOption().tabStopDistance());
+}
+
+void RtfParagraphStyle::setDefaultTab(QTextDocument &document, int twips)
+{
+    QTextOption option = document.defaultTextOption();
+    option.setTabStopDistance(twips / twipsPerPixel);
+    document.setDefaultTextOption(option);
+}
 
 QTextBlockFormat RtfParagraphStyle::toFormat() const
 {

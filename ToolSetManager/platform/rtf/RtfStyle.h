@@ -10,6 +10,7 @@
 #include <optional>
 
 class QFont;
+class QTextDocument;
 
 /// Looks of a run of text, as rich text knows them, and their form in a QTextDocument. What
 /// QTextCharFormat has no property for rides in user properties of the format.
@@ -73,6 +74,11 @@ struct RtfParagraphStyle
     static constexpr int maximumLength = 31680; ///< Either way; 22 inches.
     static constexpr qsizetype maximumTabs = 64;
     static int bounded(int twips) { return qBound(-maximumLength, twips, maximumLength); }
+
+    /// Distance of the stops behind the last one of a paragraph, which all of a document share.
+    static constexpr int usualTab = 720;
+    static int defaultTab(const QTextDocument &document);
+    static void setDefaultTab(QTextDocument &document, int twips);
 
     Alignment alignment = Left;
     bool bullet = false;

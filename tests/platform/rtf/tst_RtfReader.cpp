@@ -311,7 +311,10 @@ void RtfReader_test::untouchedSettings()
     QTextDocument document;
     document.setUndoRedoEnabled(true);
     document.setPlainText(u"before"_qs);
-    RtfReader().read("{\\rtf1 after}", document);
+    RtfReader().read("{\\rtf1\\deftab300 after}", document);
+    QCOMPARE(document.defaultTextOption().tabStopDistance(), 20.0);
+    RtfReader().read("{\\rtf1\\deftab0 after}", document);
+    QCOMPARE(document.defaultTextOption().tabStopDistance(), 48.0);
     QVERIFY(document.isUndoRedoEnabled());
     QVERIFY(!document.isUndoAvailable());
     QVERIFY(!document.isModified());

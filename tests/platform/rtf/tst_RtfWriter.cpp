@@ -158,6 +158,7 @@ void RtfWriter_test::roundTrip_data()
     QTest::newRow("characters") << QByteArray(
         "\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
         "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
+    QTest::newRow("default tab stops") << QByteArray("\\deftab300 a\\tab b");
     QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc");
     QTest::newRow("table") << QByteArray("\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
     QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
@@ -178,6 +179,7 @@ void RtfWriter_test::roundTrip()
     QTextDocument second;
     readInto(second, written);
     QCOMPARE(rtfDump(second), rtfDump(first));
+    QCOMPARE(RtfParagraphStyle::defaultTab(second), RtfParagraphStyle::defaultTab(first));
     // Not only what the dump shows.
     QTextBlock b = second.begin();
     for (QTextBlock a = first.begin(); a.isValid(); a = a.next(), b = b.next()) {
