@@ -20,7 +20,7 @@ namespace {
 /// because recent files are opened from other folders than this.
 QString pathFromCommandLine(const QStringList &arguments)
 {
-    const QString path = arguments.mid(1).join(u' ');
+    QString path = arguments.mid(1).join(u' ');
     const QFileInfo file(path);
     if (!path.trimmed().isEmpty() && file.isRelative() && file.exists())
         return QDir::toNativeSeparators(file.absoluteFilePath());

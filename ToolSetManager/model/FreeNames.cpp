@@ -16,7 +16,7 @@ QString FreeNames::nameFor(const QString &name, const Taken &taken)
         if (number > std::numeric_limits<qint16>::max())
             throw VbError(
                 VbError::Overflow, QStringLiteral("CVBATools"), QStringLiteral("Overflow"));
-        const QString candidate = base + u'(' + QString::number(number) + u')';
+        QString candidate = base + u'(' + QString::number(number) + u')';
         if (!taken(candidate)) {
             m_lowest.insert(folded, number);
             return candidate;

@@ -33,7 +33,7 @@ QImage IconStripModel::icon(int row) const
     if (const QImage *read = m_read.object(row))
         return *read;
     QImage image = m_icons->icon(row);
-    m_read.insert(row, new QImage(image));
+    m_read.insert(row, new QImage(image), 1 + image.sizeInBytes() / 1024);
     return image;
 }
 

@@ -28,5 +28,5 @@ public:
 private:
     std::unique_ptr<ProgramIcons> m_icons;
     int m_count = 0;
-    mutable QCache<int, QImage> m_read {500};
+    mutable QCache<int, QImage> m_read {32 << 10}; ///< KiB; an icon mostly takes four.
 };

@@ -219,7 +219,8 @@ void Picture_test::memoryBudget_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<qint64>("memory");
     QTest::addColumn<bool>("enough");
-    const QImage large(1000, 1000, QImage::Format_Mono);
+    QImage large(1000, 1000, QImage::Format_Mono);
+    large.fill(0);
     QTest::newRow("just enough") << bitmap32(false) << qint64(9 * 5 * 4) << true;
     QTest::newRow("one byte short") << bitmap32(false) << qint64(9 * 5 * 4 - 1) << false;
     QTest::newRow("an icon") << savedAs(sample(), "ico") << qint64(4096) << true;

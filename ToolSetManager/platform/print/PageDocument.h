@@ -95,9 +95,9 @@ public:
     void setHeaderFont(const QString &family, double points, bool bold); ///< Of both.
 
     // --- Position and font ---
-    int CurrentX() const { return static_cast<int>(m_x + 0.5); }
+    int CurrentX() const { return qRound(m_x); }
     void setCurrentX(int x); ///< Text that is wrapped goes on below this place.
-    int CurrentY() const { return static_cast<int>(m_y + 0.5); }
+    int CurrentY() const { return qRound(m_y); }
     void setCurrentY(int y) { m_y = y; }
     /// Distance of lines from the left margin, for those that begin from now on.
     void setIndentLeft(int indent) { m_indent = indent; }
