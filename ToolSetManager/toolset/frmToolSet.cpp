@@ -75,7 +75,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
-    connectEdits();
+    connectEdits(settings);
     connectMenus();
     Form_Load();
 }
@@ -359,12 +359,12 @@ void frmToolSet::selectGhostedTools()
 
 // --- Edits ---
 
-void frmToolSet::connectEdits()
+void frmToolSet::connectEdits(const Settings &settings)
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
     connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
     connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
-    new FileDrop(*this, m_frame, m_settings, *lvTools, *m_edit, this);
+    new FileDrop(*this, m_frame, settings, *lvTools, *m_edit, this);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);

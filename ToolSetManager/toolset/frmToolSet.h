@@ -101,7 +101,7 @@ private:
     void layOut();
     void showEditMenu(const QPoint &globalPosition);
 
-    void connectEdits();
+    void connectEdits(const Settings &settings);
     /// While a name is edited in place, cut, copy and paste are keystrokes for the edit box.
     bool sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier);
     void addMoveKeys();
