@@ -4,7 +4,6 @@
 
 #include "platform/picture/Picture.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -108,6 +107,12 @@ void Metafile_test::drawing_data()
     QTest::newRow("plain, upwards")
         << plain(window(0, 100, 200, -100) + redRectangle(0, 100, 100, 50)) << QSize(200, 100)
         << QRect(0, 0, 100, 50);
+    QTest::newRow("plain, upwards, with round corners") << plain(window(0, 100, 200, -100)
+        + redRectangle(0, 100, 100, 50).chopped(14) + record(0x61C, words({2, 2, 50, 100, 100, 0})))
+                                                        << QSize(200, 100) << QRect(0, 0, 100, 50);
+    QTest::newRow("of the type for disks")
+        << plain(window(0, 0, 50, 50) + redRectangle(0, 0, 25, 25)).replace(0, 1, "\2")
+        << QSize(50, 50) << QRect(0, 0, 25, 25);
     QTest::newRow("plain, a large window is made smaller")
         << plain(window(0, 0, 10240, 5120) + redRectangle(5120, 0, 10240, 5120)) << QSize(512, 256)
         << QRect(256, 0, 256, 256);
@@ -191,10 +196,7 @@ void Metafile_test::badForThePlayer_data()
 void Metafile_test::badForThePlayer()
 {
     QFETCH(QByteArray, records);
-    QElapsedTimer timer;
-    timer.start();
     QVERIFY(Metafile::render(plain(window(0, 0, 100, 100) + records)).isNull());
-    QVERIFY(timer.elapsed() < 5000);
     QVERIFY(!Metafile::render(plain(window(0, 0, 9, 9) + redRectangle(0, 0, 9, 9))).isNull());
 }
 

@@ -30,11 +30,12 @@ constexpr QRgb white = 0xFFFFFFFF;
 constexpr QRgb black = 0xFF000000;
 const QList<QRgb> fiveColours {red, green, blue, white, black};
 
-QByteArray program(int icons)
+QByteArray program(int icons, int firstColour = 0)
 {
     std::vector<ProgramFile::Icon> all;
     for (int i = 0; i < icons; ++i)
-        all.push_back({{}, quint16(i + 1), {ProgramFile::plain(32, fiveColours[i % 5])}});
+        all.push_back(
+            {{}, quint16(i + 1), {ProgramFile::plain(32, fiveColours[(firstColour + i) % 5])}});
     return ProgramFile::pe(std::move(all));
 }
 
@@ -121,7 +122,7 @@ void frmFileButton_test::init()
         QVERIFY(Files::put(m_folder->filePath(QString::fromLatin1(name)), content));
     };
     put("five.exe", program(5));
-    put("ONE.DLL", program(1));
+    put("ONE.DLL", program(1, 1));
     put("none.exe", program(0));
     put("halves.bmp", bitmap(40, 40, [](int x, int) { return x < 20 ? red : blue; }));
     put("green.dib", bitmap(4, 4, [](int, int) { return green; }));
@@ -180,7 +181,7 @@ void frmFileButton_test::files_data()
     QTest::addColumn<QRgb>("colour");
     QTest::addColumn<bool>("icons");
     QTest::newRow("an executable: its first icon") << QStringLiteral("five.exe") << red << true;
-    QTest::newRow("a library in capitals") << QStringLiteral("ONE.DLL") << red << true;
+    QTest::newRow("a library in capitals") << QStringLiteral("ONE.DLL") << green << true;
     QTest::newRow("an icon file") << QStringLiteral("green.ico") << green << false;
     // These leave the preview as it was.
     QTest::newRow("a program without icons") << QStringLiteral("none.exe") << white << false;
@@ -329,6 +330,7 @@ void frmFileButton_test::strip()
     QCOMPARE(text("txtIcon"), QStringLiteral("4 of 5"));
     choose(QStringLiteral("ONE.DLL"));
     QCOMPARE(strip->model()->rowCount(), 1);
+    QCOMPARE(onlyColour(preview()), green); // none of the former file
     QCOMPARE(text("txtIcon"), QStringLiteral("1 of 1"));
     choose(QStringLiteral("text.txt"));
     QCOMPARE(strip->model()->rowCount(), 0);
@@ -520,6 +522,7 @@ void frmFileButton_test::rememberedFolder()
 /// The captions are drawn, so they can be missing without any control missing.
 void frmFileButton_test::tags()
 {
+    QCOMPARE(m_dialog->windowTitle(), QStringLiteral("VB Quillon - Get Button Image From File"));
     QPixmap grabbed = m_dialog->grab();
     const QImage picture =
         grabbed.toImage().scaled(m_dialog->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

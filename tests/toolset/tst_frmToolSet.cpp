@@ -322,6 +322,7 @@ void frmToolSet_test::saveAs()
         QMessageBox::Yes);
     menusOf(form)->mnuFilex[ToolSetMenus::FileSaveAs]->trigger();
     QCOMPARE(form->Caption(), path("taken.bmt"));
+    QCOMPARE(form->windowTitle(), form->Caption());
     QCOMPARE(form->FileName(), path("taken.bmt"));
     QCOMPARE(inFile(path("taken.bmt")), u"b c a"_qs);
     QCOMPARE(m_frame->files.Items().Item(1), path("taken.bmt").toUpper());

@@ -130,7 +130,7 @@ QImage decodeBitmap(QByteArrayView dib, qint64 &memoryLeft)
     const auto header = Dib::header(dib);
     if (!header || header->decodedBytes() > memoryLeft)
         return {};
-    const QImage image = Dib::decode(dib, *header, header->endOfColours());
+    QImage image = Dib::decode(dib, *header, header->endOfColours());
     memoryLeft -= image.sizeInBytes();
     return image;
 }
@@ -143,7 +143,7 @@ QImage decode(QByteArrayView metafile, qint64 &memoryLeft)
     if (metafile.size() > start)
         MetafileRecords::read(metafile.sliced(start), records); // as far as it goes
     for (const Record &record : records) {
-        const QImage image = decodeBitmap(MetafileRecords::bitmap(record), memoryLeft);
+        QImage image = decodeBitmap(MetafileRecords::bitmap(record), memoryLeft);
         if (!image.isNull())
             return image;
     }
@@ -172,7 +172,7 @@ QImage decodeEnhanced(QByteArrayView metafile, qint64 &memoryLeft)
                 QByteArray bitmap;
                 bitmap.append(record.sliced(header, headerSize));
                 bitmap.append(record.sliced(pixels, pixelsSize));
-                const QImage image = decodeBitmap(bitmap, memoryLeft);
+                QImage image = decodeBitmap(bitmap, memoryLeft);
                 if (!image.isNull())
                     return image;
             }

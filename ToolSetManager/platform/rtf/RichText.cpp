@@ -16,12 +16,12 @@ RtfPicture::MetafileDecoder playMetafile(const std::shared_ptr<qint64> &spent)
 {
     return [spent](QByteArrayView metafile, QSize, QSize pixels) {
         constexpr qint64 patience = 5000; // ms
-        const QImage bitmap = Metafile::soleBitmap(metafile);
+        QImage bitmap = Metafile::soleBitmap(metafile);
         if (!bitmap.isNull() || *spent > patience)
             return bitmap;
         QElapsedTimer timer;
         timer.start();
-        const QImage played = Metafile::render(metafile, pixels);
+        QImage played = Metafile::render(metafile, pixels);
         *spent += timer.elapsed();
         return played;
     };

@@ -18,7 +18,7 @@ constexpr const char *rtfTypes[] = {"text/rtf", "application/rtf", "text/richtex
 QByteArray rtfOf(const QMimeData &data)
 {
     for (const char *type : rtfTypes) {
-        const QByteArray bytes = data.data(QLatin1StringView(type));
+        QByteArray bytes = data.data(QLatin1StringView(type));
         if (RtfReader::isRtf(bytes))
             return bytes;
     }
