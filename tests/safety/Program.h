@@ -26,7 +26,7 @@ public:
         , frame(
               m_state, m_settings, m_store,
               [this](Frame &owner) -> DocumentWindow * {
-                  return new frmToolSet(owner, m_state, m_settings, m_store, storage);
+                  return new frmToolSet(owner, m_state, m_settings, m_store, storage, m_printers);
               },
               QString())
     {
@@ -64,6 +64,7 @@ private:
     SettingsStore m_store;
     Settings m_settings;
     mTSM m_state;
+    Printers m_printers;
 
 public:
     MDI frame;
