@@ -5,6 +5,7 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/PictureBox.h"
+#include "platform/print/Printers.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -64,7 +65,7 @@ private:
     SettingsStore m_store;
     Settings m_settings;
     mTSM m_state;
-    Printers m_printers;
+    Printers m_printers {[] { return QStringList(); }};
 
 public:
     MDI frame;
