@@ -66,6 +66,7 @@ private:
     Printers m_printers {[] { return QStringList(); }};
     Settings m_settings;
     mTSM m_state;
+    Printers m_printers {[] { return QStringList(); }};
 
 public:
     MDI frame;
