@@ -8,10 +8,10 @@ constexpr int refresh = 50; ///< Milliseconds between two paintings of the bar.
 
 } // namespace
 
-BusyProgress::BusyProgress(Frame &frame, const QString &what, int patience)
+BusyProgress::BusyProgress(Frame &frame, const QString &what, int patienceMs)
     : m_frame(frame)
     , m_what(what)
-    , m_next(patience)
+    , m_next(patienceMs)
 {
     m_timer.start();
 }

@@ -16,7 +16,7 @@ public:
     static constexpr int patience = 1000; ///< Milliseconds before the bar comes up.
 
     /// \a what names the work to the user. The frame is borrowed.
-    BusyProgress(Frame &frame, const QString &what, int patience = BusyProgress::patience);
+    BusyProgress(Frame &frame, const QString &what, int patienceMs = patience);
     ~BusyProgress();
     BusyProgress(const BusyProgress &) = delete;
     BusyProgress &operator=(const BusyProgress &) = delete;

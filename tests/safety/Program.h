@@ -63,7 +63,6 @@ public:
 
 private:
     SettingsStore m_store;
-    Printers m_printers {[] { return QStringList(); }};
     Settings m_settings;
     mTSM m_state;
     Printers m_printers {[] { return QStringList(); }};
