@@ -6,6 +6,7 @@
 #include "platform/print/PrintJob.h"
 #include "platform/print/Printers.h"
 #include "platform/rtf/RichText.h"
+#include "platform/rtf/RtfWriter.h"
 #include "printing/ToolsetReport.h"
 #include "support/Ratios.h"
 #include "support/SampleSet.h"
@@ -199,6 +200,13 @@ int main(int argc, char *argv[])
     ratios.compare({"report laid out", layOutReport},
         {"QTextDocument::print of the same text", sameTextIntoPdf});
     ratios.compare({"page flip in the preview", pageFlip}, {"the text's page drawn", drawPage});
+    if (const QString path = qEnvironmentVariable("TSM_BENCH_RTF"); !path.isEmpty()) {
+        // The same text for other programs to print.
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(RtfWriter::write(sameText(1000)));
+        return 0;
+    }
     const int result = ratios.run(argc, argv);
     for (const auto &[what, pages] : pageCounts)
         std::printf("| pages: %s | %d |\n", qPrintable(what), pages);
