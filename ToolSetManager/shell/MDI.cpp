@@ -572,6 +572,12 @@ void MDI::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_painted)
         refreshIcons();
+    if (event->type() == QEvent::WindowIconChange) {
+        // Windows that were opened before the program had its icon do not take it by themselves.
+        const auto windows = mdi->subWindowList();
+        for (QMdiSubWindow *window : windows)
+            window->setWindowIcon(windowIcon());
+    }
 }
 
 // --- Files dragged from the desktop ---

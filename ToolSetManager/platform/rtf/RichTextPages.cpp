@@ -8,7 +8,9 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextLayout>
+#include <QUrl>
 
 #include <algorithm>
 #include <cmath>
@@ -92,6 +94,25 @@ bool shrinkPictures(QTextDocument &document, int width)
     return !changes.empty();
 }
 
+/// Shows the pictures of another document.
+class LayoutDocument : public QTextDocument
+{
+public:
+    explicit LayoutDocument(const QTextDocument &source)
+        : m_source(source)
+    {
+    }
+
+protected:
+    QVariant loadResource(int type, const QUrl &name) override
+    {
+        return m_source.resource(type, name);
+    }
+
+private:
+    const QTextDocument &m_source;
+};
+
 } // namespace
 
 RichTextPages::RichTextPages(const QTextDocument &document)
@@ -159,15 +180,10 @@ void RichTextPages::layOut(int width)
     m_width = width;
     if (m_shrunk)
         m_layout.reset(); // for another width
-    if (!m_layout) {
-        m_layout.reset(m_document.clone());
-        m_layout->setUndoRedoEnabled(false);
-        m_layout->setDocumentMargin(0);
-        scaleMargins(*m_layout);
-        m_shrunk = shrinkPictures(*m_layout, width);
-        m_layout->documentLayout()->setPaintDevice(&referenceDevice());
-    }
-    m_layout->setTextWidth(width);
+    if (m_layout)
+        m_layout->setTextWidth(width);
+    else
+        makeLayout();
     m_length = qMax(0, m_layout->characterCount() - 1);
 
     const auto *layout = m_layout->documentLayout();
@@ -181,6 +197,26 @@ void RichTextPages::layOut(int width)
             m_lines.push_back({block.position() + line.textStart(), top, top + line.height()});
         }
     }
+}
+
+/// A copy of the document. Device and width are there before the text comes, or it would be laid
+/// out for others first.
+void RichTextPages::makeLayout()
+{
+    m_layout = std::make_unique<LayoutDocument>(m_document);
+    m_layout->setUndoRedoEnabled(false);
+    m_layout->setDefaultFont(m_document.defaultFont());
+    m_layout->setDefaultTextOption(m_document.defaultTextOption());
+    m_layout->setIndentWidth(m_document.indentWidth());
+    m_layout->setDocumentMargin(0);
+    m_layout->documentLayout()->setPaintDevice(&referenceDevice());
+    m_layout->setTextWidth(m_width);
+    QTextCursor cursor(m_layout.get());
+    cursor.beginEditBlock();
+    cursor.insertFragment(QTextDocumentFragment(&m_document));
+    scaleMargins(*m_layout);
+    m_shrunk = shrinkPictures(*m_layout, m_width);
+    cursor.endEditBlock();
 }
 
 size_t RichTextPages::lineOf(int character) const

@@ -45,6 +45,7 @@ private:
     };
 
     void layOut(int width);
+    void makeLayout();
     size_t lineOf(int character) const;
     size_t lineBeyond(size_t line, double height) const;
 

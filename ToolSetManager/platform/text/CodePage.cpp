@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+#include <map>
+
 namespace {
 
 constexpr char16_t undefinedBase = 0xF700;
@@ -35,8 +37,15 @@ CodePage::CodePage(int number)
 
 const CodePage::Tables &CodePage::tables() const
 {
-    if (!m_tables)
-        m_tables = makeTables();
+    // Made once for each code page: every rich text that is read asks for some of them, and the
+    // toolkit's converters are slow to set up.
+    static std::map<int, std::shared_ptr<const Tables>> made;
+    if (!m_tables) {
+        auto &ready = made[m_number];
+        if (!ready)
+            ready = makeTables();
+        m_tables = ready;
+    }
     return *m_tables;
 }
 

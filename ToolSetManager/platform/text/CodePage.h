@@ -12,7 +12,7 @@
 ///
 /// Every one of the 256 byte values decodes to a character of its own and comes back as the same
 /// byte. Bytes that the code page leaves undefined ride on private-use characters (U+F700 plus the
-/// byte). Copies share their tables.
+/// byte). All of one number share their tables.
 class CodePage
 {
 public:
