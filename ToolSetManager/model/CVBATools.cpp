@@ -35,8 +35,9 @@ QString shown(const QString &path)
     return QDir::toNativeSeparators(path);
 }
 
-/// Reads a regular file, at most \a limit bytes of it.
-QByteArray readFile(const QString &path, qint64 limit = std::numeric_limits<qint64>::max())
+/// Reads a regular file, at most \a limit bytes of it. Reading counts as half of the progress.
+QByteArray readFile(const QString &path, const std::function<void(qint64, qint64)> &progress = {},
+    qint64 limit = std::numeric_limits<qint64>::max())
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -50,7 +51,16 @@ QByteArray readFile(const QString &path, qint64 limit = std::numeric_limits<qint
         throw fileError(
             QStringLiteral("\"%1\" cannot be opened: %2.").arg(shown(path), file.errorString()));
     }
-    QByteArray bytes = file.read(qMin(limit, file.size()));
+    constexpr qint64 piece = 16'000'000;
+    const qint64 wanted = qMin(limit, file.size());
+    QByteArray bytes(wanted, Qt::Uninitialized);
+    qint64 got = 0;
+    for (qint64 read = 1; read > 0 && got < wanted; got += qMax<qint64>(read, 0)) {
+        if (progress)
+            progress(got, 2 * wanted);
+        read = file.read(bytes.data() + got, qMin(piece, wanted - got));
+    }
+    bytes.truncate(got);
     if (file.error() != QFileDevice::NoError) {
         throw fileError(
             QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(path), file.errorString()));
@@ -142,7 +152,7 @@ bool CVBATools::Load(const QString &FileName)
 {
     ErrorDescription.clear();
     try {
-        const QByteArray bytes = readFile(FileName);
+        const QByteArray bytes = readFile(FileName, Progress);
         BmtReader reader(bytes);
         if (reader.readHeader(m_header, m_storage.codePage)) {
             qint64 pictureMemory = pictureMemoryFor(bytes.size());
@@ -150,7 +160,7 @@ bool CVBATools::Load(const QString &FileName)
             while (reader.readRecord(record)) {
                 addRecord(record, pictureMemory);
                 if (Progress)
-                    Progress(reader.position(), bytes.size());
+                    Progress(bytes.size() + reader.position(), 2 * bytes.size());
             }
         }
     } catch (const VbError &error) {
@@ -201,7 +211,7 @@ QString CVBATools::LoadDescription(const QString &FileName)
 {
     constexpr qint64 longestHeader = 6 + 2 * (2 + BmtFormat::longestString);
     try {
-        const QByteArray bytes = readFile(FileName, longestHeader);
+        const QByteArray bytes = readFile(FileName, {}, longestHeader);
         if (BmtReader(bytes).readHeader(m_header, m_storage.codePage))
             return m_header.Description;
     } catch (const VbError &) {
