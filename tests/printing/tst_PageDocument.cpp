@@ -88,6 +88,11 @@ void PageDocument_test::endlessWord()
         }
     }
     QCOMPARE(all, word);
+    // In rich text as well: 47 to a line, 60 lines to a page.
+    page.StartDoc(Paper {});
+    page.setTextRTF(u"{\\rtf1{\\fonttbl{\\f0 Arial;}}\\f0\\fs20 "_qs + word + u'}');
+    page.EndDoc();
+    QCOMPARE(page.PageCount(), 65000 / 47 / 60 + 1);
 }
 
 void PageDocument_test::breaksPages()

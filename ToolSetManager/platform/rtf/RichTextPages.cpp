@@ -206,7 +206,9 @@ void RichTextPages::makeLayout()
     m_layout = std::make_unique<LayoutDocument>(m_document);
     m_layout->setUndoRedoEnabled(false);
     m_layout->setDefaultFont(m_document.defaultFont());
-    m_layout->setDefaultTextOption(m_document.defaultTextOption());
+    QTextOption option = m_document.defaultTextOption();
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // nothing beyond the edge
+    m_layout->setDefaultTextOption(option);
     m_layout->setIndentWidth(m_document.indentWidth());
     m_layout->setDocumentMargin(0);
     m_layout->documentLayout()->setPaintDevice(&referenceDevice());
