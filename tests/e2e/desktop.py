@@ -149,7 +149,7 @@ INTERACTIVE = {
 }
 
 until(lambda: subprocess.run(["xdotool", "get_num_desktops"], capture_output=True).returncode == 0,
-      "a window manager runs")
+      "a window manager runs", 60)
 one = os.path.join(HOME, "One.bmt")
 shutil.copy(SAMPLE, one)
 
@@ -238,6 +238,28 @@ key("Return")
 until(lambda: os.path.exists(two) and any(n.name == two for n in walk(application())),
       "saved under a new name, which is the caption")
 check(open(one, "rb").read() == open(SAMPLE, "rb").read(), "the old file is untouched")
+
+# --- Printing ---
+def page():
+    return [n.name for n in walk(application()) if n.name.startswith("Page ") and " of " in n.name]
+
+
+key("ctrl+shift+p")
+until(lambda: page() and page()[0].startswith("Page 1 of "), "the report is shown")
+pages = page()[0].split()[-1]
+key("End")
+until(lambda: page() and page()[0] == "Page %s of %s" % (pages, pages), "its last page")
+key("Escape")
+until(lambda: not page(), "closed")
+key("ctrl+p")
+until(lambda: [n for n in walk(application()) if n.name == "Print to PDF File"], "a name is asked for")
+paper = os.path.join(HOME, "Report.pdf")
+xdo("type", paper)
+key("Return")
+until(lambda: os.path.exists(paper), "the report is in the file")
+printed = subprocess.run(["pdftotext", paper, "-"], capture_output=True, text=True).stdout
+check(two in printed and "Calculator" in printed and "Page " + pages in printed,
+      "as text, with its head, a tool and the last page's number")
 
 # Copy into a second window.
 key("ctrl+n")
