@@ -142,8 +142,10 @@ void frmPrint::PreviewToolset()
 
 void frmPrint::PrintToolset()
 {
-    if (WriteToolsetReport())
-        PrintDoc();
+    // Asked first, because writing the report may take a while.
+    const auto path = choosePath();
+    if (path && WriteToolsetReport())
+        PrintDoc(*path);
 }
 
 void frmPrint::Form_Load()
@@ -193,7 +195,7 @@ bool frmPrint::WriteToolsetReport()
         switch (page.Error()) {
         case PageDocument::NoError: {
             PrintProgress progress(
-                parentWidget(), QStringLiteral("Writing tool %1 of %2"), ToolSet->Count());
+                owner(), QStringLiteral("Writing tool %1 of %2"), ToolSet->Count());
             const bool written = ToolsetReport::write(
                 page, *ToolSet, FileName, [&progress](int done) { return progress.step(done); });
             if (!written)
@@ -215,26 +217,32 @@ bool frmPrint::WriteToolsetReport()
     return false;
 }
 
-void frmPrint::PrintDoc()
+QWidget *frmPrint::owner()
+{
+    return isVisible() ? this : parentWidget();
+}
+
+std::optional<QString> frmPrint::choosePath()
+{
+    if (m_printers.name() != Printers::pdfFile())
+        return QString();
+    const QFileInfo set(FileName);
+    const QString path = askForPdfPath(
+        owner(), FileName.isEmpty() ? windowTitle() : set.path() + u'/' + set.completeBaseName());
+    return path.isEmpty() ? std::nullopt : std::optional(path);
+}
+
+void frmPrint::PrintDoc(const QString &path)
 {
     const PageDocument &document = prtStatus->document();
-    QWidget *owner = isVisible() ? this : parentWidget();
     const QString setName = QFileInfo(FileName).completeBaseName();
     PrintJob job(m_printers,
         setName.isEmpty() ? windowTitle() : windowTitle() + QStringLiteral(" - ") + setName);
-    QString path;
-    const bool toFile = m_printers.name() == Printers::pdfFile();
-    if (toFile) {
-        path = askForPdfPath(owner,
-            FileName.isEmpty() ? windowTitle() : QFileInfo(FileName).path() + u'/' + setName);
-        if (path.isEmpty())
-            return;
-        job.setFileName(path);
-    }
+    job.setFileName(path);
     {
         Hourglass busy;
         PrintProgress progress(
-            owner, QStringLiteral("Printing page %1 of %2"), document.PageCount());
+            owner(), QStringLiteral("Printing page %1 of %2"), document.PageCount());
         bool going = job.start();
         for (int page = 1; going && page <= document.PageCount(); ++page) {
             if (page > 1)
@@ -247,8 +255,8 @@ void frmPrint::PrintDoc()
             return;
     }
     const QString message =
-        toFile ? QStringLiteral("\"%1\" cannot be written.").arg(path) : noPrinterText();
-    MsgBox::show(owner, message + QStringLiteral("\n\n") + job.errorText(), MsgBox::Buttons::Ok,
+        path.isEmpty() ? noPrinterText() : QStringLiteral("\"%1\" cannot be written.").arg(path);
+    MsgBox::show(owner(), message + QStringLiteral("\n\n") + job.errorText(), MsgBox::Buttons::Ok,
         MsgBox::Icon::Exclamation, reportTitle());
 }
 
@@ -257,7 +265,8 @@ void frmPrint::PrintDoc()
 void frmPrint::toolbar_ButtonClick(const QString &key)
 {
     if (key == Text("Print")) {
-        PrintDoc();
+        if (const auto path = choosePath())
+            PrintDoc(*path);
         prtStatus->setFocus();
         return;
     }

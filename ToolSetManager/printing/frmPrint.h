@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class CVBATools;
 class PagePreview;
 class Printers;
@@ -43,7 +45,11 @@ private:
     /// Lays the report out. False when there is no report: a message has told why, or the user
     /// has cancelled it.
     bool WriteToolsetReport();
-    void PrintDoc();
+    /// Where the printer "PDF file" shall write to; empty for other printers, nothing when the user
+    /// cancels.
+    std::optional<QString> choosePath();
+    void PrintDoc(const QString &path);
+    QWidget *owner(); ///< Of the dialogs: this window where it is shown.
     void showPage();
     void stepZoom(int steps);
 
