@@ -75,7 +75,10 @@ void take(QDataStream &stream, QImage &picture)
         return;
     const bool known = format == QImage::Format_RGB32 || format == QImage::Format_ARGB32
         || format == QImage::Format_ARGB32_Premultiplied;
-    if (!known || width <= 0 || height <= 0 || !fits(stream, qint64(width) * height * 4)) {
+    // The longest side keeps the product within its type.
+    constexpr qint32 longest = 1 << 24;
+    if (!known || width <= 0 || height <= 0 || width > longest || height > longest
+        || !fits(stream, qint64(width) * height * 4)) {
         stream.setStatus(QDataStream::ReadCorruptData);
         return;
     }

@@ -112,7 +112,7 @@ int HelpBrowser::currentHeading() const
 
 QVariant HelpBrowser::loadResource(int type, const QUrl &name)
 {
-    const QVariant content = QTextBrowser::loadResource(type, name);
+    QVariant content = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource)
         return content;
     QImage picture;

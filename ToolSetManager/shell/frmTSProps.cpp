@@ -1,5 +1,6 @@
 #include "shell/frmTSProps.h"
 
+#include "model/BmtFormat.h"
 #include "model/CVBATools.h"
 #include "richtext/RTFEditor.h"
 
@@ -31,6 +32,7 @@ frmTSProps::frmTSProps(QWidget *parent)
     setObjectName(QStringLiteral("frmTSProps"));
     setWindowTitle(QStringLiteral("Tool Set Properties"));
     txtDescription->setObjectName(QStringLiteral("txtDescription"));
+    txtDescription->setMaxLength(BmtFormat::longestString); // or a longer one would be cut by OK
     rtf->setObjectName(QStringLiteral("rtf"));
     chkHide->setObjectName(QStringLiteral("chkHide"));
     cmdOK->setObjectName(QStringLiteral("cmdOK"));

@@ -110,11 +110,11 @@ bool ToolSetFile::openSet()
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     auto loaded = std::make_unique<CVBATools>(m_storage);
     loaded->setAllowDupes(true);
-    bool ok = false;
+    QString failure;
     {
         BusyProgress progress(m_frame, QStringLiteral("Opening"));
         loaded->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
-        ok = loaded->Load(m_fileName);
+        const bool ok = loaded->Load(m_fileName);
         loaded->Progress = nullptr;
         if (ok) {
             if (loaded->FileVersion() < BmtFormat::currentVersion)
@@ -125,16 +125,16 @@ bool ToolSetFile::openSet()
             m_origin = {};
             show(std::move(loaded));
             m_document.setCaption(m_tools->ToolSetName);
+            return true;
         }
+        failure = loaded->ErrorDescription;
     }
-    if (!ok) {
-        // The window keeps what it showed, and so the file that belongs to it: a save must not
-        // overwrite the file that could not be read.
-        m_fileName = m_tools->ToolSetName;
-        MsgBox::show(m_form, QStringLiteral("Error loading tool set: ") + loaded->ErrorDescription,
-            MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
-    }
-    return ok;
+    // The window keeps what it showed, and so the file that belongs to it: a save must not
+    // overwrite the file that could not be read.
+    m_fileName = m_tools->ToolSetName;
+    MsgBox::show(m_form, QStringLiteral("Error loading tool set: ") + failure, MsgBox::Buttons::Ok,
+        MsgBox::Icon::Critical);
+    return false;
 }
 
 void ToolSetFile::rewriteHelpTexts(CVBATools &tools)

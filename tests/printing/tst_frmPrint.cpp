@@ -124,6 +124,7 @@ void frmPrint_test::clicks()
                 found += key;
         }
         QCOMPARE(found, enabled);
+        QCOMPARE(form->windowTitle(), u"Tool Set Report"_qs);
         QVERIFY(toolbar->button(u"Print"_qs)->isEnabled());
         QCOMPARE(form->findChild<StatusBar *>(u"status"_qs)->panelText(1), panel);
         auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);

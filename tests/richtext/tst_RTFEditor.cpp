@@ -84,7 +84,8 @@ void RTFEditor_test::burstOfTyping()
     QCOMPARE(selections.size(), 13);
     QCOMPARE(changes.size(), 0); // not at once
     QVERIFY(changes.wait());
-    QVERIFY(!changes.wait(250)); // and not twice
+    QTest::keyClick(box, Qt::Key_Left);
+    QVERIFY(!changes.wait(250)); // and not twice, wherever the caret goes
     QCOMPARE(changes.size(), 1);
 }
 

@@ -8,6 +8,7 @@
 //   aged DOC N           that state has been on the screen for some time
 //   saving DIGEST        the command to save it is given
 //   saved DIGEST         it has been carried out
+//   notsaved             it has come to nothing
 //   closing DOC          its window is closed, and the changes are let go
 //
 // The environment has HAND_SEED, HAND_DELAY (milliseconds from a change to its snapshot; the
@@ -26,7 +27,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDateTime>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
@@ -56,6 +59,10 @@ public:
         , m_tick(new QTimer(this))
     {
         connect(m_tick, &QTimer::timeout, this, &Hand::tick);
+        // At any time: behind a dialog, too, a snapshot that waits for the former one is due soon.
+        auto *hurry = new QTimer(this);
+        connect(hurry, &QTimer::timeout, this, &Hand::hurrySnapshots);
+        hurry->start(10);
     }
 
     bool eventFilter(QObject *watched, QEvent *event) override
@@ -169,20 +176,32 @@ private:
     /// So that a state need not stand for seconds before it must be safe.
     void hurrySnapshots()
     {
-        if (m_delay == 0)
+        if (!m_frame)
             return;
         for (QTimer *timer : m_frame->findChildren<QTimer *>(u"tmrSnapshot"_qs)) {
-            if (timer->isActive() && timer->interval() != m_delay)
+            // What goes into a snapshot is told before it is written, which takes another turn.
+            connect(timer, &QTimer::timeout, this, &Hand::tellStates, Qt::UniqueConnection);
+            if (m_delay > 0 && timer->isActive() && timer->interval() != m_delay)
                 timer->start(m_delay);
         }
     }
 
     void observe()
     {
-        if (m_saving && !m_saveFailed && !digest(m_documents[0].window).isEmpty())
-            tell("saved " + digest(m_documents[0].window));
-        m_saving = false;
+        if (!m_saving.isEmpty()) {
+            const bool written = QFileInfo(m_path).lastModified() != m_fileTime;
+            if (written && !m_saveFailed)
+                tell("saved " + m_saving);
+            else
+                tell("notsaved");
+        }
+        m_saving.clear();
         adoptUntitled();
+        tellStates();
+    }
+
+    void tellStates()
+    {
         for (Document &document : m_documents) {
             if (!document.window)
                 continue;
@@ -192,8 +211,9 @@ private:
             document.digest = now;
             const QByteArray state = document.name + ' ' + QByteArray::number(document.states++);
             tell("state " + state + ' ' + now);
-            const int delay = m_delay == 0 ? 2000 : m_delay;
-            QTimer::singleShot(3 * delay, this, [this, state] { age(state, 30); });
+            // A snapshot that waits for the former one is a delay late.
+            const int time = m_delay == 0 ? 6000 : qMax(3 * m_delay, 500);
+            QTimer::singleShot(time, this, [this, state] { age(state, 30); });
         }
     }
 
@@ -313,7 +333,8 @@ private:
         frmToolSet *window = m_documents[0].window;
         m_frame->activateDocument(window);
         // Names that no file can hold: mostly they are mended first.
-        for (int row = 0; row < modelOf(window)->rowCount() && random(8) > 0; ++row) {
+        const bool mends = random(8) > 0;
+        for (int row = 0; mends && row < modelOf(window)->rowCount(); ++row) {
             if (modelOf(window)->toolAt(row)->Description.contains(u'\u0436')) {
                 listOf(window)->UnselectAll();
                 listOf(window)->setSelectedItem(row);
@@ -322,8 +343,9 @@ private:
             }
         }
         m_saveFailed = false;
-        m_saving = true;
-        tell("saving " + digest(window));
+        m_saving = digest(window);
+        m_fileTime = QFileInfo(m_path).lastModified();
+        tell("saving " + m_saving);
         if (window->FileName().isEmpty())
             window->findChild<ToolSetMenus *>()->mnuFilex[ToolSetMenus::FileSaveAs]->trigger();
         else
@@ -382,7 +404,8 @@ private:
     const bool m_edits = qEnvironmentVariableIntValue("HAND_EDITS") != 0;
     int m_pause = 0; ///< Ticks.
     int m_typed = 0;
-    bool m_saving = false;
+    QByteArray m_saving; ///< Digest of what is being saved; empty for nothing.
+    QDateTime m_fileTime; ///< Before that.
     bool m_saveFailed = false;
 };
 

@@ -39,6 +39,7 @@ private:
         QByteArray saving; ///< Digest of what was being saved at the end; empty for nothing.
         QByteArray saved; ///< Digest of the last complete save of this run.
         bool ready = false;
+        QByteArrayList told; ///< All that the hand has told.
     };
 
     void start(QProcess &program, int delay, bool edits);
@@ -95,6 +96,7 @@ void Killed_test::start(QProcess &program, int delay, bool edits)
 
 void Killed_test::hear(const QByteArray &line, Run &run)
 {
+    run.told.append(line);
     QByteArrayList rest = line.split(' ');
     const QByteArray word = rest.takeFirst();
     if (word == "doc") {
@@ -118,6 +120,8 @@ void Killed_test::hear(const QByteArray &line, Run &run)
         run.saved = rest[0];
         Shown &shown = run.shown["file"];
         shown.needed = qMax(shown.needed, static_cast<int>(shown.states.lastIndexOf(rest[0])));
+    } else if (word == "notsaved") {
+        run.saving.clear();
     } else if (word == "closing") {
         run.shown.remove(rest[0]);
     }
@@ -215,6 +219,9 @@ void Killed_test::nothingIsLost()
             hearAll(program, run);
         }
         const QByteArray lost = missing(former, run);
+        if (!lost.isEmpty())
+            qInfo("the former run told\n%s\nand this one\n%s", former.told.join('\n').constData(),
+                run.told.join('\n').constData());
         QVERIFY2(lost.isEmpty(), lost.constData());
         recovered += static_cast<int>(run.found.size()) - 1;
         if (last) {
@@ -233,6 +240,7 @@ void Killed_test::nothingIsLost()
             inFile = whole = run.saved;
         const QByteArray now = digestOfFile(m_file);
         if (now != inFile) {
+            QVERIFY2(!run.saving.isEmpty(), "the file changed without a save");
             inFile = now;
             if (now == run.saving) {
                 whole = now;

@@ -100,7 +100,9 @@ void frmTSProps_test::stores()
 
 void frmTSProps_test::untouchedDescription()
 {
+    set->setDescription(QString(65535, u'x')); // as long as a file allows
     run(set.get(), [&](frmTSProps &dialog) { child<QPushButton>(dialog, "cmdOK")->click(); });
+    QCOMPARE(set->Description().size(), 65535);
     QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
 }
 

@@ -30,7 +30,7 @@ QString freePath(const QString &folder, const QString &name)
 {
     const QString dated = folder + u'/' + dateStamp();
     for (int i = 0;; ++i) {
-        const QString path = dated + QStringLiteral("-%1-").arg(i) + fittingName(name);
+        QString path = dated + QStringLiteral("-%1-").arg(i) + fittingName(name);
         if (!QFileInfo::exists(path))
             return path;
     }

@@ -51,6 +51,7 @@ void LabelDelegate::setModelData(
 
 void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
 {
+    m_editor = nullptr; // it lives on for a while, but is the view's no more
     QStyledItemDelegate::destroyEditor(editor, index);
     Q_EMIT m_owner->labelEditEnded();
 }

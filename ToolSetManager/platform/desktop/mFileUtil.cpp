@@ -33,7 +33,7 @@ QString spellingBelow(const QString &folder, const QStringList &names, qsizetype
             candidates.append(entry);
     }
     for (const QString &candidate : std::as_const(candidates)) {
-        const QString found = spellingBelow(dir.filePath(candidate), names, first + 1);
+        QString found = spellingBelow(dir.filePath(candidate), names, first + 1);
         if (!found.isEmpty())
             return found;
     }

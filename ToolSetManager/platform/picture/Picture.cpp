@@ -77,8 +77,9 @@ QImage decodeAs(const char *format, QByteArrayView bytes, qint64 &memoryLeft)
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     QImage image;
+    // Looked at again when it is read: a frame of a GIF can be larger than the size told before.
     if (size.isEmpty() || qint64(size.width()) * size.height() * 4 > memoryLeft
-        || !reader.read(&image))
+        || !reader.read(&image) || image.sizeInBytes() > memoryLeft)
         return {};
     memoryLeft -= image.sizeInBytes();
     return image;

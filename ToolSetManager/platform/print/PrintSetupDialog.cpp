@@ -49,7 +49,7 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     , optPortrait(new QRadioButton(QStringLiteral("P&ortrait")))
     , optLandscape(new QRadioButton(QStringLiteral("&Landscape")))
     , lblSheet(new QLabel)
-    , buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel))
+    , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel))
 {
     setObjectName(QStringLiteral("PrintSetupDialog"));
     setWindowTitle(QStringLiteral("Print Setup"));
@@ -85,7 +85,7 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     all->addWidget(printerBox);
     all->addWidget(paperBox);
     all->addWidget(orientationBox);
-    all->addWidget(buttons);
+    all->addWidget(m_buttons);
     all->setSizeConstraint(QLayout::SetFixedSize);
 
     {
@@ -97,13 +97,13 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     }
     const bool landscape = m_printers.orientation() == QPageLayout::Landscape;
     (landscape ? optLandscape : optPortrait)->setChecked(true);
-    buttons->button(QDialogButtonBox::Ok)->setEnabled(cboPrinter->count() > 0);
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(cboPrinter->count() > 0);
 
     connect(cboPrinter, &QComboBox::currentIndexChanged, this, &PrintSetupDialog::showPrinter);
     connect(cboPaper, &QComboBox::currentIndexChanged, this, &PrintSetupDialog::showOrientation);
     connect(optLandscape, &QRadioButton::toggled, this, &PrintSetupDialog::showOrientation);
-    connect(buttons, &QDialogButtonBox::accepted, this, &PrintSetupDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &PrintSetupDialog::reject);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &PrintSetupDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &PrintSetupDialog::reject);
     showOrientation();
 }
 

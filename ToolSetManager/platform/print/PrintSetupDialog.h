@@ -31,5 +31,5 @@ private:
     QRadioButton *optPortrait;
     QRadioButton *optLandscape;
     QLabel *lblSheet; ///< A drawing of the sheet.
-    QDialogButtonBox *buttons;
+    QDialogButtonBox *m_buttons;
 };

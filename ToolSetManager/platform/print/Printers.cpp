@@ -62,7 +62,7 @@ QString Printers::pdfFile()
 
 QStringList Printers::names() const
 {
-    const QStringList names = m_list();
+    QStringList names = m_list();
     m_standard = names.value(0);
     return names;
 }

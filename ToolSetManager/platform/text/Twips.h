@@ -22,7 +22,7 @@ struct Twips
     }
 
     friend bool operator==(Twips, Twips) = default;
-    friend auto operator<=>(Twips, Twips) = default;
+    friend auto operator<=>(Twips, Twips) = default; // NOLINT(modernize-use-nullptr): compares to 0
     friend Twips operator+(Twips a, Twips b) { return Twips {a.value + b.value}; }
     friend Twips operator-(Twips a, Twips b) { return Twips {a.value - b.value}; }
 };
