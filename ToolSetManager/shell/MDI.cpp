@@ -15,6 +15,7 @@
 #include "shell/CommandTable.h"
 #include "shell/DocumentWindow.h"
 #include "shell/MWindowPosition.h"
+#include "shell/MdiArea.h"
 #include "shell/RecentFileMenu.h"
 #include "shell/RecoveryBar.h"
 #include "shell/Settings.h"
@@ -28,10 +29,10 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileInfo>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -59,14 +60,14 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     , m_factory(std::move(factory))
     , tbTools(new Toolbar(QStringLiteral("Tools"), this))
     , status(new StatusBar({1, 3}, this))
-    , mdi(new QMdiArea(this))
+    , mdi(new MdiArea(this))
     , tmrAction(new QTimer(this))
     , tmrDrag(new QTimer(this))
     , m_files(new CFileList(this))
 {
     setObjectName(QStringLiteral("MDI"));
     setWindowTitle(QString::fromUtf16(caption));
-    resize(960, 640);
+    resize(QSize(960, 640).boundedTo(screen()->availableSize() * 0.95));
     auto *centre = new QWidget(this);
     m_centre = new QVBoxLayout(centre);
     m_centre->setContentsMargins(0, 0, 0, 0);
@@ -81,7 +82,6 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     connect(mdi, &QMdiArea::subWindowActivated, this, &MDI::mdi_SubWindowActivated);
 
-    mdi->setObjectName(QStringLiteral("mdi"));
     status->setObjectName(QStringLiteral("status"));
     tmrAction->setObjectName(QStringLiteral("tmrAction"));
     tmrDrag->setObjectName(QStringLiteral("tmrDrag"));

@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QIcon>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 frmAbout::frmAbout(QWidget *parent)
@@ -34,9 +35,11 @@ frmAbout::frmAbout(QWidget *parent)
         this);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    buttons->button(QDialogButtonBox::Ok)->setIcon({}); // like all dialogs of the program
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto *texts = new QVBoxLayout;
+    texts->setSpacing(6);
     for (QLabel *label : {name, version, purpose, toolkit, licence}) {
         label->setTextFormat(Qt::PlainText);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);

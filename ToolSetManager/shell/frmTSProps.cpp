@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace {
@@ -58,7 +59,7 @@ frmTSProps::frmTSProps(QWidget *parent)
     layout->addWidget(chkHide);
     layout->addSpacing(4);
     layout->addLayout(commands);
-    resize(540, 420);
+    resize(QSize(540, 420).boundedTo(screen()->availableSize() * 0.9));
 }
 
 void frmTSProps::Form_Load()

@@ -32,6 +32,10 @@ public:
     void setDragGate(bool open);
     void openDragGate() { m_dragGate = true; }
 
+    /// Of the list of tools that the user changed last, in logical pixels; a new window takes them.
+    /// Empty: none yet.
+    QList<int> ColumnWidths;
+
 Q_SIGNALS:
     void dragGateArmed();
     void dragGateClosed();

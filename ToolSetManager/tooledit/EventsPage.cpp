@@ -11,6 +11,7 @@ EventsPage::EventsPage(QWidget *parent)
     , sstEvents(new QTabWidget(this))
 {
     sstEvents->setObjectName(QStringLiteral("sstEvents"));
+    sstEvents->setAccessibleName(QStringLiteral("Groups of events"));
     sstEvents->setUsesScrollButtons(true);
     for (int group = 0; group < VbEvents::groupCount; ++group) {
         sstEvents->addTab(

@@ -1,5 +1,6 @@
 #include "tooledit/IconStrip.h"
 
+#include "platform/desktop/EmptyHint.h"
 #include "platform/picture/ProgramIcons.h"
 
 #include <QPainter>
@@ -32,7 +33,6 @@ void IconStrip::paintEvent(QPaintEvent *event)
     if (model() != nullptr && model()->rowCount() > 0)
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
-        QStringLiteral("The icons of a program or library appear here."));
+    const EmptyHint hint {{}, QStringLiteral("The icons of a program or library appear here.")};
+    hint.paint(painter, viewport()->rect(), palette(), QPalette::Base);
 }

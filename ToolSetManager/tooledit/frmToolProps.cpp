@@ -24,6 +24,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabWidget>
 #include <QToolButton>
 
@@ -52,12 +53,16 @@ frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidg
     setWindowTitle(QStringLiteral("VB Quillon Tool Properties"));
     sstAll = new QTabWidget(this);
     sstAll->setObjectName(QStringLiteral("sstAll"));
+    sstAll->setAccessibleName(QStringLiteral("Pages"));
     sstAll->addTab(generalPage(), QStringLiteral("General"));
     m_events = new EventsPage(sstAll);
     sstAll->addTab(m_events, QStringLiteral("Events"));
-    rtHelp = new RTFEditor(sstAll);
+    auto *helpPage = new QWidget(sstAll);
+    auto *inHelpPage = new QVBoxLayout(helpPage);
+    rtHelp = new RTFEditor(helpPage);
+    inHelpPage->addWidget(rtHelp);
     rtHelp->setObjectName(QStringLiteral("rtHelp"));
-    sstAll->addTab(rtHelp, QStringLiteral("Help"));
+    sstAll->addTab(helpPage, QStringLiteral("Help"));
 
     const auto changed = [this] { setDirty(true); };
     connect(m_events, &EventsPage::chkEvent_Click, this, changed);
@@ -190,7 +195,9 @@ QWidget *frmToolProps::generalPage()
     grid->addWidget(cmdBrowseTool, 1, 2);
     row(2, QStringLiteral("Command line:"), txtCommandLine);
     row(3, QStringLiteral("Description:"), txtDescription);
-    grid->addWidget(new QLabel(QStringLiteral("Tool image:"), page), 4, 0);
+    auto *imageLabel = new QLabel(QStringLiteral("Tool image:"), page);
+    imageLabel->setBuddy(picToolImage);
+    grid->addWidget(imageLabel, 4, 0);
     grid->addLayout(image, 4, 1);
     grid->addWidget(cmdBrowseImage, 4, 2);
     grid->setRowMinimumHeight(5, 6);
@@ -217,7 +224,8 @@ void frmToolProps::layOut()
     auto *all = new QVBoxLayout(this);
     all->addWidget(sstAll, 1);
     all->addLayout(buttons);
-    resize(sizeHint().expandedTo({560, 400}));
+    // All tabs of the events, where the screen has room for them.
+    resize(sizeHint().expandedTo({560, 400}).boundedTo(screen()->availableSize() * 0.9));
 }
 
 void frmToolProps::Form_Load()

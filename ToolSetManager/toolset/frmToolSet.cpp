@@ -101,8 +101,15 @@ void frmToolSet::Form_Load()
 void frmToolSet::connectList()
 {
     lvTools->setModel(m_list);
-    lvTools->setColumnWidth(ToolListModel::NameColumn, fontMetrics().averageCharWidth() * 34);
-    lvTools->setColumnWidth(ToolListModel::PositionColumn, fontMetrics().averageCharWidth() * 12);
+    lvTools->setEmptyHint({QStringLiteral("No tools yet"),
+        QStringLiteral(
+            "Press Ins to make a new tool, or drag programs, macros, help and text files "
+            "from the desktop onto this list.")});
+    const int letter = fontMetrics().averageCharWidth();
+    lvTools->setColumnWidths(m_state.ColumnWidths.isEmpty() ? QList<int> {letter * 34, letter * 12}
+                                                            : m_state.ColumnWidths);
+    connect(lvTools, &ListView::ColumnResize, this,
+        [this] { m_state.ColumnWidths = lvTools->columnWidths(); });
     connect(lvTools, &ListView::ColumnClick, this, &frmToolSet::lvTools_ColumnClick);
     connect(lvTools, &ListView::BeforeLabelEdit, this, &frmToolSet::lvTools_BeforeLabelEdit);
     connect(lvTools, &ListView::AfterLabelEdit, this, &frmToolSet::lvTools_AfterLabelEdit);

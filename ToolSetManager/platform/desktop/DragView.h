@@ -9,7 +9,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
-/// A view that leaves drags to the list and draws the list's mark.
+/// A view that leaves drags to the list and draws the list's marks.
 template <class View>
 class DragView : public View
 {
@@ -62,6 +62,7 @@ protected:
     {
         View::paintEvent(event);
         QPainter painter(this->viewport());
+        m_owner.paintEmptyHint(painter);
         m_owner.paintDropHighlight(painter);
     }
 

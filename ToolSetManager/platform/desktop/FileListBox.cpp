@@ -10,6 +10,7 @@ FileListBox::FileListBox(QWidget *parent)
 {
     setModel(m_model);
     setUniformItemSizes(true);
+    setSpacing(1);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     connect(this, &QAbstractItemView::doubleClicked, this, &FileListBox::DblClick);
 }

@@ -1,7 +1,78 @@
 #include "platform/desktop/Icons.h"
 
 #include <QApplication>
+#include <QIconEngine>
+#include <QPainter>
 #include <QPalette>
+
+namespace {
+
+/// Styles grey an icon towards a light window, which on a dark one hardly shows; fainter is plain
+/// on both.
+class DimmingEngine : public QIconEngine
+{
+public:
+    explicit DimmingEngine(const QIcon &icon)
+        : m_icon(icon)
+    {
+    }
+
+    QIconEngine *clone() const override { return new DimmingEngine(m_icon); }
+    QString key() const override { return QStringLiteral("DimmingEngine"); }
+    QString iconName() override { return m_icon.name(); }
+    bool isNull() override { return m_icon.isNull(); }
+
+    QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override
+    {
+        return m_icon.availableSizes(mode, state);
+    }
+
+    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return m_icon.actualSize(size, mode, state);
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const double opacity = painter->opacity();
+        if (mode == QIcon::Disabled)
+            painter->setOpacity(opacity * share);
+        m_icon.paint(painter, rect, Qt::AlignCenter, drawn(mode), state);
+        painter->setOpacity(opacity);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return scaledPixmap(size, mode, state, 1);
+    }
+
+    QPixmap scaledPixmap(
+        const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    {
+        QPixmap full = m_icon.pixmap(size / scale, scale, drawn(mode), state);
+        full.setDevicePixelRatio(1);
+        if (mode != QIcon::Disabled || full.isNull())
+            return full;
+        QPixmap faint(full.size());
+        faint.fill(Qt::transparent);
+        QPainter painter(&faint);
+        painter.setOpacity(share);
+        painter.drawPixmap(0, 0, full);
+        return faint;
+    }
+
+private:
+    static constexpr double share = 0.35;
+
+    static QIcon::Mode drawn(QIcon::Mode mode)
+    {
+        return mode == QIcon::Disabled ? QIcon::Normal : mode;
+    }
+
+    QIcon m_icon;
+};
+
+} // namespace
 
 namespace Icons {
 
@@ -16,7 +87,12 @@ void followPalette()
 QIcon named(const QString &name, QStyle::StandardPixmap fallback)
 {
     const QIcon icon = QIcon::fromTheme(name);
-    return icon.isNull() ? QApplication::style()->standardIcon(fallback) : icon;
+    return dimming(icon.isNull() ? QApplication::style()->standardIcon(fallback) : icon);
+}
+
+QIcon dimming(const QIcon &icon)
+{
+    return QIcon(new DimmingEngine(icon));
 }
 
 } // namespace Icons

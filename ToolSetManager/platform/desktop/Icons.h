@@ -13,4 +13,7 @@ void followPalette();
 /// The theme's icon of that name, else the style's standard one.
 QIcon named(const QString &name, QStyle::StandardPixmap fallback = QStyle::SP_FileIcon);
 
+/// The same icon, faint where it is disabled.
+QIcon dimming(const QIcon &icon);
+
 } // namespace Icons

@@ -1,5 +1,6 @@
 #include "platform/desktop/LabelDelegate.h"
 
+#include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
 
 #include <QLineEdit>
@@ -84,6 +85,6 @@ void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
             faint.setAlphaF(0.45F);
             option->palette.setColor(role, faint);
         }
-        option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Disabled));
+        option->icon = Icons::dimming(option->icon).pixmap(option->decorationSize, QIcon::Disabled);
     }
 }

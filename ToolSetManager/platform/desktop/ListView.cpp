@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -33,6 +34,11 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
     m_report->header()->setSortIndicatorShown(true);
     m_report->header()->setSortIndicator(-1, Qt::AscendingOrder);
     connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
+    connect(m_report->header(), &QHeaderView::sectionResized, this, [this](int column) {
+        // The last one follows the window.
+        if (!m_settingWidths && m_model && column < m_report->header()->count() - 1)
+            Q_EMIT ColumnResize();
+    });
 
     m_list->setFlow(QListView::TopToBottom);
     m_list->setWrapping(true);
@@ -67,10 +73,15 @@ void ListView::setModel(QAbstractItemModel *model)
     m_model = model;
     m_selection = new QItemSelectionModel(model, this);
     attach(currentView());
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model, change, this, &ListView::describeEmptiness);
+    connect(model, &QAbstractItemModel::modelReset, this, &ListView::describeEmptiness);
+    describeEmptiness();
 }
 
 void ListView::attach(QAbstractItemView *view)
 {
+    const QScopedValueRollback guard(m_settingWidths, true);
     view->setModel(m_model);
     QItemSelectionModel *own = view->selectionModel();
     view->setSelectionModel(m_selection);
@@ -85,6 +96,7 @@ void ListView::detach(QAbstractItemView *view)
 {
     if (view == m_report)
         m_headerState = m_report->header()->saveState();
+    const QScopedValueRollback guard(m_settingWidths, true);
     view->setModel(nullptr);
 }
 
@@ -210,9 +222,35 @@ void ListView::finishLabelEdit()
         delegate->finish();
 }
 
-void ListView::setColumnWidth(int column, int width)
+void ListView::setColumnWidths(const QList<int> &widths)
 {
-    m_report->setColumnWidth(column, width);
+    const QScopedValueRollback guard(m_settingWidths, true);
+    for (int column = 0; column < widths.size(); ++column)
+        m_report->setColumnWidth(column, widths[column]);
+}
+
+QList<int> ListView::columnWidths() const
+{
+    QList<int> widths;
+    for (int column = 0; column < m_report->header()->count() - 1; ++column)
+        widths.append(m_report->columnWidth(column));
+    return widths;
+}
+
+void ListView::setEmptyHint(const EmptyHint &hint)
+{
+    m_emptyHint = hint;
+    describeEmptiness();
+}
+
+void ListView::describeEmptiness()
+{
+    const bool empty = m_model && m_model->rowCount() == 0;
+    for (QAbstractItemView *view :
+        {static_cast<QAbstractItemView *>(m_report), static_cast<QAbstractItemView *>(m_list)}) {
+        view->setAccessibleDescription(empty ? m_emptyHint.spoken() : QString());
+        view->viewport()->update();
+    }
 }
 
 void ListView::setSortIndicator(int column, Qt::SortOrder order)
@@ -255,6 +293,13 @@ void ListView::paintDropHighlight(QPainter &painter) const
     painter.drawLine(item.left() + 1, y, item.right() - 1, y);
     colour.setAlphaF(0.2F);
     painter.fillRect(item, colour);
+}
+
+void ListView::paintEmptyHint(QPainter &painter) const
+{
+    if (m_model && m_model->rowCount() == 0) {
+        m_emptyHint.paint(painter, currentView()->viewport()->rect(), palette(), QPalette::Base);
+    }
 }
 
 int ListView::HitTest(const QPoint &position) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/desktop/EmptyHint.h"
+
 #include <QPersistentModelIndex>
 #include <QWidget>
 
@@ -63,7 +65,12 @@ public:
     /// Accepts what has been typed into a label so far, if one is being edited.
     void finishLabelEdit();
 
-    void setColumnWidth(int column, int width); ///< Of the table; logical pixels.
+    /// Of the table, in logical pixels; the last column takes the rest.
+    void setColumnWidths(const QList<int> &widths);
+    QList<int> columnWidths() const;
+
+    /// What is shown while there are no items.
+    void setEmptyHint(const EmptyHint &hint);
 
     /// Shows the sort arrow; none for column -1.
     void setSortIndicator(int column, Qt::SortOrder order);
@@ -91,9 +98,11 @@ public:
     /// The present press of the mouse has had its drag.
     bool isDragSpent() const { return m_dragSpent; }
     void paintDropHighlight(QPainter &painter) const;
+    void paintEmptyHint(QPainter &painter) const;
 
 Q_SIGNALS:
     void ColumnClick(int column);
+    void ColumnResize(); ///< The user has made a column wider or narrower.
     void BeforeLabelEdit();
     void AfterLabelEdit(int row, const QString &NewString); ///< The text was changed and accepted.
     void labelEditEnded(); ///< In whatever way.
@@ -120,6 +129,7 @@ private:
     void attach(QAbstractItemView *view);
     void detach(QAbstractItemView *view);
     bool viewportEvent(QEvent *event);
+    void describeEmptiness();
 
     QStackedWidget *m_stack;
     QTreeView *m_report;
@@ -128,6 +138,8 @@ private:
     QAbstractItemModel *m_model = nullptr;
     QItemSelectionModel *m_selection = nullptr; ///< Of both views.
     QByteArray m_headerState; ///< Column widths, while the table has no model.
+    bool m_settingWidths = false; ///< The columns change, but not by the user.
+    EmptyHint m_emptyHint;
     int m_sortColumn = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     int m_pressedKey = 0;

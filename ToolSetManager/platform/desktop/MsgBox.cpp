@@ -1,5 +1,6 @@
 #include "platform/desktop/MsgBox.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QMessageBox>
 
@@ -43,6 +44,9 @@ Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, co
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
         break;
     }
+    const auto buttonsShown = box.buttons();
+    for (QAbstractButton *button : buttonsShown)
+        button->setIcon({}); // the program's own dialogs have none either
     box.setDefaultButton(buttons == Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
     switch (box.exec()) {
     case QMessageBox::Yes:

@@ -70,6 +70,8 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     auto *paperBox = new QGroupBox(QStringLiteral("Paper"));
     auto *paperForm = new QFormLayout(paperBox);
     paperForm->addRow(QStringLiteral("Si&ze:"), cboPaper);
+    paperForm->labelForField(cboPaper)->setMinimumWidth(
+        printerForm->labelForField(cboPrinter)->sizeHint().width()); // the boxes stand in line
 
     auto *orientationBox = new QGroupBox(QStringLiteral("Orientation"));
     auto *orientationRow = new QHBoxLayout(orientationBox);
@@ -97,6 +99,9 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     }
     const bool landscape = m_printers.orientation() == QPageLayout::Landscape;
     (landscape ? optLandscape : optPortrait)->setChecked(true);
+    const auto commands = m_buttons->buttons();
+    for (QAbstractButton *command : commands)
+        command->setIcon({}); // like all dialogs of the program
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(cboPrinter->count() > 0);
 
     connect(cboPrinter, &QComboBox::currentIndexChanged, this, &PrintSetupDialog::showPrinter);
