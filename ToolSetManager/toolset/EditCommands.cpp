@@ -219,6 +219,7 @@ void EditCommands::moveSelection(Direction direction)
 {
     if (m_list.selectedRows().isEmpty())
         return;
+    const Hourglass hourglass;
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
     m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
     m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
