@@ -12,6 +12,8 @@
 
 #include <QPixmap>
 
+#include <utility>
+
 EditCommands::EditCommands(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
     ToolSetStorage &storage, ListView &list, ToolListModel &model)
     : QObject(form)
@@ -66,6 +68,8 @@ void EditCommands::fillClipboard(bool ghosted)
     // are unique already.
     for (const int row : rows)
         tools->Add(m_model.toolAt(row));
+    // What is ghosted is what the end of a cut takes away: nothing but the clipboard's tools.
+    m_model.clearGhosted();
     m_model.setGhosted(rows, ghosted);
     tools->setAllowDupes(true);
     m_state.ToolClipboard = std::move(tools);
@@ -74,6 +78,9 @@ void EditCommands::fillClipboard(bool ghosted)
 
 void EditCommands::copy()
 {
+    // A pending cut is given up with the clipboard that held it.
+    if (m_state.ClipboardMode == mTSM::CutPending)
+        ClearDragTools();
     fillClipboard(false);
     m_state.ClipboardMode = mTSM::CopyPending;
     Q_EMIT commandStatesChanged();
@@ -86,16 +93,6 @@ void EditCommands::cut()
     fillClipboard(true);
     m_state.ClipboardMode = mTSM::CutPending;
     Q_EMIT commandStatesChanged();
-}
-
-DocumentWindow *EditCommands::sourceWindow() const
-{
-    const auto documents = m_frame.openDocuments();
-    for (DocumentWindow *document : documents) {
-        if (document->Caption() == m_state.SourceCaption)
-            return document;
-    }
-    return nullptr;
 }
 
 bool EditCommands::isSource() const
@@ -175,13 +172,17 @@ QList<int> EditCommands::PasteTools()
 
 void EditCommands::CompleteCut()
 {
-    DocumentWindow *source = sourceWindow();
+    const QString source = std::exchange(m_state.SourceCaption, {});
     m_state.ToolClipboard.reset();
-    m_state.SourceCaption.clear();
-    if (!source) // closed meanwhile: its tools are pasted, there is nothing to take away
-        return;
-    source->selectGhostedTools();
-    source->setAction(QStringLiteral("silentdelete"));
+    // None when it was closed meanwhile: its tools are pasted, there is nothing to take away.
+    // Saving as the file of another window makes two of a name; only one has ghosted tools.
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Caption() == source) {
+            document->selectGhostedTools();
+            document->setAction(QStringLiteral("silentdelete"));
+        }
+    }
 }
 
 void EditCommands::selectGhosted()
@@ -218,6 +219,7 @@ void EditCommands::moveSelection(Direction direction)
 {
     if (m_list.selectedRows().isEmpty())
         return;
+    const Hourglass hourglass;
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
     m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
     m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);

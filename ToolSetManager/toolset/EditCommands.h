@@ -49,8 +49,6 @@ public:
     /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the
     /// clipboard is empty.
     void ClearDragTools();
-    /// The first window with the caption that the clipboard's tools come from; null for none.
-    DocumentWindow *sourceWindow() const;
     bool isSource() const; ///< Going by the caption, this is the window they come from.
     void selectGhosted();
 

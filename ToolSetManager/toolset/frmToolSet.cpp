@@ -195,6 +195,9 @@ QString frmToolSet::Name() const
 
 void frmToolSet::setCaption(const QString &caption)
 {
+    // A cut is completed in the window of this caption, also when it gets another one meanwhile.
+    if (m_state.SourceCaption == m_caption && !m_list->ghostedRows().isEmpty())
+        m_state.SourceCaption = caption;
     m_caption = caption;
     // "[*]" in a window title is Qt's mark for "modified"; a path may hold it.
     QString title = caption;
@@ -308,6 +311,11 @@ void frmToolSet::Form_Activate()
 void frmToolSet::refreshCommandStates()
 {
     SetCommandGroup(CommandTable::needsTool, m_list->rowCount() >= 1);
+    // A drop or a completed cut changes a window that is not the active one; the frame's buttons
+    // are the active one's.
+    DocumentWindow *active = m_frame.activeDocument();
+    if (active && active != this)
+        active->Form_Activate();
 }
 
 void frmToolSet::SetCommandGroup(const QString &group, bool enabled)

@@ -20,14 +20,15 @@
 class Program
 {
 public:
-    explicit Program(const QString &home)
+    explicit Program(const QString &home, const QStringList &printerNames = {})
         : storage(1252, home + u"/cache", home + u"/data")
         , m_store(home + u"/settings")
         , m_settings(home)
+        , m_printers([printerNames] { return printerNames; })
         , frame(
-              m_state, m_settings, m_store,
+              state, m_settings, m_store,
               [this](Frame &owner) -> DocumentWindow * {
-                  return new frmToolSet(owner, m_state, m_settings, m_store, storage, m_printers);
+                  return new frmToolSet(owner, state, m_settings, m_store, storage, m_printers);
               },
               QString())
     {
@@ -64,10 +65,10 @@ public:
 private:
     SettingsStore m_store;
     Settings m_settings;
-    mTSM m_state;
-    Printers m_printers {[] { return QStringList(); }};
+    Printers m_printers;
 
 public:
+    mTSM state;
     MDI frame;
 };
 

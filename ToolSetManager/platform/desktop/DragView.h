@@ -2,12 +2,18 @@
 
 #include "platform/desktop/ListView.h"
 
+#include <QAbstractEventDispatcher>
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QDragMoveEvent>
 #include <QMimeData>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
 #include <QTimer>
+#include <QTimerEvent>
+
+#include <algorithm>
 
 /// A view that leaves drags to the list and draws the list's marks.
 template <class View>
@@ -24,6 +30,32 @@ public:
     }
 
 protected:
+    /// A click on a selected label edits it after a pause. Qt edits whatever is current then, if
+    /// anything is; the label may have been deleted, or left by a key.
+    bool edit(
+        const QModelIndex &index, QAbstractItemView::EditTrigger trigger, QEvent *event) override
+    {
+        if (trigger == QAbstractItemView::SelectedClicked)
+            m_clicked = index;
+        return m_late || View::edit(index, trigger, event);
+    }
+
+    void timerEvent(QTimerEvent *event) override
+    {
+        const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(this);
+        const bool pause = std::any_of(timers.begin(), timers.end(), [event](const auto &timer) {
+            return timer.timerId == event->timerId()
+                && timer.interval == QApplication::doubleClickInterval();
+        });
+        if (pause && !this->currentIndex().isValid())
+            return; // Qt would warn; it stops the timer the next time
+        m_late = pause
+            && (m_clicked != this->currentIndex()
+                || this->state() == QAbstractItemView::EditingState);
+        View::timerEvent(event);
+        m_late = false;
+    }
+
     void startDrag(Qt::DropActions) override
     {
         // After a drag was cancelled with the button still held, Qt would start the next at once.
@@ -105,6 +137,8 @@ private:
     }
 
     ListView &m_owner;
+    QPersistentModelIndex m_clicked; ///< The label that may be edited after the pause.
+    bool m_late = false; ///< The pause is over, and that label is current no more.
     QTimer m_scrollTimer;
     QPoint m_dragPoint; ///< Where the drag was seen last, in the viewport.
     QPointer<const QMimeData> m_dragData;

@@ -21,13 +21,18 @@ QWidget *LabelDelegate::createEditor(
     editor->setMaxLength(std::numeric_limits<int>::max()); // whose text it is knows its limit
     editor->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
     m_editor = editor;
+    // destroyEditor() is not called when the model is reset.
+    connect(editor, &QObject::destroyed, this, [this] {
+        if (!m_editor)
+            Q_EMIT m_owner->labelEditEnded();
+    });
     Q_EMIT m_owner->BeforeLabelEdit();
     return editor;
 }
 
 void LabelDelegate::finish()
 {
-    if (!m_editor)
+    if (!m_editor || m_editor->isHidden()) // on its way out
         return;
     Q_EMIT commitData(m_editor);
     Q_EMIT closeEditor(m_editor);

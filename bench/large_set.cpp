@@ -1,0 +1,147 @@
+// A large set and many windows through the program's own windows, once each: large_set [TOOLS].
+// Prints how long each step took until it was painted, and how long the windows did not react
+// meanwhile without showing the hourglass. To be run on a display: xvfb-run bench/.../large_set
+
+#include "safety/Program.h"
+#include "support/SampleSet.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTreeView>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+/// The longest single event that was handled without the hourglass.
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        QElapsedTimer timer;
+        timer.start();
+        look();
+        ++m_depth;
+        const bool handled = QApplication::notify(receiver, event);
+        if (--m_depth == 0) {
+            if (!std::exchange(m_shown, false))
+                stall = std::max(stall, timer.elapsed());
+        }
+        return handled;
+    }
+    void look() { m_shown = m_shown || overrideCursor(); }
+
+    qint64 stall = 0;
+
+private:
+    int m_depth = 0;
+    bool m_shown = false;
+};
+
+Application *application = nullptr;
+
+/// Runs a step and what follows from it, until everything is painted.
+template <class Step>
+void measure(const char *what, Program &program, Step step)
+{
+    application->stall = 0;
+    QElapsedTimer timer;
+    timer.start();
+    // As an event, so that its time counts.
+    QTimer::singleShot(0, &program.frame, step);
+    QTimer *queue = program.frame.findChild<QTimer *>(u"tmrAction"_qs);
+    do {
+        QCoreApplication::processEvents();
+    } while (queue->isActive());
+    QCoreApplication::processEvents();
+    std::printf("| %s | %lld | %lld |\n", what, static_cast<long long>(timer.elapsed()),
+        static_cast<long long>(application->stall));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    Application app(argc, argv);
+    application = &app;
+    const int count = argc > 1 ? std::atoi(argv[1]) : 100000;
+    SampleSet samples;
+    const QString path = samples.file(count);
+    Program program(samples.path(u"home"_qs));
+    program.storage.snapshotDelay = std::chrono::seconds(2);
+    QCoreApplication::processEvents();
+    std::printf("| step | ms | longest without hourglass, ms |\n|---|---:|---:|\n");
+
+    measure("open", program, [&] { program.frame.openFile(path); });
+    frmToolSet *window = program.window();
+    ListView *list = Program::listOf(window);
+    ToolListModel *model = Program::modelOf(window);
+    QObject::connect(model, &QAbstractItemModel::layoutAboutToBeChanged, application,
+        [] { application->look(); });
+    auto *view = list->reportView();
+    const char *columns[] = {"sort by name", "sort by position", "sort by location"};
+    for (int column : {0, 1, 2}) {
+        measure(columns[column], program, [=] {
+            QTest::mouseClick(view->header()->viewport(), Qt::LeftButton, {},
+                QPoint(view->header()->sectionViewportPosition(column) + 9, 5));
+        });
+    }
+    measure("scroll through, 1,000 steps", program, [=] {
+        QScrollBar *bar = view->verticalScrollBar();
+        for (int i = 0; i <= 1000; ++i) {
+            bar->setValue(static_cast<int>(qint64(bar->maximum()) * i / 1000));
+            view->viewport()->repaint();
+        }
+    });
+    measure("rename in place", program, [=] {
+        list->setSelectedItem(count / 2);
+        list->StartLabelEdit();
+        auto *line = view->findChild<QLineEdit *>();
+        line->setText(u"Renamed"_qs);
+        QTest::keyClick(line, Qt::Key_Return);
+    });
+    measure("select a tenth", program, [=] {
+        QList<int> rows;
+        for (int row = 0; row < count; row += 10)
+            rows.append(row);
+        list->selectRows(rows);
+    });
+    measure("move it to the end", program,
+        [=] { QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier); });
+    measure("snapshot written meanwhile", program, [] { QTest::qWait(6000); });
+    measure("delete it", program, [&] { program.frame.setAction(u"silentdelete"_qs); });
+    measure("show as a list", program, [&] { program.frame.setAction(u"list"_qs); });
+    measure("save", program, [&] { program.frame.setAction(u"save"_qs); });
+    std::printf("%d tools left\n", model->rowCount());
+    measure("close", program, [=] { window->parentWidget()->close(); });
+
+    const QString small = samples.file(100);
+    for (int i = 0; i < 100; ++i)
+        QFile::copy(small, samples.path(u"w%1.bmt"_qs.arg(i)));
+    measure("open 100 windows of 100 tools", program, [&] {
+        for (int i = 0; i < 100; ++i)
+            program.frame.openFile(samples.path(u"w%1.bmt"_qs.arg(i)));
+    });
+    std::printf("%d windows\n", static_cast<int>(program.frame.openDocuments().size()));
+    auto *area = program.frame.findChild<QMdiArea *>();
+    measure(
+        "tile", program, [&] { program.frame.arrangeWindows(Frame::Arrangement::TileVertically); });
+    measure("through all windows", program, [=] {
+        for (int i = 0; i < 100; ++i)
+            area->activateNextSubWindow();
+    });
+    measure("a new tool set", program, [&] { program.frame.setAction(u"newtoolset"_qs); });
+    measure("close all", program, [&] { program.frame.close(); });
+}
