@@ -193,12 +193,11 @@ void PageDocument::writeMarginText(const QString &parts, bool header)
                                    : m_paper.size.height() - edge
             - metrics.lineSpacing() * static_cast<double>(std::max<qsizetype>(lines.size(), 1));
 
-    Page &page = m_pages.back();
-    const auto body = static_cast<std::ptrdiff_t>(page.size());
+    Page written;
     const double baseline = firstTop + metrics.ascent();
     const auto put = [&](double x, double y, const QString &part) {
         if (!part.isEmpty())
-            page.push_back(Text {x, y, m_headerFont, part});
+            written.emplace_back(std::in_place_type<Text>, x, y, m_headerFont, part);
     };
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const double below = static_cast<double>(i) * metrics.lineSpacing();
@@ -206,8 +205,11 @@ void PageDocument::writeMarginText(const QString &parts, bool header)
     }
     put(m_margins.left() + (width - centreWidth) / 2, baseline, centre);
     put(right() - rightWidth, baseline, rightPart);
-    if (header) // first, for those to whom the printed file is read
-        std::rotate(page.begin(), page.begin() + body, page.end());
+    // The header first, for those to whom the printed file is read.
+    Page &page = m_pages.back();
+    if (header)
+        page.swap(written);
+    page.insert(page.end(), written.cbegin(), written.cend());
 }
 
 // --- Position and font ---
