@@ -34,7 +34,7 @@ void Memory_test::flat_data()
 {
     QTest::addColumn<QString>("word");
     QTest::addColumn<int>("allowed"); // bytes a round
-    QTest::newRow("a set with pictures and help texts") << u"close"_qs << 8000;
+    QTest::newRow("a set with pictures and help texts") << u"close"_qs << 1500;
     QTest::newRow("the properties dialog, its editor used") << u"toolproperties"_qs << 600;
     QTest::newRow("the properties of the set") << u"properties"_qs << 600;
     QTest::newRow("the preview") << u"preview"_qs << 600;
