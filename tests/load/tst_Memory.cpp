@@ -92,9 +92,7 @@ void Memory_test::flat()
     rounds = set ? rounds : 60;
     for (int i = 0; i < qMax(20, rounds / 10); ++i)
         once();
-    const auto inUse = [] {
-        return static_cast<qint64>(mallinfo2().uordblks);
-    };
+    const auto inUse = [] { return static_cast<qint64>(mallinfo2().uordblks); };
     const qint64 before = inUse();
     for (int i = 0; i < rounds; ++i)
         once();
