@@ -33,18 +33,21 @@ private Q_SLOTS:
 void Memory_test::flat_data()
 {
     QTest::addColumn<QString>("word");
-    QTest::newRow("a set with pictures and help texts") << u"close"_qs;
-    QTest::newRow("the properties dialog, its editor used") << u"toolproperties"_qs;
-    QTest::newRow("the properties of the set") << u"properties"_qs;
-    QTest::newRow("the preview") << u"preview"_qs;
-    QTest::newRow("the help of a tool") << u"help"_qs;
+    QTest::addColumn<int>("allowed"); // bytes a round
+    QTest::newRow("a set with pictures and help texts") << u"close"_qs << 1500;
+    QTest::newRow("the properties dialog, its editor used") << u"toolproperties"_qs << 600;
+    QTest::newRow("the properties of the set") << u"properties"_qs << 600;
+    QTest::newRow("the preview") << u"preview"_qs << 600;
+    QTest::newRow("the help of a tool") << u"help"_qs << 600;
 }
 
 void Memory_test::flat()
 {
     QFETCH(QString, word);
+    QFETCH(int, allowed);
     if (ownHeap)
         QSKIP("the heap is the sanitizer's");
+    QPixmapCache::setCacheLimit(0); // else icons of closed sets stay, up to some megabytes
     const QTemporaryDir home;
     const QString path = home.filePath(u"set.bmt"_qs);
     QVERIFY(QFile::copy(QStringLiteral(TSM_SAMPLE), path));
@@ -89,16 +92,13 @@ void Memory_test::flat()
     rounds = set ? rounds : 60;
     for (int i = 0; i < qMax(20, rounds / 10); ++i)
         once();
-    const auto inUse = [] {
-        QPixmapCache::clear(); // has a limit of its own, some megabytes away
-        return static_cast<qint64>(mallinfo2().uordblks);
-    };
+    const auto inUse = [] { return static_cast<qint64>(mallinfo2().uordblks); };
     const qint64 before = inUse();
     for (int i = 0; i < rounds; ++i)
         once();
     const qint64 grown = inUse() - before;
     qInfo("%lld bytes more after %d rounds", grown, rounds);
-    QVERIFY(grown < 20000 + 200 * rounds);
+    QVERIFY(grown < 20000 + allowed * rounds);
 }
 
 TSM_TEST(Memory_test);

@@ -550,6 +550,18 @@ void frmToolSet_test::secondCutGivesUpTheFirst()
     first->setAction(u"paste"_qs);
     QCOMPARE(text(first), u"a b c [y]"_qs);
     QCOMPARE(text(second), u"x z"_qs);
+    // So does a copy; else the next cut would take away what was given up.
+    select(first, u"ab"_qs);
+    first->setAction(u"cut"_qs);
+    select(second, u"x"_qs);
+    second->setAction(u"copy"_qs);
+    QCOMPARE(text(first), u"[a] [b] c y"_qs);
+    // A cut is completed also when its window gets another caption meanwhile.
+    select(first, u"c"_qs);
+    first->setAction(u"cut"_qs);
+    first->setCaption(u"other"_qs);
+    second->setAction(u"paste"_qs);
+    QCOMPARE(text(first), u"a b y"_qs);
 }
 
 void frmToolSet_test::moveWithinTheWindow()
