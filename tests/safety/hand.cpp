@@ -234,7 +234,9 @@ private:
         QString made;
         for (int i = random(12) + 1; i > 0; --i)
             made += QChar(u'a' + random(26));
-        return made + QString::number(m_typed++);
+        // No name that an earlier run has typed: in a draft it would be taken, and another then.
+        const int seed = qEnvironmentVariableIntValue("HAND_SEED");
+        return made + QString::number(seed, 36) + u'-' + QString::number(m_typed++);
     }
 
     void edit()

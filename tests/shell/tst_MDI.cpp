@@ -310,6 +310,11 @@ void MDI_test::dragGate()
     m_frame->openFile(path("a.bmt")); // already open: the gate stays closed
     waitForQueue();
     QVERIFY(!m_state->DragGate());
+    Answers answers;
+    answers.file(u"Open Tool Set"_qs, QString()); // given up: the windows go on as they were
+    run(u"open"_qs);
+    QTRY_VERIFY(m_state->DragGate());
+    m_state->setDragGate(false);
     m_state->setDragGate(true);
     m_state->setDragGate(false); // closed before it has opened
     QVERIFY(!m_frame->findChild<QTimer *>(u"tmrDrag"_qs)->isActive());
