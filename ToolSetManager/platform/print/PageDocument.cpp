@@ -197,7 +197,7 @@ void PageDocument::writeMarginText(const QString &parts, bool header)
     const double baseline = firstTop + metrics.ascent();
     const auto put = [&](double x, double y, const QString &part) {
         if (!part.isEmpty())
-            written.emplace_back(std::in_place_type<Text>, x, y, m_headerFont, part);
+            written.emplace_back(std::in_place_type<Text>, Text {x, y, m_headerFont, part});
     };
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const double below = static_cast<double>(i) * metrics.lineSpacing();
@@ -318,7 +318,7 @@ void PageDocument::write(const QString &text, double width)
 {
     makeRoom(lineHeight());
     const double baseline = m_y + m_metrics[size_t(m_font)].ascent();
-    m_pages.back().push_back(Text {m_x, baseline, m_font, text});
+    m_pages.back().emplace_back(std::in_place_type<Text>, Text {m_x, baseline, m_font, text});
     m_x += width;
 }
 
@@ -355,7 +355,8 @@ void PageDocument::setTextRTF(const QString &rtf)
         }
         height = std::min(height, room); // one line higher than a page is drawn smaller
         const QRect area(CurrentX(), CurrentY(), width, height);
-        m_pages.back().push_back(RichTextPart {body, area, from, beyond});
+        m_pages.back().emplace_back(
+            std::in_place_type<RichTextPart>, RichTextPart {body, area, from, beyond});
         m_y += height;
         from = beyond;
     }
@@ -365,7 +366,7 @@ void PageDocument::setTextRTF(const QString &rtf)
 void PageDocument::DrawPicture(const QImage &picture, const QRect &place)
 {
     if (!m_pages.empty() && !picture.isNull())
-        m_pages.back().push_back(Picture {place, picture});
+        m_pages.back().emplace_back(std::in_place_type<Picture>, Picture {place, picture});
 }
 
 // --- The pages ---
