@@ -132,6 +132,15 @@ void CVBATools::Remove(const QString &key)
         m_freeNames.released(key);
 }
 
+void CVBATools::Remove(const QStringList &keys)
+{
+    for (const QString &key : keys) {
+        if (m_tools.contains(key))
+            m_freeNames.released(key);
+    }
+    m_tools.Remove(keys);
+}
+
 void CVBATools::RemoveAllItems()
 {
     while (Count() >= 1)

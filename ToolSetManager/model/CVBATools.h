@@ -52,6 +52,7 @@ public:
     auto end() const { return m_tools.end(); }
     /// A missing key is ignored.
     void Remove(const QString &key);
+    void Remove(const QStringList &keys); ///< The same for many, in one go.
     void RemoveAllItems();
     /// Takes the tool out under its current name, names it anew and adds it again, at the end.
     /// The result of adding is not looked at: with AllowDupes false and a taken name the tool

@@ -3,7 +3,8 @@
 #include "platform/VbError.h"
 
 #include <QHash>
-#include <QString>
+#include <QSet>
+#include <QStringList>
 
 #include <algorithm>
 #include <deque>
@@ -74,6 +75,22 @@ public:
         m_entries.erase(entryOf(*found));
         m_serials.erase(found);
         return true;
+    }
+
+    /// Removes the items with those keys in one go: taken one at a time out of the middle, many
+    /// would each move all that stand behind them. Keys that are not there are ignored.
+    void Remove(const QStringList &keys)
+    {
+        QSet<qint64> gone;
+        for (const QString &key : keys) {
+            const auto found = m_serials.constFind(key.toCaseFolded());
+            if (found == m_serials.constEnd())
+                continue;
+            gone.insert(*found);
+            m_serials.erase(found);
+        }
+        std::erase_if(
+            m_entries, [&gone](const Entry &entry) { return gone.contains(entry.serial); });
     }
 
     /// Removes the item at a 1-based position; false when there is none.

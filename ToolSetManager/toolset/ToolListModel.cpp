@@ -214,14 +214,16 @@ void ToolListModel::removeTools(const QList<int> &rows)
         return;
     QList<int> sorted = rows;
     std::sort(sorted.begin(), sorted.end());
+    QStringList names;
     QList<std::pair<int, int>> ranges; // first and last row of neighbours
     for (const int row : std::as_const(sorted)) {
-        m_tools->Remove(toolAt(row)->Description);
+        names.append(toolAt(row)->Description);
         if (!ranges.isEmpty() && ranges.constLast().second == row - 1)
             ranges.last().second = row;
         else
             ranges.append({row, row});
     }
+    m_tools->Remove(names);
     std::vector<bool> taken(m_rows.size() + 1, false); // by position
     for (const int row : std::as_const(sorted))
         taken[static_cast<size_t>(positionAt(row))] = true;

@@ -76,7 +76,7 @@ void KeyedCollection_test::agreesWithAList()
     for (int step = 0; step < 3000; ++step) {
         const QString key = QString::number(random.bounded(60));
         const qsizetype at = expected.indexOf(key);
-        switch (random.bounded(5)) {
+        switch (random.bounded(6)) {
         case 0:
         case 1:
             QCOMPARE(
@@ -94,6 +94,13 @@ void KeyedCollection_test::agreesWithAList()
             QCOMPARE(names.Remove(key), at >= 0);
             expected.removeAll(key);
             break;
+        case 4: {
+            const QStringList some {key, u"not there"_qs, QString::number(random.bounded(60))};
+            names.Remove(some);
+            for (const QString &each : some)
+                expected.removeAll(each);
+            break;
+        }
         default: {
             const int position = random.bounded(70);
             QCOMPARE(names.RemoveAt(position), position >= 1 && position <= expected.size());
