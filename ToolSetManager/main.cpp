@@ -57,8 +57,11 @@ int main(int argc, char *argv[])
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
     QObject::connect(&instance, &SingleInstance::openRequested, &frame, &MDI::openFile);
     // Drawing it takes a third of what the bare frame needs to appear.
-    QObject::connect(&frame, &MDI::firstPainted, &frame,
-        [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg"))); });
+    QObject::connect(&frame, &MDI::firstPainted, &frame, [&frame] {
+        QApplication::setWindowIcon(QIcon(QStringLiteral(":/program.svg")));
+        // Windows inside the frame that were there before hear of the frame's own icon only.
+        frame.setWindowIcon(QApplication::windowIcon());
+    });
     // Read once the frame stands, too; a file on the command line does not wait for the answer.
     QObject::connect(&frame, &MDI::firstPainted, &frame,
         [&] { frame.offerRecovery(storage.snapshots.abandoned()); });
