@@ -23,7 +23,7 @@ QWidget *LabelDelegate::createEditor(
     m_editor = editor;
     // destroyEditor() is not called when the model is reset.
     connect(editor, &QObject::destroyed, this, [this] {
-        if (!m_editor)
+        if (!m_editor && m_owner)
             Q_EMIT m_owner->labelEditEnded();
     });
     Q_EMIT m_owner->BeforeLabelEdit();
@@ -51,7 +51,7 @@ void LabelDelegate::setModelData(
     QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
 {
     const QString text = qobject_cast<QLineEdit *>(editor)->text();
-    if (text != index.data(Qt::DisplayRole).toString())
+    if (m_owner && text != index.data(Qt::DisplayRole).toString())
         Q_EMIT m_owner->AfterLabelEdit(index.row(), text);
 }
 
@@ -59,7 +59,8 @@ void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) con
 {
     m_editor = nullptr; // it lives on for a while, but is the view's no more
     QStyledItemDelegate::destroyEditor(editor, index);
-    Q_EMIT m_owner->labelEditEnded();
+    if (m_owner)
+        Q_EMIT m_owner->labelEditEnded();
 }
 
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const

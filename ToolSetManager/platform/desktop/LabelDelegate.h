@@ -15,6 +15,8 @@ public:
 
     /// Accepts what has been typed so far, if a label is being edited.
     void finish();
+    /// The owner is on its way out and may take an editor with it: it is told nothing any more.
+    void forgetOwner() { m_owner = nullptr; }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
         const QModelIndex &index) const override;

@@ -51,6 +51,12 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
     setFocusProxy(m_report);
 }
 
+ListView::~ListView()
+{
+    for (LabelDelegate *delegate : std::as_const(m_delegates))
+        delegate->forgetOwner();
+}
+
 void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize)
 {
     view->setAccessibleName(name);

@@ -38,6 +38,7 @@ public:
 
     /// \a name is the accessible name of both views; \a pictureSize in logical pixels.
     ListView(const QString &name, const QSize &pictureSize, QWidget *parent = nullptr);
+    ~ListView() override;
 
     /// The model is borrowed and must outlive the view.
     void setModel(QAbstractItemModel *model);
