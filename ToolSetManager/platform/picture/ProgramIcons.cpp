@@ -84,8 +84,7 @@ QImage ProgramIcons::icon(int index, int wantedSize, qint64 memory) const
         return {};
     const auto frames = bestFrames(*m_library, index, wantedSize);
     for (const IconFrame &frame : frames) {
-        QImage image =
-            IconFrames::decode(m_library->bytes(frame, IconFrames::mostBytes), memory);
+        QImage image = IconFrames::decode(m_library->bytes(frame, IconFrames::mostBytes), memory);
         if (!image.isNull())
             return image;
     }
