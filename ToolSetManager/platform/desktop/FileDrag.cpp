@@ -1,8 +1,10 @@
 #include "platform/desktop/FileDrag.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMimeData>
 #include <QUrl>
 
@@ -34,7 +36,11 @@ void answer(QDropEvent &event, bool fits)
 {
     const bool copies = event.possibleActions().testFlag(Qt::CopyAction);
     const bool links = event.possibleActions().testFlag(Qt::LinkAction);
-    if (!fits || (!copies && !links)) {
+    // While the hourglass stands windows only paint; drags of other programs come through all the
+    // same, and a set that is just being written must not change.
+    const QCursor *pointer = QGuiApplication::overrideCursor();
+    const bool busy = pointer && pointer->shape() == Qt::WaitCursor;
+    if (!fits || busy || (!copies && !links)) {
         event.ignore();
         return;
     }
