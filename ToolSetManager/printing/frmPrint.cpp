@@ -136,8 +136,8 @@ void frmPrint::makeControls()
 
 void frmPrint::PreviewToolset()
 {
-    Form_Load();
-    exec();
+    if (Form_Load())
+        exec();
 }
 
 void frmPrint::PrintToolset()
@@ -148,12 +148,14 @@ void frmPrint::PrintToolset()
         PrintDoc(*path);
 }
 
-void frmPrint::Form_Load()
+bool frmPrint::Form_Load()
 {
     Hourglass busy;
     cboZoom->setCurrentIndex(wholeSize);
     prtStatus->setZoom(cboZoom->currentText().toInt());
-    WriteToolsetReport();
+    const bool written = WriteToolsetReport();
+    if (!written && prtStatus->document().Error() == PageDocument::NoError)
+        return false; // cancelled: there is nothing to show, and the user knows why
 
     // Room for a whole page where the screen has it; the stored size outranks this.
     const QSize page = prtStatus->sheetSize()
@@ -165,6 +167,7 @@ void frmPrint::Form_Load()
     m_pages = PreviewPages(prtStatus->PageCount());
     showPage();
     prtStatus->setFocus();
+    return true;
 }
 
 void frmPrint::Form_QueryUnload()

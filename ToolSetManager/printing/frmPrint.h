@@ -40,7 +40,8 @@ private Q_SLOTS:
 
 private:
     void makeControls();
-    void Form_Load();
+    /// False when the user has cancelled the report. Without a printer it is empty.
+    bool Form_Load();
     void Form_QueryUnload();
     /// Lays the report out. False when there is no report: a message has told why, or the user
     /// has cancelled it.
