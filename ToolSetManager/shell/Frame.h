@@ -25,6 +25,8 @@ public:
     virtual void closeFrame() = 0; ///< As the user's closing of the frame.
 
     // --- Toolbar and status bar ---
+    static constexpr int effectPanel = 1; ///< What a drop would do, during a drag; ...
+    static constexpr int namesPanel = 2; ///< ... and with what.
     /// Enables the toolbar buttons whose tag is \a group.
     virtual void setCommandGroup(const QString &group, bool enabled) = 0;
     virtual void setButtonEnabled(const QString &key, bool enabled) = 0;

@@ -612,8 +612,8 @@ void MDI::dropEvent(QDropEvent *event)
 
 void MDI::tellDrag(const QString &effect, const QString &names)
 {
-    setPanelText(1, effect);
-    setPanelText(2, names);
+    setPanelText(effectPanel, effect);
+    setPanelText(namesPanel, names);
 }
 
 void MDI::closeFrame()

@@ -12,13 +12,6 @@
 
 #include <QDragMoveEvent>
 
-namespace {
-
-constexpr int effectPanel = 1;
-constexpr int namesPanel = 2;
-
-} // namespace
-
 FileDrop::FileDrop(DocumentWindow &document, Frame &frame, const Settings &settings, ListView &list,
     EditCommands &edit, QObject *parent)
     : QObject(parent)
@@ -44,9 +37,9 @@ void FileDrop::entered(const QDropEvent &event)
     }
     if (m_toolFiles.isEmpty() && m_toolSets.isEmpty())
         return;
-    m_frame.setPanelText(
-        effectPanel, m_toolFiles.isEmpty() ? QStringLiteral("Open") : QStringLiteral("New tool"));
-    m_frame.setPanelText(namesPanel, FileDrag::names(m_toolFiles + m_toolSets));
+    m_frame.setPanelText(Frame::effectPanel,
+        m_toolFiles.isEmpty() ? QStringLiteral("Open") : QStringLiteral("New tool"));
+    m_frame.setPanelText(Frame::namesPanel, FileDrag::names(m_toolFiles + m_toolSets));
 }
 
 void FileDrop::lvTools_OLEDragOver(QDragMoveEvent *event)
@@ -91,6 +84,6 @@ void FileDrop::forget()
         return;
     m_toolFiles.clear();
     m_toolSets.clear();
-    m_frame.setPanelText(effectPanel, QString());
-    m_frame.setPanelText(namesPanel, QString());
+    m_frame.setPanelText(Frame::effectPanel, QString());
+    m_frame.setPanelText(Frame::namesPanel, QString());
 }

@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr int effectPanel = 1;
-constexpr int namesPanel = 2;
 const QString copyText = QStringLiteral("Copy");
 const QString moveText = QStringLiteral("Move");
 
@@ -55,7 +53,7 @@ void ToolDrag::lvTools_OLEStartDrag()
     for (const int row : rows)
         names.append(m_model.toolAt(row)->Description);
     const QString text = names.join(QStringLiteral(", "));
-    m_frame.setPanelText(namesPanel, text);
+    m_frame.setPanelText(Frame::namesPanel, text);
 
     auto *data = new QMimeData;
     data->setText(text);
@@ -142,7 +140,7 @@ void ToolDrag::lvTools_OLEGiveFeedback(Qt::DropAction effect)
         text = copyText;
     else if (effect == Qt::MoveAction)
         text = moveText;
-    m_frame.setPanelText(effectPanel, text);
+    m_frame.setPanelText(Frame::effectPanel, text);
 }
 
 void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
@@ -157,7 +155,7 @@ void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
         m_list.setSelectedItem(row);
     m_list.setDropHighlight(-1);
     // Kept: what the status bar says decides, not the event.
-    const QString text = m_frame.panelText(effectPanel);
+    const QString text = m_frame.panelText(Frame::effectPanel);
     int effect = EditCommands::NoEffect;
     if (text == moveText)
         effect = EditCommands::MoveEffect;
@@ -182,6 +180,6 @@ void ToolDrag::lvTools_MouseUp()
 
 void ToolDrag::clearPanels()
 {
-    m_frame.setPanelText(effectPanel, QString());
-    m_frame.setPanelText(namesPanel, QString());
+    m_frame.setPanelText(Frame::effectPanel, QString());
+    m_frame.setPanelText(Frame::namesPanel, QString());
 }
