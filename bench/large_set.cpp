@@ -17,11 +17,37 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
+
+#include <sys/time.h>
 
 namespace {
 
-/// The longest single event that was handled without the hourglass.
+volatile std::sig_atomic_t depth = 0; ///< Of events that are being handled.
+volatile std::sig_atomic_t stretch = 0; ///< Ticks of the outermost one without the hourglass.
+volatile std::sig_atomic_t longest = 0;
+constexpr int tickMs = 2;
+
+/// Looks at the pointer in the midst of whatever runs: a command shows and hides the hourglass
+/// within one event.
+void tick(int)
+{
+    const bool waiting = depth == 0 || QGuiApplication::overrideCursor();
+    stretch = waiting ? 0 : stretch + 1;
+    longest = std::max(longest, stretch);
+}
+
+void startTicking()
+{
+    struct sigaction action = {};
+    action.sa_handler = tick;
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGALRM, &action, nullptr);
+    const itimerval every {{0, tickMs * 1000}, {0, tickMs * 1000}};
+    setitimer(ITIMER_REAL, &every, nullptr);
+}
+
 class Application : public QApplication
 {
 public:
@@ -29,44 +55,36 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override
     {
-        QElapsedTimer timer;
-        timer.start();
-        look();
-        ++m_depth;
+        if (depth == 0)
+            stretch = 0;
+        depth = depth + 1;
         const bool handled = QApplication::notify(receiver, event);
-        if (--m_depth == 0) {
-            if (!std::exchange(m_shown, false))
-                stall = std::max(stall, timer.elapsed());
-        }
+        depth = depth - 1;
         return handled;
     }
-    void look() { m_shown = m_shown || overrideCursor(); }
-
-    qint64 stall = 0;
-
-private:
-    int m_depth = 0;
-    bool m_shown = false;
 };
 
-Application *application = nullptr;
+/// What a step is: one action of the user, or many, or none.
+enum class Step { OneEvent, Many };
 
 /// Runs a step and what follows from it, until everything is painted.
-template <class Step>
-void measure(const char *what, Program &program, Step step)
+template <class Act>
+void measure(const char *what, Program &program, Act act, Step step = Step::OneEvent)
 {
-    application->stall = 0;
+    longest = 0;
     QElapsedTimer timer;
     timer.start();
-    // As an event, so that its time counts.
-    QTimer::singleShot(0, &program.frame, step);
+    if (step == Step::OneEvent)
+        QTimer::singleShot(0, &program.frame, act); // so that its time counts
+    else
+        act();
     QTimer *queue = program.frame.findChild<QTimer *>(u"tmrAction"_qs);
     do {
         QCoreApplication::processEvents();
     } while (queue->isActive());
     QCoreApplication::processEvents();
     std::printf("| %s | %lld | %lld |\n", what, static_cast<long long>(timer.elapsed()),
-        static_cast<long long>(application->stall));
+        static_cast<long long>(longest) * tickMs);
     std::fflush(stdout);
 }
 
@@ -75,21 +93,19 @@ void measure(const char *what, Program &program, Step step)
 int main(int argc, char *argv[])
 {
     Application app(argc, argv);
-    application = &app;
     const int count = argc > 1 ? std::atoi(argv[1]) : 100000;
     SampleSet samples;
     const QString path = samples.file(count);
     Program program(samples.path(u"home"_qs));
     program.storage.snapshotDelay = std::chrono::seconds(2);
     QCoreApplication::processEvents();
+    startTicking();
     std::printf("| step | ms | longest without hourglass, ms |\n|---|---:|---:|\n");
 
     measure("open", program, [&] { program.frame.openFile(path); });
     frmToolSet *window = program.window();
     ListView *list = Program::listOf(window);
     ToolListModel *model = Program::modelOf(window);
-    QObject::connect(model, &QAbstractItemModel::layoutAboutToBeChanged, application,
-        [] { application->look(); });
     auto *view = list->reportView();
     const char *columns[] = {"sort by name", "sort by position", "sort by location"};
     for (int column : {0, 1, 2}) {
@@ -98,13 +114,14 @@ int main(int argc, char *argv[])
                 QPoint(view->header()->sectionViewportPosition(column) + 9, 5));
         });
     }
-    measure("scroll through, 1,000 steps", program, [=] {
+    const auto scroll = [=] {
         QScrollBar *bar = view->verticalScrollBar();
         for (int i = 0; i <= 1000; ++i) {
             bar->setValue(static_cast<int>(qint64(bar->maximum()) * i / 1000));
             view->viewport()->repaint();
         }
-    });
+    };
+    measure("scroll through, 1,000 steps", program, scroll, Step::Many);
     measure("rename in place", program, [=] {
         list->setSelectedItem(count / 2);
         list->StartLabelEdit();
@@ -120,7 +137,8 @@ int main(int argc, char *argv[])
     });
     measure("move it to the end", program,
         [=] { QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier); });
-    measure("snapshot written meanwhile", program, [] { QTest::qWait(6000); });
+    const auto wait = [] { QTest::qWait(6000); };
+    measure("snapshot written meanwhile", program, wait, Step::Many);
     measure("delete it", program, [&] { program.frame.setAction(u"silentdelete"_qs); });
     measure("show as a list", program, [&] { program.frame.setAction(u"list"_qs); });
     measure("save", program, [&] { program.frame.setAction(u"save"_qs); });
@@ -138,10 +156,11 @@ int main(int argc, char *argv[])
     auto *area = program.frame.findChild<QMdiArea *>();
     measure(
         "tile", program, [&] { program.frame.arrangeWindows(Frame::Arrangement::TileVertically); });
-    measure("through all windows", program, [=] {
+    const auto next = [=] {
         for (int i = 0; i < 100; ++i)
             area->activateNextSubWindow();
-    });
+    };
+    measure("through all windows", program, next, Step::Many);
     measure("a new tool set", program, [&] { program.frame.setAction(u"newtoolset"_qs); });
     measure("close all", program, [&] { program.frame.close(); });
 }

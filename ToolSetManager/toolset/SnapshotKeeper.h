@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -12,7 +13,8 @@ struct ToolSetStorage;
 
 /// Keeps a snapshot of a set for as long as the set has changes that are in no file. Changes are
 /// gathered for a moment; then the set is taken as it stands and written in small pieces between
-/// the user's actions. What cannot be written is not told: the next change tries again.
+/// the user's actions; the dearer the last one was, the longer is that moment. What cannot be written
+/// is not told: the next change tries again.
 class SnapshotKeeper : public QObject
 {
     Q_OBJECT
@@ -42,4 +44,5 @@ private:
     QTimer *m_pieces;
     QString m_path; ///< Empty before the first snapshot.
     std::unique_ptr<SnapshotWriter> m_writer; ///< Null while none is being written.
+    std::chrono::milliseconds m_cost {0}; ///< What the last snapshot took of the window's time.
 };

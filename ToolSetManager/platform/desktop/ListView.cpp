@@ -1,6 +1,7 @@
 #include "platform/desktop/ListView.h"
 
 #include "platform/desktop/DragView.h"
+#include "platform/desktop/Hourglass.h"
 #include "platform/desktop/LabelDelegate.h"
 
 #include <QDrag>
@@ -120,6 +121,7 @@ void ListView::setView(int view)
         to = m_report;
     if (!to || to == m_stack->currentWidget())
         return;
+    const Hourglass hourglass; // a list measures every label
     QAbstractItemView *from = currentView();
     const bool focused = from->hasFocus();
     finishLabelEdit();
@@ -128,6 +130,7 @@ void ListView::setView(int view)
         detach(from);
     }
     m_stack->setCurrentWidget(to);
+    to->doItemsLayout(); // now, not when it is painted
     setFocusProxy(to);
     if (focused)
         to->setFocus();
