@@ -268,11 +268,12 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
     if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() + formerSize < size) {
         if (!existed)
             file.remove();
-        throw fileError(QStringLiteral("There is no room for \"%1\": %L2 bytes are needed and %L3 "
+        // The name last: it may hold what looks like a place for one of the numbers.
+        throw fileError(QStringLiteral("There is no room for \"%3\": %L1 bytes are needed and %L2 "
                                        "are free. The file is as it was.")
-                            .arg(shown(FileName))
                             .arg(size)
-                            .arg(disk.bytesAvailable() + formerSize));
+                            .arg(disk.bytesAvailable() + formerSize)
+                            .arg(shown(FileName)));
     }
     // Backed up before the content goes. A backup that fails never stops the save.
     const QString backup = m_storage.backups.backup(FileName);

@@ -32,6 +32,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QProgressBar>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -425,6 +426,9 @@ void MDI::showProgress(const QString &what, int percent)
     m_progress->setFormat(what + QStringLiteral(" - %p%"));
     m_progress->setValue(percent);
     m_progress->show();
+    // Not all work is a command's: a window that is closed saves, too, and no command may run
+    // meanwhile.
+    const QScopedValueRollback guard(m_busy, true);
     QCoreApplication::processEvents(
         QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
 }

@@ -141,7 +141,7 @@ private:
     // --- State ---
     CFileList *m_files;
     QQueue<QString> m_commands;
-    bool m_busy = false; ///< A command is running.
+    bool m_busy = false; ///< No command may run: one is running, or other long work is.
     bool m_painted = false; ///< The buttons have their icons.
     QStringList m_snapshots; ///< Offered, and not answered yet.
     /// The files for the next "open" words, one for each; without one the user is asked.

@@ -316,8 +316,9 @@ void frmToolProps::ApplyChanges()
         tool->setLocation(newLocation);
         Q_EMIT LocationChange(oldLocation, newLocation);
     }
-    storeIn(*tool);
+    tool->Picture = picToolImage->Picture();
     Q_EMIT UpdatePicture(tool->Picture);
+    storeIn(*tool);
     m_loadedHelp = tool->HelpString;
     Q_EMIT Change();
     setDirty(false);
@@ -325,7 +326,6 @@ void frmToolProps::ApplyChanges()
 
 void frmToolProps::storeIn(CVBATool &tool) const
 {
-    tool.Picture = picToolImage->Picture();
     tool.CommandLine = txtCommandLine->text();
     tool.ToolType = Kind();
     tool.VBEvents = m_events->events(tool.VBEvents);
@@ -341,6 +341,7 @@ CVBATool frmToolProps::Draft() const
     draft.Description = txtDescription->text();
     if (txtLocation->text() != draft.Location())
         draft.setLocation(txtLocation->text());
+    draft.Picture = picToolImage->Picture();
     storeIn(draft);
     return draft;
 }

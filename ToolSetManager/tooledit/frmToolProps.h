@@ -77,7 +77,7 @@ private:
     void giveFocusToHelp();
 
     void setDirty(bool dirty);
-    /// All but name and location.
+    /// What is left when name, location and picture are stored and told.
     void storeIn(CVBATool &tool) const;
     qint16 Kind() const; ///< -1 when none is chosen.
     void setKind(qint16 kind); ///< Other values than those of the list leave the choice.

@@ -10,7 +10,7 @@
 #include "toolset/ToolListModel.h"
 #include "toolset/defaultPicture.xpm"
 
-#include <QPixmap>
+#include <QSet>
 
 #include <utility>
 
@@ -147,10 +147,13 @@ void EditCommands::paste(int effect)
         const int target = m_list.SelectedItem();
         if (target < 0)
             return;
+        // By the names that they have now, which need not be those that they were cut under.
+        QSet<QString> names;
+        for (const ToolPtr &tool : *m_state.ToolClipboard)
+            names.insert(tool->Description);
         QList<int> rows;
         for (int row = 0; row < m_model.rowCount(); ++row) {
-            const QString &name = m_model.toolAt(row)->Description;
-            if (m_state.ToolClipboard->Items().contains(name))
+            if (names.contains(m_model.toolAt(row)->Description))
                 rows.append(row);
         }
         if (!rows.isEmpty())

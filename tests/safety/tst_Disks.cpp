@@ -90,7 +90,7 @@ void Disks_test::fullDisk()
         QSKIP("mounting a small disk is not allowed here");
     }
     const auto unmount = qScopeGuard([&] { umount2(mountPoint.constData(), MNT_DETACH); });
-    const QString file = path(u"disk/a.bmt"_qs);
+    const QString file = path(u"disk/a%2.bmt"_qs);
     const QString filler = path(full + u"/filler"_qs);
     Program program(m_home->path());
     QVERIFY(Sets::put(file, u"xyz"_qs, program.storage));
@@ -109,8 +109,8 @@ void Disks_test::fullDisk()
     if (full == u"disk") {
         answers.message(u"Error saving tool set: *"_qs, QMessageBox::Ok);
         program.run(u"save"_qs);
-        QVERIFY2(
-            answers.lastText().contains(u"There is no room"_qs), qPrintable(answers.lastText()));
+        QVERIFY2(answers.lastText().contains(u"There is no room for \"%1\""_qs.arg(file)),
+            qPrintable(answers.lastText()));
         QCOMPARE(Files::contentOf(file), former);
         QCOMPARE(Sets::files(path(u"data/recovery"_qs), u"*.bmt"_qs).size(), 1);
         QCOMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(), 1);

@@ -125,8 +125,9 @@ void frmToolProps_test::init()
         dialog, &frmToolProps::LocationChange, this, [=](const QString &from, const QString &to) {
             hear(QStringLiteral("Location ") + from + u'>' + to);
         });
-    connect(dialog, &frmToolProps::UpdatePicture, this, [=](const QImage &picture) {
-        hear(QStringLiteral("Picture ") + QString::number(picture.pixel(0, 0), 16));
+    connect(dialog, &frmToolProps::UpdatePicture, this, [=, this](const QImage &picture) {
+        hear(QStringLiteral("Picture %1, %2")
+                 .arg(QString::number(picture.pixel(0, 0), 16), m_tool->CommandLine));
     });
     connect(dialog, &frmToolProps::RequestNextTool, this, [=] { hear(QStringLiteral("Next")); });
     connect(dialog, &frmToolProps::RequestPriorTool, this, [=] { hear(QStringLiteral("Prior")); });
@@ -203,16 +204,17 @@ void frmToolProps_test::signalsInOrder()
 {
     type("txtDescription", QStringLiteral("Beta"));
     type("txtLocation", QStringLiteral("b.exe"));
+    type("txtCommandLine", QStringLiteral("/b")); // stored after the picture is told
     press("cmdApply");
     QCOMPARE(m_heard,
         (QStringList {QStringLiteral("Name Alpha>Beta"),
             QStringLiteral("Location c:\\tools\\Alpha.exe>b.exe"),
-            QStringLiteral("Picture ffff0000"), QStringLiteral("Change")}));
+            QStringLiteral("Picture ffff0000, /x"), QStringLiteral("Change")}));
     m_heard.clear();
     type("txtDescription", QStringLiteral("BETA")); // letter case counts
     press("cmdApply");
     QCOMPARE(m_heard,
-        (QStringList {QStringLiteral("Name Beta>BETA"), QStringLiteral("Picture ffff0000"),
+        (QStringList {QStringLiteral("Name Beta>BETA"), QStringLiteral("Picture ffff0000, /b"),
             QStringLiteral("Change")}));
     QCOMPARE(m_tool->AppName32, QStringLiteral("b.exe"));
 }
