@@ -1,4 +1,5 @@
-// From the start of the program's process to its first painted frame, beside a bare window.
+// From the start of the program's process to its first painted frame, beside a bare window and
+// beside one with text.
 
 #include "support/Ratios.h"
 
@@ -19,12 +20,12 @@ struct Start
     double cpu = -1;
 };
 
-Start startOnce(const QString &program)
+Start startOnce(const QString &program, const QStringList &arguments = {})
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const auto before = std::chrono::steady_clock::now().time_since_epoch();
-    process.start(QCoreApplication::applicationDirPath() + u'/' + program, QStringList());
+    process.start(QCoreApplication::applicationDirPath() + u'/' + program, arguments);
     if (!process.waitForFinished(10000) || process.exitCode() != 0)
         return {};
     const QList<QByteArray> words = process.readAllStandardOutput().simplified().split(' ');
@@ -35,10 +36,10 @@ Start startOnce(const QString &program)
 }
 
 template <double Start::*clock>
-void measure(benchmark::State &state, const QString &program)
+void measure(benchmark::State &state, const QString &program, const QStringList &arguments = {})
 {
     for (auto _ : state) {
-        const Start start = startOnce(program);
+        const Start start = startOnce(program, arguments);
         if (start.real < 0)
             state.SkipWithError("the program did not come up");
         state.SetIterationTime(start.*clock / 1e3);
@@ -55,6 +56,12 @@ template <double Start::*clock>
 void bareWindow(benchmark::State &state)
 {
     measure<clock>(state, QStringLiteral("startup_bare_window"));
+}
+
+template <double Start::*clock>
+void windowWithText(benchmark::State &state)
+{
+    measure<clock>(state, QStringLiteral("startup_bare_window"), {QStringLiteral("with text")});
 }
 
 } // namespace
@@ -79,5 +86,9 @@ int main(int argc, char *argv[])
         {"bare window with an MDI area", bareWindow<&Start::real>}, 1.3);
     ratios.compare({"start-up, processor time", program<&Start::cpu>},
         {"bare window, processor time", bareWindow<&Start::cpu>}, 1.3);
+    ratios.compare({"start-up", program<&Start::real>},
+        {"the same with a menu and a status bar", windowWithText<&Start::real>});
+    ratios.compare({"start-up, processor time", program<&Start::cpu>},
+        {"the same with a menu and a status bar, processor time", windowWithText<&Start::cpu>});
     return ratios.run(argc, argv);
 }
