@@ -388,8 +388,9 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         m_charset = nullptr;
         break;
     case RtfWord::Font:
+        changeCharacters().apply(keyword, token); // looks up the former font for what is pending
         m_charset = nullptr;
-        [[fallthrough]];
+        break;
     default:
         changeCharacters().apply(keyword, token);
         break;
@@ -398,6 +399,7 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
 
 void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
 {
+    decodePending();
     m_charset = nullptr;
     switch (keyword.word) {
     case RtfWord::AnsiCodePage:

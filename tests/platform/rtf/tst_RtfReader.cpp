@@ -106,6 +106,7 @@ void RtfReader_test::body_data()
     row("raw Western byte", "\xe4", u"ä"_qs);
     row("Cyrillic font", "\\f3 \\'cf\\'f0\\'e8", u"При"_qs);
     row("Japanese, second byte as text", "\\f4\\'83A\\'83\\'41 x", u"{f=MS Mincho:アア x}"_qs);
+    row("Japanese up to another font", "\\f4\\'83A\\f3\\'cf", u"{f=MS Mincho:ア}П"_qs);
     row("Symbol font", "{\\f2 abG\\'b7}c", u"{f=Symbol:αβΓ•}c"_qs);
     row("Symbol font in Unicode's private range", "{\\f2 \\u-3999?\\u61538?\\u913?}",
         u"{f=Symbol:αβΑ}"_qs);
