@@ -9,7 +9,6 @@
 
 #include <functional>
 
-class CommonDialog;
 class QMdiArea;
 class QMdiSubWindow;
 class QTimer;

@@ -49,7 +49,7 @@ void ToolPropertiesLink::ShowToolProperties()
     if (!alive)
         return;
     Q_EMIT draftChanged();
-    m_model.refreshPictures();
+    m_model.RefreshIcons();
     m_frame.setPanelText(namePanel, QString());
 }
 

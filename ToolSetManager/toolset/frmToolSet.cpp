@@ -353,11 +353,6 @@ void frmToolSet::UnselectAll()
     lvTools->UnselectAll();
 }
 
-void frmToolSet::RefreshIcons()
-{
-    m_list->refreshPictures();
-}
-
 void frmToolSet::ClearDragTools()
 {
     m_edit->ClearDragTools();

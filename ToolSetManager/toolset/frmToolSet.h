@@ -56,7 +56,6 @@ public:
     /// view buttons and the paste commands up to date.
     void SetCommandGroup(const QString &group, bool enabled);
     void UnselectAll();
-    void RefreshIcons();
     /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the tool
     /// clipboard is empty.
     void ClearDragTools();

@@ -1,9 +1,7 @@
 #include "platform/desktop/StatusBar.h"
 
-#include <QFrame>
 #include <QLabel>
 #include <QPainter>
-#include <QStyleOption>
 
 namespace {
 

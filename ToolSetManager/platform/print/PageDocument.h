@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QMargins>
 #include <QRect>
-#include <QRectF>
 #include <QString>
 
 #include <memory>
@@ -20,8 +19,6 @@ struct Paper
 {
     QSize size {11906, 16838};
     QMargins unprintable; ///< What the printer cannot reach at each edge.
-
-    bool isLandscape() const { return size.width() > size.height(); }
 };
 
 /// Lays out text, rich text and pictures on pages and keeps each page as a list of drawing steps,

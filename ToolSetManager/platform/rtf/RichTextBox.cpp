@@ -16,6 +16,7 @@
 #include <QTextDocumentFragment>
 #include <QUrl>
 
+#include <algorithm>
 #include <cmath>
 
 using RtfProtection::Touch;
