@@ -5,6 +5,7 @@
 #include "platform/rtf/RtfMimeData.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
+#include "platform/text/Twips.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -23,8 +24,8 @@ using RtfProtection::Touch;
 
 namespace {
 
-constexpr int twipsPerPixel = 15;
-constexpr int twipsPerHalfPoint = 10;
+constexpr int twipsPerPixel = Twips::perPixel;
+constexpr int twipsPerHalfPoint = Twips::perPoint / 2;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
@@ -634,9 +635,9 @@ bool RichTextBox::SelPrint(QPrinter &printer)
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
-    const double scale = printer.logicalDpiX() / 1440.0;
+    const double scale = double(printer.logicalDpiX()) / Twips::perInch;
     const QSizeF inches = printer.pageLayout().paintRect(QPageLayout::Inch).size();
-    const QRect area(QPoint(0, 0), (inches * 1440).toSize());
+    const QRect area(QPoint(0, 0), (inches * Twips::perInch).toSize());
     painter.scale(scale, scale);
     RichTextPages pages(part);
     const int length = part.characterCount() - 1;
