@@ -1,6 +1,7 @@
 #include "toolset/frmToolSet.h"
 
 #include "model/CVBATools.h"
+#include "platform/desktop/Captions.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SendKeys.h"
@@ -199,9 +200,7 @@ void frmToolSet::setCaption(const QString &caption)
     if (m_state.SourceCaption == m_caption && !m_list->ghostedRows().isEmpty())
         m_state.SourceCaption = caption;
     m_caption = caption;
-    // "[*]" in a window title is Qt's mark for "modified"; a path may hold it.
-    QString title = caption;
-    setWindowTitle(title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    setWindowTitle(Captions::forTitle(caption));
 }
 
 int frmToolSet::View() const
@@ -610,8 +609,7 @@ void frmToolSet::mnuWindow_aboutToShow()
     const auto documents = m_frame.openDocuments();
     int number = 0;
     for (DocumentWindow *document : documents) {
-        QString caption = document->Caption();
-        caption.replace(u'&', QStringLiteral("&&"));
+        const QString caption = Captions::forMenu(document->Caption());
         ++number;
         QAction *item = m_menus->mnuWindow->addAction(
             number <= 9 ? QStringLiteral("&%1 %2").arg(number).arg(caption) : caption);
