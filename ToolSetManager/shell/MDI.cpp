@@ -9,6 +9,7 @@
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
+#include "platform/desktop/Tag.h"
 #include "platform/desktop/Toolbar.h"
 #include "platform/desktop/mFileUtil.h"
 #include "shell/CFileList.h"
@@ -130,7 +131,7 @@ void MDI::makeToolbar()
         if (row.startsGroup)
             tbTools->addSeparator();
         QAction *button = tbTools->addButton(row.key, row.toolTip);
-        Toolbar::setTag(button, row.tag);
+        Tag::set(*button, row.tag);
     }
     tbTools->button(QStringLiteral("list"))->setCheckable(true);
     tbTools->button(QStringLiteral("details"))->setCheckable(true);
@@ -387,7 +388,7 @@ void MDI::setCommandGroup(const QString &group, bool enabled)
 {
     const auto buttons = tbTools->buttons();
     for (QAction *button : buttons) {
-        if (Toolbar::tag(button) == group)
+        if (Tag::of(*button) == group)
             button->setEnabled(enabled);
     }
 }

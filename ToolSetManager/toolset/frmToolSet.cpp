@@ -5,6 +5,7 @@
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SendKeys.h"
+#include "platform/desktop/Tag.h"
 #include "richtext/frmToolHelp.h"
 #include "shell/CommandTable.h"
 #include "shell/Frame.h"
@@ -92,10 +93,10 @@ void frmToolSet::Form_Load()
 {
     for (const int item : {ToolSetMenus::EditToolProperties, ToolSetMenus::EditCut,
              ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
-        ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
+        Tag::set(*m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
     }
-    ToolSetMenus::setTag(m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
-    ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
+    Tag::set(*m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
+    Tag::set(*m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
     SetCommandGroup(CommandTable::needsToolSet, true);
 }
 
