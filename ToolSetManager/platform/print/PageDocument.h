@@ -81,7 +81,8 @@ public:
     int PageHeight() const { return m_paper.size.height(); }
     int MarginLeft() const { return m_margins.left(); }
     int MarginBottom() const { return m_margins.bottom(); }
-    /// All four are 1440 at first, or what the printer cannot reach where that is more.
+    /// Each 1440, or a fifth of a sheet that is small, or what the printer cannot reach where that
+    /// is more.
     QMargins margins() const { return m_margins; }
 
     // --- Header and footer, of pages that are finished after they were set ---
