@@ -92,10 +92,7 @@ QString RichTextBox::ownForm(const QString &rtf, const QString &family, double p
     document.setDefaultFont(standard);
     RtfReader reader = RichText::reader();
     reader.metafileDecoder = nullptr; // what pictures show is not written
-    if (RtfText::isRtf(rtf))
-        reader.read(RtfText::toBytes(rtf), document);
-    else
-        reader.readPlainText(rtf, document);
+    RichText::read(rtf, document, std::move(reader));
     return QString::fromLatin1(RtfWriter::write(document));
 }
 
