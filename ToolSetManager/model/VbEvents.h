@@ -15,7 +15,6 @@ constexpr int groupCount = 6;
 
 struct Event
 {
-    int group; ///< Index of its group.
     const char16_t *caption; ///< On the page of events; the same in several groups.
     const char16_t *name; ///< In the report; unique.
 };
@@ -28,8 +27,6 @@ struct Group
     const char16_t *reportHeading;
     int first;
     int last;
-
-    constexpr int count() const { return last - first + 1; }
 };
 
 extern const std::array<Event, eventCount> events;

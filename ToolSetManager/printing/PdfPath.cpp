@@ -2,7 +2,6 @@
 
 #include "platform/desktop/CommonDialog.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 

@@ -1,6 +1,5 @@
 #include "printing/PrintProgress.h"
 
-#include <QCoreApplication>
 #include <QProgressDialog>
 
 namespace {

@@ -14,7 +14,8 @@
 #include <QPrinter>
 #include <QScopedValueRollback>
 #include <QTimer>
-#include <QToolButton>
+
+#include <algorithm>
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "richtext/frmToolHelp.h"
 
+#include "platform/desktop/Captions.h"
 #include "platform/rtf/RichTextBox.h"
 #include "platform/text/Twips.h"
 
@@ -43,10 +44,7 @@ void frmToolHelp::ShowHelp(const QString &HelpText, float Left, float Top, const
     move(pixels(Left), pixels(Top));
     Form_Resize();
     rtf->setTextRTF(HelpText);
-    // "[*]" in a window title is Qt's mark for "modified"; a name may hold it.
-    QString name = ToolName;
-    setWindowTitle(QStringLiteral("Help For ")
-        + name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    setWindowTitle(QStringLiteral("Help For ") + Captions::forTitle(ToolName));
     show();
 }
 

@@ -25,13 +25,15 @@ public:
     virtual void closeFrame() = 0; ///< As the user's closing of the frame.
 
     // --- Toolbar and status bar ---
+    // The panels count from 1.
+    static constexpr int toolPanel = 1; ///< The tool whose properties are open.
     static constexpr int effectPanel = 1; ///< What a drop would do, during a drag; ...
     static constexpr int namesPanel = 2; ///< ... and with what.
     /// Enables the toolbar buttons whose tag is \a group.
     virtual void setCommandGroup(const QString &group, bool enabled) = 0;
     virtual void setButtonEnabled(const QString &key, bool enabled) = 0;
     virtual void setButtonPressed(const QString &key, bool pressed) = 0;
-    virtual QString panelText(int panel) const = 0; ///< Panels count from 1.
+    virtual QString panelText(int panel) const = 0;
     virtual void setPanelText(int panel, const QString &text) = 0;
 
     /// Shows how far a long piece of work is, in per cent, and lets the windows paint; nothing

@@ -1,23 +1,20 @@
 #include "shell/MDI.h"
 
-#include "model/ToolSetSnapshot.h"
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/FileDrag.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
-#include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
-#include "platform/desktop/Toolbar.h"
 #include "platform/desktop/mFileUtil.h"
 #include "shell/CFileList.h"
-#include "shell/CommandTable.h"
+#include "shell/CommandToolbar.h"
 #include "shell/DocumentWindow.h"
 #include "shell/MWindowPosition.h"
 #include "shell/MdiArea.h"
 #include "shell/RecentFileMenu.h"
-#include "shell/RecoveryBar.h"
+#include "shell/RecoveryOffer.h"
 #include "shell/Settings.h"
 #include "shell/ToolSetFiles.h"
 #include "shell/WindowArranger.h"
@@ -31,7 +28,6 @@
 #include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QTimer>
@@ -59,7 +55,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     , m_settings(settings)
     , m_store(store)
     , m_factory(std::move(factory))
-    , tbTools(new Toolbar(QStringLiteral("Tools"), this))
+    , tbTools(new CommandToolbar(this))
     , status(new StatusBar({1, 3}, this))
     , mdi(new MdiArea(this))
     , tmrAction(new QTimer(this))
@@ -70,11 +66,15 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setWindowTitle(QString::fromUtf16(caption));
     resize(QSize(960, 640).boundedTo(screen()->availableSize() * 0.95));
     auto *centre = new QWidget(this);
-    m_centre = new QVBoxLayout(centre);
-    m_centre->setContentsMargins(0, 0, 0, 0);
-    m_centre->setSpacing(0);
-    m_centre->addWidget(mdi, 1);
+    auto *inCentre = new QVBoxLayout(centre);
+    inCentre->setContentsMargins(0, 0, 0, 0);
+    inCentre->setSpacing(0);
+    inCentre->addWidget(mdi, 1);
     setCentralWidget(centre);
+    m_recovery = new RecoveryOffer(inCentre, this);
+    // Queued like every command.
+    connect(m_recovery, &RecoveryOffer::takeWanted, this, [this] { setAction(recoverWord); });
+    connect(m_recovery, &RecoveryOffer::discardWanted, this, [this] { setAction(discardWord); });
     setStatusBar(status);
     addToolBar(tbTools);
     setAcceptDrops(true);
@@ -93,8 +93,9 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     connect(&m_state, &mTSM::dragGateArmed, tmrDrag, qOverload<>(&QTimer::start));
     connect(&m_state, &mTSM::dragGateClosed, tmrDrag, &QTimer::stop);
 
-    makeToolbar();
+    connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     makeMenus();
+    mdi->viewport()->installEventFilter(this);
     connect(this, &MDI::firstPainted, this, [this] {
         m_painted = true;
         refreshIcons();
@@ -121,32 +122,6 @@ void MDI::MDIForm_Load(const QString &commandLine)
         openFile(commandLine);
 }
 
-void MDI::makeToolbar()
-{
-    tbTools->setObjectName(QStringLiteral("tbTools"));
-    tbTools->setMovable(false);
-    tbTools->setIconSize(QSize(22, 22));
-    for (const auto &row : CommandTable::buttons) {
-        if (row.startsGroup)
-            tbTools->addSeparator();
-        QAction *button = tbTools->addButton(row.key, row.toolTip);
-        Toolbar::setTag(button, row.tag);
-    }
-    tbTools->button(QStringLiteral("list"))->setCheckable(true);
-    tbTools->button(QStringLiteral("details"))->setCheckable(true);
-    connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
-    disableDocumentButtons();
-    // Finding and reading the icons takes as long as all the rest of the frame, so they come once
-    // it stands on the screen. Until then the buttons are blank; without any icon they would show
-    // their text.
-    QPixmap blank(tbTools->iconSize());
-    blank.fill(Qt::transparent);
-    const auto buttons = tbTools->buttons();
-    for (QAction *button : buttons)
-        button->setIcon(blank);
-    mdi->viewport()->installEventFilter(this);
-}
-
 bool MDI::eventFilter(QObject *watched, QEvent *event)
 {
     // The MDI area covers the frame, which gets no paint event of its own.
@@ -160,8 +135,7 @@ bool MDI::eventFilter(QObject *watched, QEvent *event)
 void MDI::refreshIcons()
 {
     Icons::followPalette();
-    for (const auto &row : CommandTable::buttons)
-        tbTools->button(row.key)->setIcon(Icons::named(row.icon, row.fallbackIcon));
+    tbTools->showIcons();
 }
 
 void MDI::makeMenus()
@@ -234,10 +208,10 @@ void MDI::dispatch(const QString &word)
     } else if (word == recoverWord) {
         recoverToolSets();
     } else if (word == discardWord) {
-        discardSnapshots();
+        m_recovery->discard(this);
     } else if (word == QStringLiteral("close")) {
         if (m_documents.isEmpty())
-            disableDocumentButtons();
+            tbTools->disableDocumentButtons();
     } else if (DocumentWindow *document = activeDocument()) {
         document->setAction(word);
     }
@@ -319,27 +293,13 @@ QString MDI::openHelper()
 
 void MDI::offerRecovery(const QStringList &snapshots)
 {
-    m_snapshots += snapshots;
-    if (m_snapshots.isEmpty())
-        return;
-    QStringList titles;
-    for (const QString &snapshot : std::as_const(m_snapshots)) {
-        const QString title = ToolSetSnapshot::readTitle(snapshot);
-        titles.append(title.isEmpty() ? QFileInfo(snapshot).fileName() : title);
-    }
-    delete m_recoveryBar;
-    m_recoveryBar = new RecoveryBar(titles);
-    // Queued like every command: a dialog may be open, below which the bar can be clicked.
-    connect(m_recoveryBar, &RecoveryBar::recover, this, [this] { setAction(recoverWord); });
-    connect(m_recoveryBar, &RecoveryBar::discard, this, [this] { setAction(discardWord); });
-    m_centre->insertWidget(0, m_recoveryBar);
+    m_recovery->add(snapshots);
 }
 
 void MDI::recoverToolSets()
 {
     const int view = currentView();
-    const QStringList snapshots = std::exchange(m_snapshots, {});
-    endRecovery();
+    const QStringList snapshots = m_recovery->take();
     for (const QString &snapshot : snapshots) {
         DocumentWindow *document = addDocument();
         document->setView(view);
@@ -348,60 +308,24 @@ void MDI::recoverToolSets()
             document->Unload();
     }
     if (m_documents.isEmpty())
-        disableDocumentButtons();
-}
-
-void MDI::discardSnapshots()
-{
-    if (m_snapshots.isEmpty()
-        || MsgBox::show(this,
-               QStringLiteral("Do you want to delete the changes that were not saved?"),
-               MsgBox::Buttons::YesNo, MsgBox::Icon::Question)
-            != MsgBox::Answer::Yes) {
-        return;
-    }
-    for (const QString &snapshot : std::as_const(m_snapshots))
-        QFile::remove(snapshot);
-    m_snapshots.clear();
-    endRecovery();
-}
-
-void MDI::endRecovery()
-{
-    if (!m_recoveryBar)
-        return;
-    m_recoveryBar->hide();
-    m_recoveryBar->deleteLater();
-    m_recoveryBar = nullptr;
+        tbTools->disableDocumentButtons();
 }
 
 // --- Toolbar, status bar ---
 
-void MDI::disableDocumentButtons()
-{
-    for (const auto &key : CommandTable::documentButtons)
-        tbTools->button(key)->setEnabled(false);
-}
-
 void MDI::setCommandGroup(const QString &group, bool enabled)
 {
-    const auto buttons = tbTools->buttons();
-    for (QAction *button : buttons) {
-        if (Toolbar::tag(button) == group)
-            button->setEnabled(enabled);
-    }
+    tbTools->setGroupEnabled(group, enabled);
 }
 
 void MDI::setButtonEnabled(const QString &key, bool enabled)
 {
-    if (QAction *button = tbTools->button(key))
-        button->setEnabled(enabled);
+    tbTools->setButtonEnabled(key, enabled);
 }
 
 void MDI::setButtonPressed(const QString &key, bool pressed)
 {
-    if (QAction *button = tbTools->button(key))
-        button->setChecked(pressed);
+    tbTools->setButtonPressed(key, pressed);
 }
 
 QString MDI::panelText(int panel) const
@@ -416,16 +340,7 @@ void MDI::setPanelText(int panel, const QString &text)
 
 void MDI::showProgress(const QString &what, int percent)
 {
-    if (!m_progress) {
-        m_progress = new QProgressBar;
-        m_progress->setObjectName(QStringLiteral("progress"));
-        m_progress->setMaximumHeight(fontMetrics().height() + 4);
-        status->insertPermanentWidget(0, m_progress, 1);
-    }
-    m_progress->setAccessibleName(what);
-    m_progress->setFormat(what + QStringLiteral(" - %p%"));
-    m_progress->setValue(percent);
-    m_progress->show();
+    status->showProgress(what, percent);
     // Not all work is a command's: a window that is closed saves, too, and no command may run
     // meanwhile.
     const QScopedValueRollback guard(m_busy, true);
@@ -435,8 +350,7 @@ void MDI::showProgress(const QString &what, int percent)
 
 void MDI::endProgress()
 {
-    if (m_progress)
-        m_progress->hide();
+    status->endProgress();
 }
 
 // --- Document windows ---
@@ -643,7 +557,7 @@ bool MDI::MDIForm_QueryUnload()
             first->Unload();
         }
         showMenusOf(nullptr);
-        disableDocumentButtons();
+        tbTools->disableDocumentButtons();
         return true; // Kept: the first close takes the documents, the second one the frame.
     }
     try {

@@ -9,18 +9,15 @@
 
 #include <functional>
 
-class CommonDialog;
+class CommandToolbar;
 class QMdiArea;
 class QMdiSubWindow;
 class QTimer;
-class QVBoxLayout;
-class QProgressBar;
-class RecoveryBar;
 class RecentFileMenu;
+class RecoveryOffer;
 class Settings;
 class SettingsStore;
 class StatusBar;
-class Toolbar;
 class frmHelp;
 class mTSM;
 
@@ -65,8 +62,7 @@ public:
     void showHelp(const QString &helpFile) override;
     void showAbout() override;
 
-    /// Offers to open what these snapshots hold, in a bar above the windows. Nothing else waits for
-    /// the answer. A snapshot that is not answered stays where it is.
+    /// Offers to open what these snapshots hold, in a bar above the windows (RecoveryOffer).
     void offerRecovery(const QStringList &snapshots);
 
     /// Another start of the program asked for it.
@@ -99,7 +95,6 @@ private:
     /// True when the close is to be cancelled.
     bool MDIForm_QueryUnload();
 
-    void makeToolbar();
     void makeMenus();
     void refreshIcons();
     void dispatch(const QString &word);
@@ -107,12 +102,9 @@ private:
     void openToolSet(int view, QString path);
     /// The path chosen in the open dialog; empty when cancelled.
     QString openHelper();
-    void disableDocumentButtons();
     DocumentWindow *documentWithCaption(const QString &caption) const;
     DocumentWindow *addDocument();
     void recoverToolSets();
-    void discardSnapshots();
-    void endRecovery();
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     int currentView() const;
     void showMenusOf(DocumentWindow *document);
@@ -125,12 +117,10 @@ private:
     DocumentFactory m_factory;
 
     // --- Controls ---
-    Toolbar *tbTools;
+    CommandToolbar *tbTools;
     StatusBar *status;
-    QProgressBar *m_progress = nullptr; ///< Made when it is first needed.
     QMdiArea *mdi;
-    QVBoxLayout *m_centre; ///< The recovery bar, when there is one, above the windows.
-    QPointer<RecoveryBar> m_recoveryBar;
+    RecoveryOffer *m_recovery; ///< Its bar stands above the windows.
     QMenu *mnuFile = nullptr;
     QMenu *mnuHelp = nullptr;
     RecentFileMenu *mnuFileList = nullptr;
@@ -143,7 +133,6 @@ private:
     QQueue<QString> m_commands;
     bool m_busy = false; ///< No command may run: one is running, or other long work is.
     bool m_painted = false; ///< The buttons have their icons.
-    QStringList m_snapshots; ///< Offered, and not answered yet.
     /// The files for the next "open" words, one for each; without one the user is asked.
     QQueue<QString> m_pendingPaths;
     QStringList m_draggedFiles; ///< The tool sets of the drag above the frame.

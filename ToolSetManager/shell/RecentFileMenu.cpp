@@ -1,5 +1,6 @@
 #include "shell/RecentFileMenu.h"
 
+#include "platform/desktop/Captions.h"
 #include "shell/CFileList.h"
 
 #include <QAction>
@@ -29,9 +30,7 @@ void RecentFileMenu::rebuild(const CFileList &files)
         m_items.append(item);
     };
     for (const QString &path : files.Items()) {
-        // A path may hold the mark of mnemonics.
-        QString text = path;
-        auto *item = new QAction(text.replace(u'&', QStringLiteral("&&")), m_menu);
+        auto *item = new QAction(Captions::forMenu(path), m_menu);
         item->setData(path);
         connect(item, &QAction::triggered, this, [this, path] { Q_EMIT chosen(path); });
         add(item);

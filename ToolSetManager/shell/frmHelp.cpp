@@ -5,7 +5,6 @@
 #include "shell/HelpBrowser.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>

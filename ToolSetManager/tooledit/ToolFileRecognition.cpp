@@ -2,8 +2,6 @@
 
 #include "model/CVBATool.h"
 
-#include <QStringList>
-
 #include <algorithm>
 #include <array>
 

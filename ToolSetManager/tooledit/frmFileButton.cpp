@@ -8,6 +8,7 @@
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SettingsStore.h"
+#include "platform/desktop/Tag.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
@@ -32,7 +33,6 @@
 namespace {
 
 constexpr int previewSize = 192; ///< A multiple of the sizes that icons have.
-constexpr char tagProperty[] = "Tag";
 constexpr char16_t section[] = u"FileButton";
 constexpr char16_t key[] = u"Path";
 
@@ -55,8 +55,8 @@ QFrame *framed(PictureControl *picture, int side, QWidget *parent)
     layout->setContentsMargins(1, 1, 1, 1);
     layout->addWidget(picture);
     picture->setFixedSize(side, side);
-    frame->setProperty(tagProperty, picture->property(tagProperty));
-    picture->setProperty(tagProperty, {});
+    Tag::set(*frame, Tag::of(*picture));
+    Tag::set(*picture, {});
     frame->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return frame;
 }
@@ -78,7 +78,7 @@ void frmFileButton::makeControls()
 {
     const auto tagged = [this](QWidget *control, const QString &name, const QString &tag) {
         control->setObjectName(name);
-        control->setProperty(tagProperty, tag);
+        Tag::set(*control, tag);
         control->setAccessibleName(QString(tag).remove(u':'));
     };
     const auto hidden = [this](const QString &name) {
@@ -530,7 +530,7 @@ void frmFileButton::PrintCaptions()
     painter.setPen(palette().color(QPalette::WindowText));
     const auto controls = findChildren<QWidget *>();
     for (const QWidget *control : controls) {
-        const QString tag = control->property(tagProperty).toString();
+        const QString tag = Tag::of(*control);
         if (tag.isEmpty() || !control->isVisibleTo(this))
             continue;
         const QPoint corner = control->mapTo(this, QPoint(0, 0));

@@ -4,6 +4,7 @@
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
+#include "platform/desktop/SendKeys.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
@@ -20,7 +21,6 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -429,11 +429,7 @@ void frmToolProps::cmdToolID_Click()
     clipboard->setImage(picToolImage->Image());
     giveFocusToHelp();
     // "+{INSERT}" to whatever has the focus now: shift and insert, which pastes.
-    QWidget *target = focusWidget() != nullptr ? focusWidget() : rtHelp;
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent key(type, Qt::Key_Insert, Qt::ShiftModifier);
-        QCoreApplication::sendEvent(target, &key);
-    }
+    SendKeys::sendTo(focusWidget() ? focusWidget() : rtHelp, Qt::Key_Insert, Qt::ShiftModifier);
     rtHelp->setSelText(txtDescription->text() + u' ');
 }
 

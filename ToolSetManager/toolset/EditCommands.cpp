@@ -31,31 +31,37 @@ void EditCommands::newTool()
 {
     auto tool = std::make_shared<CVBATool>();
     tool->Picture = QImage(defaultPicture);
-    const QList<int> rows = m_model.appendTools({tool});
-    if (rows.isEmpty()) // no name was free
-        return;
-    m_list.selectRows(rows);
-    Q_EMIT changed();
-    Q_EMIT commandStatesChanged();
-    Q_EMIT toolAdded();
+    if (append({tool}))
+        Q_EMIT toolAdded();
 }
 
 void EditCommands::addTools(const QList<ToolPtr> &tools)
 {
     const Hourglass hourglass;
     m_list.finishLabelEdit();
-    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
-    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    sortByPosition();
     for (const ToolPtr &tool : tools) {
         if (tool->Picture.isNull())
             tool->Picture = QImage(defaultPicture);
     }
+    append(tools);
+}
+
+bool EditCommands::append(const QList<ToolPtr> &tools)
+{
     const QList<int> rows = m_model.appendTools(tools);
-    if (rows.isEmpty())
-        return;
+    if (rows.isEmpty()) // no name was free
+        return false;
     m_list.selectRows(rows);
     Q_EMIT changed();
     Q_EMIT commandStatesChanged();
+    return true;
+}
+
+void EditCommands::sortByPosition()
+{
+    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
 }
 
 // --- The tool clipboard ---
@@ -131,8 +137,7 @@ void EditCommands::paste(int effect)
     if (!m_state.ToolClipboard || m_state.ToolClipboard->Count() == 0)
         return;
     const Hourglass hourglass;
-    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
-    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    sortByPosition();
     if (!isSource()) {
         m_list.setDropHighlight(-1);
         const QList<int> pasted = PasteTools();
@@ -224,8 +229,7 @@ void EditCommands::moveSelection(Direction direction)
         return;
     const Hourglass hourglass;
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
-    m_model.sort(ToolListModel::PositionColumn, Qt::AscendingOrder);
-    m_list.setSortIndicator(ToolListModel::PositionColumn, Qt::AscendingOrder);
+    sortByPosition();
     const QList<int> rows = m_list.selectedRows();
     const int last = m_model.rowCount() - 1;
     int target = 0;

@@ -58,6 +58,9 @@ Q_SIGNALS:
     void toolAdded(); ///< The new tool's item is selected.
 
 private:
+    /// Adds the tools and selects exactly these; false when the set took none of them.
+    bool append(const QList<ToolPtr> &tools);
+    void sortByPosition(); ///< What the list shows is then the order that an edit changes.
     QList<int> PasteTools();
     void CompleteCut();
 

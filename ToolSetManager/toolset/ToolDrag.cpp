@@ -8,7 +8,6 @@
 #include "toolset/ToolListModel.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPainter>

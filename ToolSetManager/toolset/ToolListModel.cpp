@@ -64,24 +64,6 @@ QList<ToolPtr> ToolListModel::toolsInPositionOrder() const
     return tools;
 }
 
-int ToolListModel::rowOf(const CVBATool &tool) const
-{
-    for (size_t row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].tool.get() == &tool)
-            return static_cast<int>(row);
-    }
-    return -1;
-}
-
-int ToolListModel::rowAtPosition(int position) const
-{
-    for (size_t row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].position == position)
-            return static_cast<int>(row);
-    }
-    return -1;
-}
-
 QList<int> ToolListModel::ghostedRows() const
 {
     QList<int> rows;
@@ -325,7 +307,7 @@ void ToolListModel::ghostsChanged()
     }
 }
 
-void ToolListModel::refreshPictures()
+void ToolListModel::RefreshIcons()
 {
     if (!m_rows.empty()) {
         Q_EMIT dataChanged(

@@ -32,8 +32,6 @@ public:
     /// The keys of all tools, by position: what the file is written by.
     QStringList keysInPositionOrder() const;
     QList<ToolPtr> toolsInPositionOrder() const;
-    int rowOf(const CVBATool &tool) const; ///< -1 when it is not in the list.
-    int rowAtPosition(int position) const; ///< -1 when there is no such position.
     bool isGhosted(int row) const { return m_rows[static_cast<size_t>(row)].ghosted; }
     QList<int> ghostedRows() const;
 
@@ -68,8 +66,7 @@ public:
     void setGhosted(const QList<int> &rows, bool ghosted);
     void clearGhosted();
 
-    /// Redraws the pictures of all rows.
-    void refreshPictures();
+    void RefreshIcons(); ///< Redraws the pictures of all rows.
 
     // --- QAbstractItemModel ---
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -5,12 +5,6 @@
 #include "tooledit/frmToolProps.h"
 #include "toolset/ToolListModel.h"
 
-namespace {
-
-constexpr int namePanel = 1;
-
-} // namespace
-
 ToolPropertiesLink::ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings,
     SettingsStore &store, ListView &list, ToolListModel &model)
     : QObject(form)
@@ -49,15 +43,15 @@ void ToolPropertiesLink::ShowToolProperties()
     if (!alive)
         return;
     Q_EMIT draftChanged();
-    m_model.refreshPictures();
-    m_frame.setPanelText(namePanel, QString());
+    m_model.RefreshIcons();
+    m_frame.setPanelText(Frame::toolPanel, QString());
 }
 
 void ToolPropertiesLink::showToolIn(int row)
 {
     m_item = QPersistentModelIndex(m_model.index(row, 0));
     ToolProperties->setTool(m_model.toolAt(row));
-    m_frame.setPanelText(namePanel, ToolProperties->CaptionText());
+    m_frame.setPanelText(Frame::toolPanel, ToolProperties->CaptionText());
     Q_EMIT draftChanged();
 }
 
@@ -82,7 +76,7 @@ void ToolPropertiesLink::ToolProperties_NameChange(const QString &OldName, const
     // that it has: so the old one comes back first.
     m_model.toolAt(m_item.row())->Description = OldName;
     m_model.renameTool(m_item.row(), NewName);
-    m_frame.setPanelText(namePanel, ToolProperties->CaptionText());
+    m_frame.setPanelText(Frame::toolPanel, ToolProperties->CaptionText());
 }
 
 void ToolPropertiesLink::ToolProperties_RequestNextTool()

@@ -22,6 +22,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 constexpr Twips pictureBoxSize {275};

@@ -1,13 +1,12 @@
 #include "toolset/ToolSetMenus.h"
 
+#include "platform/desktop/Tag.h"
 #include "shell/RecentFileMenu.h"
 
 #include <QAction>
 #include <QMenu>
 
 namespace {
-
-constexpr char tagProperty[] = "Tag";
 
 using Text = QLatin1StringView;
 
@@ -105,21 +104,11 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
 }
 
-QString ToolSetMenus::tag(const QAction *item)
-{
-    return item->property(tagProperty).toString();
-}
-
-void ToolSetMenus::setTag(QAction *item, const QString &tag)
-{
-    item->setProperty(tagProperty, tag);
-}
-
 void ToolSetMenus::setGroupEnabled(const QString &group, bool enabled)
 {
     const auto apply = [&](const auto &items) {
         for (QAction *item : items) {
-            if (tag(item) == group)
+            if (Tag::of(*item) == group)
                 item->setEnabled(enabled);
         }
     };

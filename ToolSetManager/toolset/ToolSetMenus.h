@@ -11,7 +11,7 @@ class RecentFileMenu;
 
 /// The menu bar of a tool set window: the item arrays, their captions and keys. An item with a
 /// command word raises chosen(); the others are connected by the window. Items that belong to a
-/// command group carry its tag.
+/// command group carry it as their tag.
 class ToolSetMenus : public QObject
 {
     Q_OBJECT
@@ -60,11 +60,8 @@ public:
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
 
-    /// Tags of the Edit and View items.
-    static QString tag(const QAction *item);
-    static void setTag(QAction *item, const QString &tag);
-    /// Enables the Edit and View items with that tag.
-    void setGroupEnabled(const QString &tag, bool enabled);
+    /// Enables the Edit and View items whose tag is \a group.
+    void setGroupEnabled(const QString &group, bool enabled);
 
 Q_SIGNALS:
     void chosen(const QString &commandWord);

@@ -1,10 +1,11 @@
 #include "toolset/frmToolSet.h"
 
 #include "model/CVBATools.h"
+#include "platform/desktop/Captions.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SendKeys.h"
-#include "richtext/frmToolHelp.h"
+#include "platform/desktop/Tag.h"
 #include "shell/CommandTable.h"
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
@@ -13,10 +14,12 @@
 #include "toolset/EditCommands.h"
 #include "toolset/FileDrop.h"
 #include "toolset/ToolDrag.h"
+#include "toolset/ToolHelp.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
 #include "toolset/ToolSetFile.h"
 #include "toolset/ToolSetMenus.h"
+#include "toolset/WindowMenu.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -24,7 +27,6 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QScreen>
 #include <QShortcut>
 #include <QTimer>
 
@@ -71,13 +73,14 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     lblToolSet->setContentsMargins(6, 4, 6, 4);
     lvTools->setObjectName(QStringLiteral("lvTools"));
     lblToolSet->installEventFilter(this);
-    connect(tmrHelp, &QTimer::timeout, this, &frmToolSet::tmrHelp_Timer);
+    connect(tmrHelp, &QTimer::timeout, this, &frmToolSet::showToolHelp);
     connect(tmrPopUp, &QTimer::timeout, this, &frmToolSet::tmrPopUp_Timer);
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
     connectEdits();
     new FileDrop(*this, frame, settings, *lvTools, *m_edit, this); // asked after the drags of tools
     connectMenus();
+    new WindowMenu(*m_menus, *this, frame, this);
     Form_Load();
 }
 
@@ -91,10 +94,10 @@ void frmToolSet::Form_Load()
 {
     for (const int item : {ToolSetMenus::EditToolProperties, ToolSetMenus::EditCut,
              ToolSetMenus::EditCopy, ToolSetMenus::EditDelete}) {
-        ToolSetMenus::setTag(m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
+        Tag::set(*m_menus->mnuEditX[static_cast<size_t>(item)], CommandTable::needsTool);
     }
-    ToolSetMenus::setTag(m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
-    ToolSetMenus::setTag(m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
+    Tag::set(*m_menus->mnuViewX[ToolSetMenus::ViewToolHelp], CommandTable::needsTool);
+    Tag::set(*m_menus->mnuEditX[ToolSetMenus::EditPaste], CommandTable::needsClipboard);
     SetCommandGroup(CommandTable::needsToolSet, true);
 }
 
@@ -132,9 +135,10 @@ void frmToolSet::connectMenus()
     });
     connect(m_menus->mnuFileList, &RecentFileMenu::chosen, this,
         [this](const QString &path) { m_frame.openFile(path); });
-    connect(m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, this,
-        &frmToolSet::mnuFileSaveAs_Click);
-    connect(m_menus->mnuFilePrintPreview, &QAction::triggered, this, &frmToolSet::previewCommand);
+    connect(
+        m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, m_file, &ToolSetFile::saveAs);
+    connect(m_menus->mnuFilePrintPreview, &QAction::triggered, this,
+        [this] { m_report.preview(Tools(), FileName()); });
     connect(m_menus->mnuFilex[Menus::FilePrintSetup], &QAction::triggered, this,
         [this] { m_report.setUp(); });
     connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
@@ -148,15 +152,6 @@ void frmToolSet::connectMenus()
         QTimer::singleShot(
             0, this, [this] { m_menus->mnuEditX[Menus::EditToolHelp]->setVisible(false); });
     });
-
-    constexpr Frame::Arrangement arrangements[] = {Frame::Arrangement::TileHorizontally,
-        Frame::Arrangement::TileVertically, Frame::Arrangement::Cascade,
-        Frame::Arrangement::ArrangeIcons};
-    for (size_t i = 0; i < std::size(arrangements); ++i) {
-        connect(m_menus->mnuWindowX[i], &QAction::triggered, this,
-            [this, arrangement = arrangements[i]] { m_frame.arrangeWindows(arrangement); });
-    }
-    connect(m_menus->mnuWindow, &QMenu::aboutToShow, this, &frmToolSet::mnuWindow_aboutToShow);
 
     connect(m_menus->mnuHelpx[Menus::HelpToolSetManager], &QAction::triggered, this,
         [this] { m_frame.showHelp(QString::fromUtf16(Frame::toolSetHelp)); });
@@ -199,9 +194,7 @@ void frmToolSet::setCaption(const QString &caption)
     if (m_state.SourceCaption == m_caption && !m_list->ghostedRows().isEmpty())
         m_state.SourceCaption = caption;
     m_caption = caption;
-    // "[*]" in a window title is Qt's mark for "modified"; a path may hold it.
-    QString title = caption;
-    setWindowTitle(title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+    setWindowTitle(Captions::forTitle(caption));
 }
 
 int frmToolSet::View() const
@@ -217,26 +210,27 @@ void frmToolSet::setView(int view)
 
 void frmToolSet::setAction(const QString &word)
 {
-    using Handler = void (frmToolSet::*)();
+    using Handler = void (*)(frmToolSet &);
     static const QHash<QString, Handler> handlers {
-        {QStringLiteral("open"), &frmToolSet::openCommand},
-        {QStringLiteral("save"), &frmToolSet::saveCommand},
-        {QStringLiteral("list"), &frmToolSet::showList},
-        {QStringLiteral("details"), &frmToolSet::showDetails},
-        {QStringLiteral("newtool"), &frmToolSet::newToolCommand},
-        {QStringLiteral("delete"), &frmToolSet::deleteCommand},
-        {QStringLiteral("silentdelete"), &frmToolSet::silentDeleteCommand},
-        {QStringLiteral("cut"), &frmToolSet::cutCommand},
-        {QStringLiteral("copy"), &frmToolSet::copyCommand},
-        {QStringLiteral("paste"), &frmToolSet::pasteCommand},
-        {QStringLiteral("toolproperties"), &frmToolSet::toolPropertiesCommand},
-        {QStringLiteral("properties"), &frmToolSet::propertiesCommand},
-        {QStringLiteral("print"), &frmToolSet::printCommand},
+        {QStringLiteral("open"), [](frmToolSet &w) { w.m_file->open(); }},
+        {QStringLiteral("save"), [](frmToolSet &w) { w.m_file->save(); }},
+        {QStringLiteral("list"), [](frmToolSet &w) { w.showList(); }},
+        {QStringLiteral("details"), [](frmToolSet &w) { w.setView(ListView::lvwReport); }},
+        {QStringLiteral("newtool"), [](frmToolSet &w) { w.m_edit->newTool(); }},
+        {QStringLiteral("delete"), [](frmToolSet &w) { w.m_edit->deleteTools(true); }},
+        {QStringLiteral("silentdelete"), [](frmToolSet &w) { w.m_edit->deleteTools(false); }},
+        {QStringLiteral("cut"), [](frmToolSet &w) { w.cutCommand(); }},
+        {QStringLiteral("copy"), [](frmToolSet &w) { w.copyCommand(); }},
+        {QStringLiteral("paste"), [](frmToolSet &w) { w.pasteCommand(); }},
+        {QStringLiteral("toolproperties"),
+            [](frmToolSet &w) { w.m_properties->ShowToolProperties(); }},
+        {QStringLiteral("properties"), [](frmToolSet &w) { w.propertiesCommand(); }},
+        {QStringLiteral("print"), [](frmToolSet &w) { w.m_report.print(w.Tools(), w.FileName()); }},
     };
     if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
     else if (const Handler handler = handlers.value(word))
-        (this->*handler)();
+        handler(*this);
 }
 
 QList<QMenu *> frmToolSet::menus() const
@@ -250,16 +244,6 @@ RecentFileMenu &frmToolSet::mnuFileList()
 }
 
 // --- The file ---
-
-void frmToolSet::openCommand()
-{
-    m_file->open();
-}
-
-void frmToolSet::saveCommand()
-{
-    m_file->save();
-}
 
 bool frmToolSet::CleanIfDirty()
 {
@@ -343,19 +327,9 @@ void frmToolSet::showList()
     setView(ListView::lvwList);
 }
 
-void frmToolSet::showDetails()
-{
-    setView(ListView::lvwReport);
-}
-
 void frmToolSet::UnselectAll()
 {
     lvTools->UnselectAll();
-}
-
-void frmToolSet::RefreshIcons()
-{
-    m_list->refreshPictures();
 }
 
 void frmToolSet::ClearDragTools()
@@ -427,27 +401,7 @@ void frmToolSet::pasteCommand()
         m_edit->paste(m_edit->PasteEffect());
 }
 
-void frmToolSet::newToolCommand()
-{
-    m_edit->newTool();
-}
-
-void frmToolSet::deleteCommand()
-{
-    m_edit->deleteTools(true);
-}
-
-void frmToolSet::silentDeleteCommand()
-{
-    m_edit->deleteTools(false);
-}
-
 // --- Dialogs ---
-
-void frmToolSet::toolPropertiesCommand()
-{
-    m_properties->ShowToolProperties();
-}
 
 void frmToolSet::propertiesCommand()
 {
@@ -465,43 +419,11 @@ void frmToolSet::propertiesCommand()
     lblToolSet->setText(tools.Description());
 }
 
-void frmToolSet::tmrHelp_Timer()
-{
-    showToolHelp();
-}
-
-void frmToolSet::printCommand()
-{
-    m_report.print(m_file->Tools(), m_file->FileName());
-}
-
-void frmToolSet::previewCommand()
-{
-    m_report.preview(m_file->Tools(), m_file->FileName());
-}
-
 void frmToolSet::showToolHelp()
 {
     const int row = lvTools->SelectedItem();
-    if (row < 0)
-        return;
-    const CVBATool &tool = *m_list->toolAt(row);
-    auto *help = new frmToolHelp(window());
-    // On the right of this window where there is room for it, with a little to spare; else on the
-    // left; else at the edge of the screen, where it covers least.
-    constexpr Twips spare {300};
-    const QRect own(mapToGlobal(QPoint(0, 0)), size());
-    const QRect screenArea = screen()->geometry();
-    const Twips width = Twips::fromPixels(help->width());
-    const Twips end = Twips::fromPixels(screenArea.right() + 1);
-    Twips left = Twips::fromPixels(own.right() + 1);
-    if (left + width + spare > end) {
-        left = Twips::fromPixels(own.left()) - width;
-        if (left < Twips::fromPixels(screenArea.left()))
-            left = end - width;
-    }
-    help->ShowHelp(tool.HelpString, static_cast<float>(left.value),
-        static_cast<float>(Twips::fromPixels(own.top()).value), tool.Description);
+    if (row >= 0)
+        ToolHelp::show(*m_list->toolAt(row), *this);
 }
 
 void frmToolSet::lblToolSet_DblClick()
@@ -588,11 +510,6 @@ void frmToolSet::showEditMenu(const QPoint &globalPosition)
 
 // --- Menus ---
 
-void frmToolSet::mnuFileSaveAs_Click()
-{
-    m_file->saveAs();
-}
-
 void frmToolSet::mnuFileExit_Click()
 {
     const auto documents = m_frame.openDocuments();
@@ -604,27 +521,6 @@ void frmToolSet::mnuFileExit_Click()
         document->Unload();
     }
     m_frame.closeFrame();
-}
-
-void frmToolSet::mnuWindow_aboutToShow()
-{
-    const QList<QAction *> items = m_menus->mnuWindow->actions();
-    for (qsizetype i = ToolSetMenus::WindowItems; i < items.size(); ++i)
-        delete items[i];
-    m_menus->mnuWindow->addSeparator();
-    const auto documents = m_frame.openDocuments();
-    int number = 0;
-    for (DocumentWindow *document : documents) {
-        QString caption = document->Caption();
-        caption.replace(u'&', QStringLiteral("&&"));
-        ++number;
-        QAction *item = m_menus->mnuWindow->addAction(
-            number <= 9 ? QStringLiteral("&%1 %2").arg(number).arg(caption) : caption);
-        item->setCheckable(true);
-        item->setChecked(document == this);
-        connect(item, &QAction::triggered, this,
-            [this, document] { m_frame.activateDocument(document); });
-    }
 }
 
 // --- Layout ---

@@ -56,7 +56,6 @@ public:
     /// view buttons and the paste commands up to date.
     void SetCommandGroup(const QString &group, bool enabled);
     void UnselectAll();
-    void RefreshIcons();
     /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the tool
     /// clipboard is empty.
     void ClearDragTools();
@@ -84,13 +83,10 @@ private Q_SLOTS:
     // --- Form ---
     void Form_KeyDown(int key);
     // --- menus ---
-    void mnuFileSaveAs_Click();
     void mnuFileExit_Click();
-    void mnuWindow_aboutToShow();
     // --- lblToolSet ---
     void lblToolSet_DblClick();
     // --- timers ---
-    void tmrHelp_Timer(); ///< 10 ms after "Tool Help": the menu has gone then.
     void tmrPopUp_Timer(); ///< 25 ms after the right button: the list has done its own part then.
     void tmrResize_Timer(); ///< 50 ms after the last resize: label, then list.
 
@@ -109,19 +105,10 @@ private:
     void copyCommand();
     void cutCommand();
     void pasteCommand();
-    void newToolCommand();
-    void deleteCommand();
-    void silentDeleteCommand();
-    void toolPropertiesCommand();
     void propertiesCommand();
     void showToolHelp();
-    void printCommand();
-    void previewCommand();
-    void openCommand();
-    void saveCommand();
     void showOpened();
     void showList();
-    void showDetails();
     void setSort(int column, Qt::SortOrder order);
     void refreshCommandStates();
     void refreshPasteCommands();
@@ -133,7 +120,7 @@ private:
     QLabel *lblToolSet;
     ListView *lvTools;
     ToolSetMenus *m_menus;
-    QTimer *tmrHelp;
+    QTimer *tmrHelp; ///< 10 ms from "Tool Help" in the menu, which has gone then, to the help.
     QTimer *tmrPopUp;
     QTimer *tmrResize;
 

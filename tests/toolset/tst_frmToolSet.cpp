@@ -172,15 +172,14 @@ void frmToolSet_test::select(frmToolSet *window, const QString &tools)
 QString frmToolSet_test::text(frmToolSet *window)
 {
     const ToolListModel *model = modelOf(window);
-    QStringList names;
-    for (int position = 1; position <= model->rowCount(); ++position) {
-        const int row = model->rowAtPosition(position);
-        QString name = model->toolAt(row)->Description;
+    QStringList names(model->rowCount());
+    for (int row = 0; row < model->rowCount(); ++row) {
+        QString &name = names[model->positionAt(row) - 1];
+        name = model->toolAt(row)->Description;
         if (model->isGhosted(row))
             name += u'*';
-        if (listOf(window)->isSelected(row))
+        if (listOf(window)->selectedRows().contains(row))
             name = u'[' + name + u']';
-        names.append(name);
     }
     return names.join(u' ');
 }

@@ -7,6 +7,8 @@
 #include <QSet>
 #include <QStorageInfo>
 
+#include <algorithm>
+
 namespace {
 
 /// Mounted for the system's own purposes, not for people.

@@ -168,11 +168,6 @@ QList<int> ListView::selectedRows() const
     return rows;
 }
 
-bool ListView::isSelected(int row) const
-{
-    return m_selection->isRowSelected(row);
-}
-
 void ListView::UnselectAll()
 {
     m_selection->clearSelection();

@@ -13,7 +13,6 @@ class QDropEvent;
 class QItemSelectionModel;
 class QListView;
 class QMimeData;
-class QModelIndex;
 class QPainter;
 class QStackedWidget;
 class QTreeView;
@@ -42,7 +41,6 @@ public:
 
     /// The model is borrowed and must outlive the view.
     void setModel(QAbstractItemModel *model);
-    QAbstractItemModel *model() const { return m_model; }
 
     int View() const;
     /// Other values than those of `ViewConstants` are ignored.
@@ -51,7 +49,6 @@ public:
     /// -1 when nothing is selected.
     int SelectedItem() const;
     QList<int> selectedRows() const; ///< Ascending.
-    bool isSelected(int row) const;
     void UnselectAll();
     /// Selects that row alone and gives it the focus.
     void setSelectedItem(int row);

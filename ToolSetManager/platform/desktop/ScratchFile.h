@@ -15,8 +15,6 @@ public:
     /// Replaces the content. False when it cannot be written; the content is then undefined.
     bool write(QByteArrayView bytes);
 
-    QString path() const { return m_file.fileName(); }
-
 private:
     bool open();
 

@@ -9,12 +9,17 @@ namespace SendKeys {
 
 void send(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    const QPointer<QWidget> focus = QApplication::focusWidget();
+    sendTo(QApplication::focusWidget(), key, modifiers);
+}
+
+void sendTo(QWidget *control, Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    const QPointer<QWidget> target = control;
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        if (!focus) // the key may have closed it
+        if (!target)
             return;
         QKeyEvent event(type, key, modifiers);
-        QCoreApplication::sendEvent(focus, &event);
+        QCoreApplication::sendEvent(target, &event);
     }
 }
 

@@ -2,10 +2,15 @@
 
 #include <Qt>
 
-/// Sends a keystroke to the control that has the focus, as if the user had pressed the key.
+class QWidget;
+
+/// Keystrokes as if the user had pressed and released the key.
 namespace SendKeys {
 
-/// Nothing happens when no control of the program has the focus.
-void send(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+/// To the control that has the focus; nothing happens when none of the program's has it.
+void send(Qt::Key key, Qt::KeyboardModifiers modifiers);
+
+/// To that control, which the key may close; null for none.
+void sendTo(QWidget *control, Qt::Key key, Qt::KeyboardModifiers modifiers);
 
 } // namespace SendKeys

@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 
 const QString lockName = QStringLiteral("lock");

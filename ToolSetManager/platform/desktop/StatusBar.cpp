@@ -1,9 +1,8 @@
 #include "platform/desktop/StatusBar.h"
 
-#include <QFrame>
 #include <QLabel>
 #include <QPainter>
-#include <QStyleOption>
+#include <QProgressBar>
 
 namespace {
 
@@ -49,4 +48,24 @@ QString StatusBar::panelText(int panel) const
 void StatusBar::setPanelText(int panel, const QString &text)
 {
     m_panels.at(panel - 1)->setText(text);
+}
+
+void StatusBar::showProgress(const QString &what, int percent)
+{
+    if (!m_progress) {
+        m_progress = new QProgressBar;
+        m_progress->setObjectName(QStringLiteral("progress"));
+        m_progress->setMaximumHeight(fontMetrics().height() + 4);
+        insertPermanentWidget(0, m_progress, 1);
+    }
+    m_progress->setAccessibleName(what);
+    m_progress->setFormat(what + QStringLiteral(" - %p%"));
+    m_progress->setValue(percent);
+    m_progress->show();
+}
+
+void StatusBar::endProgress()
+{
+    if (m_progress)
+        m_progress->hide();
 }

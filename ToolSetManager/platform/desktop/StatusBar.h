@@ -3,9 +3,10 @@
 #include <QStatusBar>
 
 class QLabel;
+class QProgressBar;
 
 /// A status bar of panels, counted from 1. Texts are shown as they stand, cut with an ellipsis
-/// where the panel is too narrow.
+/// where the panel is too narrow. In front of the panels there is room for a progress bar.
 class StatusBar : public QStatusBar
 {
     Q_OBJECT
@@ -16,6 +17,11 @@ public:
     QString panelText(int panel) const;
     void setPanelText(int panel, const QString &text);
 
+    /// Shows the progress bar, which tells \a what is under way.
+    void showProgress(const QString &what, int percent);
+    void endProgress(); ///< Hides it.
+
 private:
     QList<QLabel *> m_panels;
+    QProgressBar *m_progress = nullptr; ///< Made when it is first needed.
 };

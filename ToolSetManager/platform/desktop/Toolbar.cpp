@@ -5,7 +5,6 @@
 namespace {
 
 constexpr char keyProperty[] = "Key";
-constexpr char tagProperty[] = "Tag";
 
 } // namespace
 
@@ -33,16 +32,6 @@ QAction *Toolbar::button(const QString &key) const
             return action;
     }
     return nullptr;
-}
-
-QString Toolbar::tag(const QAction *button)
-{
-    return button->property(tagProperty).toString();
-}
-
-void Toolbar::setTag(QAction *button, const QString &tag)
-{
-    button->setProperty(tagProperty, tag);
 }
 
 QString Toolbar::key(const QAction *button)

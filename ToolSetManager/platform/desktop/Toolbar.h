@@ -2,8 +2,7 @@
 
 #include <QToolBar>
 
-/// A toolbar whose buttons are found by a key and carry a tag. The tool tip is the button's
-/// accessible name too.
+/// A toolbar whose buttons are found by a key. The tool tip is the button's accessible name too.
 class Toolbar : public QToolBar
 {
     Q_OBJECT
@@ -15,8 +14,6 @@ public:
     QAction *button(const QString &key) const;
     QList<QAction *> buttons() const { return m_buttons; }
 
-    static QString tag(const QAction *button);
-    static void setTag(QAction *button, const QString &tag);
     static QString key(const QAction *button);
 
 Q_SIGNALS:

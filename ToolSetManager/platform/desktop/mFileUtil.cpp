@@ -14,6 +14,17 @@ bool isSeparator(QChar c)
     return c == u'/' || c == QDir::separator();
 }
 
+/// A folder in the user's data directory, made when missing and open to the user alone. Empty when
+/// it cannot be made.
+QString userDataFolder(const QString &name)
+{
+    const QString base = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const QString folder = base + u'/' + name;
+    if (base.isEmpty() || !SafeFiles::makeFolder(base) || !SafeFiles::makeFolder(folder))
+        return {};
+    return QDir::toNativeSeparators(folder);
+}
+
 /// Continues in \a folder with the names from \a first on; empty when no spelling of them exists.
 QString spellingBelow(const QString &folder, const QStringList &names, qsizetype first)
 {
@@ -65,16 +76,7 @@ QString UsableFolder(const QString &wanted)
     name.replace(u'\\', u'/');
     while (name.endsWith(u'/'))
         name.chop(1);
-    return UserDataFolder(name.section(u'/', -1));
-}
-
-QString UserDataFolder(const QString &name)
-{
-    const QString base = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    const QString folder = base + u'/' + name;
-    if (base.isEmpty() || !SafeFiles::makeFolder(base) || !SafeFiles::makeFolder(folder))
-        return {};
-    return QDir::toNativeSeparators(folder);
+    return userDataFolder(name.section(u'/', -1));
 }
 
 QString RealSpelling(const QString &path)

@@ -13,12 +13,9 @@ QString ProgramFolder();
 QString AddSeparator(const QString &folder);
 
 /// A folder that can be used for \a wanted: itself where it exists or can be made, else the folder
-/// of the same name in the user's data directory (made when missing).
+/// of the same name in the user's data directory, made when missing and open to the user alone.
+/// Empty when that cannot be made either.
 QString UsableFolder(const QString &wanted);
-
-/// A folder of the program's own in the user's data directory, made when missing and readable by
-/// the user alone. Empty when it cannot be made.
-QString UserDataFolder(const QString &name);
 
 /// The existing path that differs from \a path at most in letter case, in its real spelling; empty
 /// when there is none. An exact match of a name is preferred.

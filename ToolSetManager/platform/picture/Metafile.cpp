@@ -3,6 +3,7 @@
 #include "platform/picture/Dib.h"
 #include "platform/picture/LittleEndian.h"
 #include "platform/picture/MetafileRecords.h"
+#include "platform/text/Twips.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -56,7 +57,8 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
         const int unitsPerInch = at<quint16>(bytes, 14);
         parts.frame.origin = {corner(0), corner(1)};
         parts.frame.extent = {corner(2) - corner(0), corner(3) - corner(1)};
-        const double scale = 96.0 / (unitsPerInch == 0 ? 1440 : unitsPerInch);
+        const double scale =
+            Twips::classicDpi / (unitsPerInch == 0 ? Twips::perInch : unitsPerInch);
         parts.frame.pixels = fitted(std::abs(parts.frame.extent.width()) * scale,
             std::abs(parts.frame.extent.height()) * scale, longestSide);
         if (parts.frame.extent.width() == 0 || parts.frame.extent.height() == 0)

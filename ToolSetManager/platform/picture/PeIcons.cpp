@@ -77,12 +77,10 @@ PeIcons::Node PeIcons::node(quint32 offset)
     if (qint64(offset) + nodeSize > m_directorySize)
         return node;
     const QByteArrayView header = m_source.read(m_directory + offset, nodeSize);
-    const int named = at<quint16>(header, 12);
-    const int count = named + at<quint16>(header, 14);
+    const int count = at<quint16>(header, 12) + at<quint16>(header, 14); // named and numbered
     if (offset + nodeSize + count * entrySize > m_directorySize)
         return node;
     node.entries = m_directory + offset + nodeSize;
-    node.named = named;
     node.count = count;
     return node;
 }

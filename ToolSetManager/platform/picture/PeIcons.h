@@ -32,7 +32,6 @@ private:
     struct Node
     {
         qint64 entries = 0;
-        int named = 0;
         int count = 0;
     };
 

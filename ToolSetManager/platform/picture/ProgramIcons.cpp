@@ -7,6 +7,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int mostTries = 8; ///< Frames looked at, so that a thousand damaged ones cost no time.

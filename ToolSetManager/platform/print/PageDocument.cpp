@@ -2,6 +2,7 @@
 
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
+#include "platform/text/Twips.h"
 
 #include <QPainter>
 #include <QTextCursor>
@@ -13,7 +14,7 @@
 
 namespace {
 
-constexpr int standardMargin = 1440;
+constexpr int standardMargin = Twips::perInch;
 constexpr int leastRoom = 720; ///< Columns narrower than this are given up.
 constexpr int partGap = 240; ///< Between the parts of a header.
 constexpr double rounding = 0.5;
@@ -227,7 +228,7 @@ void PageDocument::setFont(const QString &family, double points, bool bold)
 int PageDocument::useFont(const QString &family, double points, bool bold)
 {
     QFont font(family);
-    font.setPixelSize(static_cast<int>(std::lround(points * 20))); // 20 twips a point
+    font.setPixelSize(static_cast<int>(std::lround(points * Twips::perPoint)));
     font.setBold(bold);
     // Glyphs lie where the layout says at every scale.
     font.setHintingPreference(QFont::PreferNoHinting);
@@ -331,7 +332,7 @@ void PageDocument::setTextRTF(const QString &rtf)
 
     auto body = std::make_shared<RichTextBody>();
     QFont standard = m_fonts[size_t(m_font)];
-    standard.setPointSizeF(standard.pixelSize() / 20.0);
+    standard.setPointSizeF(double(standard.pixelSize()) / Twips::perPoint);
     body->document.setDefaultFont(standard);
     if (first < last)
         RichText::read(QString(first, last - first), body->document);

@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QMargins>
 #include <QRect>
-#include <QRectF>
 #include <QString>
 
 #include <memory>
@@ -20,8 +19,6 @@ struct Paper
 {
     QSize size {11906, 16838};
     QMargins unprintable; ///< What the printer cannot reach at each edge.
-
-    bool isLandscape() const { return size.width() > size.height(); }
 };
 
 /// Lays out text, rich text and pictures on pages and keeps each page as a list of drawing steps,
@@ -84,7 +81,8 @@ public:
     int PageHeight() const { return m_paper.size.height(); }
     int MarginLeft() const { return m_margins.left(); }
     int MarginBottom() const { return m_margins.bottom(); }
-    /// All four are 1440 at first, or what the printer cannot reach where that is more.
+    /// Each 1440, or a fifth of a sheet that is small, or what the printer cannot reach where that
+    /// is more.
     QMargins margins() const { return m_margins; }
 
     // --- Header and footer, of pages that are finished after they were set ---

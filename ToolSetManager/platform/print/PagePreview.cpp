@@ -1,5 +1,7 @@
 #include "platform/print/PagePreview.h"
 
+#include "platform/text/Twips.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -9,7 +11,6 @@
 
 namespace {
 
-constexpr double twipsPerInch = 1440;
 constexpr int border = 12; ///< Pixels around the sheet.
 constexpr int shadow = 3;
 constexpr int wheelNotch = 120; ///< Qt: eighths of a degree.
@@ -63,7 +64,7 @@ void PagePreview::setZoom(int percent)
 
 double PagePreview::scale() const
 {
-    return logicalDpiX() / twipsPerInch * m_zoom / 100;
+    return double(logicalDpiX()) / Twips::perInch * m_zoom / 100;
 }
 
 QSize PagePreview::sheetSize() const

@@ -2,6 +2,7 @@
 
 #include "platform/print/CupsQueue.h"
 #include "platform/print/Printers.h"
+#include "platform/text/Twips.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -9,12 +10,6 @@
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QTemporaryFile>
-
-namespace {
-
-constexpr int twipsPerInch = 1440;
-
-} // namespace
 
 PrintJob::PrintJob(const Printers &printers, const QString &title)
     : m_printers(printers)
@@ -55,7 +50,7 @@ bool PrintJob::start()
     m_writer = std::make_unique<QPdfWriter>(m_file.get());
     m_writer->setTitle(m_title);
     m_writer->setCreator(QCoreApplication::applicationName());
-    m_writer->setResolution(twipsPerInch);
+    m_writer->setResolution(Twips::perInch);
     m_writer->setPageLayout(
         QPageLayout(m_pageSize, m_printers.orientation(), QMarginsF(0, 0, 0, 0)));
     if (!m_painter.begin(m_writer.get()))

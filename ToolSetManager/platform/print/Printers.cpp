@@ -1,5 +1,7 @@
 #include "platform/print/Printers.h"
 
+#include "platform/text/Twips.h"
+
 #include <QLocale>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -8,7 +10,7 @@
 
 namespace {
 
-constexpr double twipsPerMillimetre = 1440 / 25.4;
+constexpr double twipsPerMillimetre = Twips::perInch / 25.4;
 
 QStringList systemPrinters()
 {

@@ -54,12 +54,12 @@ RtfReader RichText::reader()
     return reader;
 }
 
-void RichText::read(const QString &text, QTextDocument &document)
+void RichText::read(const QString &text, QTextDocument &document, RtfReader reader)
 {
     if (RtfText::isRtf(text))
-        reader().read(RtfText::toBytes(text), document);
+        reader.read(RtfText::toBytes(text), document);
     else
-        reader().readPlainText(text, document);
+        reader.readPlainText(text, document);
 }
 
 QStringList RichText::screenFonts()

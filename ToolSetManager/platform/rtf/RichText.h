@@ -16,7 +16,7 @@ void substituteFonts();
 RtfReader reader();
 
 /// Replaces the document's content by the text, which is RTF or plain.
-void read(const QString &text, QTextDocument &document);
+void read(const QString &text, QTextDocument &document, RtfReader reader = RichText::reader());
 
 /// Names of the fonts to choose from: those of the screen, and those that documents mostly name,
 /// which have stand-ins of the same widths where they are missing. Sorted.

@@ -5,6 +5,7 @@
 #include "platform/rtf/RtfMimeData.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
+#include "platform/text/Twips.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -16,14 +17,15 @@
 #include <QTextDocumentFragment>
 #include <QUrl>
 
+#include <algorithm>
 #include <cmath>
 
 using RtfProtection::Touch;
 
 namespace {
 
-constexpr int twipsPerPixel = 15;
-constexpr int twipsPerHalfPoint = 10;
+constexpr int twipsPerPixel = Twips::perPixel;
+constexpr int twipsPerHalfPoint = Twips::perPoint / 2;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
@@ -90,10 +92,7 @@ QString RichTextBox::ownForm(const QString &rtf, const QString &family, double p
     document.setDefaultFont(standard);
     RtfReader reader = RichText::reader();
     reader.metafileDecoder = nullptr; // what pictures show is not written
-    if (RtfText::isRtf(rtf))
-        reader.read(RtfText::toBytes(rtf), document);
-    else
-        reader.readPlainText(rtf, document);
+    RichText::read(rtf, document, std::move(reader));
     return QString::fromLatin1(RtfWriter::write(document));
 }
 
@@ -633,9 +632,9 @@ bool RichTextBox::SelPrint(QPrinter &printer)
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
-    const double scale = printer.logicalDpiX() / 1440.0;
+    const double scale = double(printer.logicalDpiX()) / Twips::perInch;
     const QSizeF inches = printer.pageLayout().paintRect(QPageLayout::Inch).size();
-    const QRect area(QPoint(0, 0), (inches * 1440).toSize());
+    const QRect area(QPoint(0, 0), (inches * Twips::perInch).toSize());
     painter.scale(scale, scale);
     RichTextPages pages(part);
     const int length = part.characterCount() - 1;

@@ -101,8 +101,8 @@ public:
     void setSelTabs(int index, int twips);
 
     // --- Printing ---
-    /// The whole text on paper. To be released by its owner's caller when printing is over; a
-    /// change of the text releases it too.
+    /// The whole text on paper, laid out when it is first asked for. Who has printed calls its
+    /// release(); a change of the text does so, too.
     RichTextPages &pages();
     /// Prints the selected text, or all when nothing is selected, on the printer's pages within
     /// their margins. False when the printer cannot start.

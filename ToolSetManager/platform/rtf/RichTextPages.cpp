@@ -1,5 +1,7 @@
 #include "platform/rtf/RichTextPages.h"
 
+#include "platform/text/Twips.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QHash>
 #include <QImage>
@@ -17,8 +19,8 @@
 
 namespace {
 
-constexpr double dotsPerMetre = 1440 / 0.0254;
-constexpr double twipsPerPixel = 15;
+constexpr double dotsPerMetre = Twips::perInch / 0.0254;
+constexpr double twipsPerPixel = Twips::perPixel;
 constexpr double touch = 2; ///< Twips.
 
 /// The device that the layout measures with: never drawn on, and alive as long as any layout.

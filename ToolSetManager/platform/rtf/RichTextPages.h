@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QRect>
-#include <QString>
 
 #include <memory>
 #include <vector>

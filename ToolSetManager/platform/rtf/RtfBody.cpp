@@ -2,6 +2,7 @@
 
 #include "platform/rtf/RtfCharset.h"
 #include "platform/rtf/RtfPicture.h"
+#include "platform/text/Twips.h"
 
 #include <QFont>
 #include <QTextBlock>
@@ -302,10 +303,9 @@ void RtfBody::writePicture(const QTextCharFormat &format)
         if (image.isNull())
             return;
         const QTextImageFormat size = format.toImageFormat();
-        constexpr double twipsPerPixel = 15;
         const QSize twips =
             size.hasProperty(QTextFormat::ImageWidth) && size.hasProperty(QTextFormat::ImageHeight)
-            ? (QSizeF(size.width(), size.height()) * twipsPerPixel).toSize()
+            ? (QSizeF(size.width(), size.height()) * Twips::perPixel).toSize()
             : QSize();
         writePictureData(RtfPicture::fromImage(image, twips));
     } else if (own->kind == RtfPicture::Metafile || own->kind == RtfPicture::Bitmap) {

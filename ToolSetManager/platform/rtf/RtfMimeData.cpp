@@ -3,7 +3,6 @@
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
 
-#include <QImage>
 #include <QMimeData>
 #include <QTextCursor>
 #include <QTextDocument>

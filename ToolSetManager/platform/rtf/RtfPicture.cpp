@@ -6,6 +6,7 @@
 #include "platform/rtf/RtfHex.h"
 #include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfStyle.h"
+#include "platform/text/Twips.h"
 
 #include <QCryptographicHash>
 #include <QPainter>
@@ -16,8 +17,8 @@
 
 namespace {
 
-constexpr int twipsPerPixel = 15;
-constexpr double metafileUnit = 1440 / 2540.0; // twips in a hundredth of a millimetre
+constexpr int twipsPerPixel = Twips::perPixel;
+constexpr double metafileUnit = Twips::perInch / 2540.0; // twips in a hundredth of a millimetre
 constexpr int largestExtent = 1 << 20; // of \picw and \pich
 constexpr int maximumDecodedSide = 2000;
 constexpr int decodedPerShown = 2; // metafiles are played finer than shown, for large scales

@@ -45,9 +45,6 @@ struct RtfPicture
     /// Transparent parts become white. An empty size means 96 pixels to the inch.
     static RtfPicture fromImage(const QImage &image, QSize twips = {});
 
-    /// Fills `goal` where the text did not say it.
-    void completeGoal();
-
     /// The picture's pixels; null when nothing here reads it. The memory it takes is subtracted
     /// from \a memoryLeft, and it is null when that does not suffice.
     QImage decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) const;
@@ -67,4 +64,8 @@ struct RtfPicture
     static QString addResource(QTextDocument &document, const QString &name, const QImage &image);
 
     friend bool operator==(const RtfPicture &, const RtfPicture &) = default;
+
+private:
+    /// Fills `goal` where the text did not say it.
+    void completeGoal();
 };

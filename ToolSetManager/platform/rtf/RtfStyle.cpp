@@ -1,6 +1,7 @@
 #include "platform/rtf/RtfStyle.h"
 
 #include "platform/rtf/RtfCharset.h"
+#include "platform/text/Twips.h"
 
 #include <QFont>
 #include <QPoint>
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr double twipsPerPixel = 15;
+constexpr double twipsPerPixel = Twips::perPixel;
 constexpr int wholeLine = 240; // of lineSpacing with lineSpacingMultiple
 constexpr int htmlIndent = 600; // twips of one step of QTextBlockFormat::indent
 

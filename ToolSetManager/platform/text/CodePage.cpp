@@ -139,7 +139,7 @@ QString CodePage::decode(QByteArrayView bytes) const
     return text;
 }
 
-std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex) const
+std::optional<QByteArray> CodePage::encode(QStringView text) const
 {
     if (isAscii(text))
         return text.toLatin1();
@@ -149,11 +149,8 @@ std::optional<QByteArray> CodePage::encode(QStringView text, qsizetype *badIndex
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t character = text[i].unicode();
         const uchar byte = tables.toByte[character];
-        if (byte == 0 && character != 0) {
-            if (badIndex)
-                *badIndex = i;
+        if (byte == 0 && character != 0)
             return std::nullopt;
-        }
         to[i] = static_cast<char>(byte);
     }
     return bytes;

@@ -26,8 +26,8 @@ public:
 
     QString decode(QByteArrayView bytes) const;
 
-    /// Empty when a character is not in the code page; \a badIndex then receives its index.
-    std::optional<QByteArray> encode(QStringView text, qsizetype *badIndex = nullptr) const;
+    /// Empty when a character is not in the code page.
+    std::optional<QByteArray> encode(QStringView text) const;
 
     /// As encode(), with "?" for each character that the code page does not have.
     QByteArray encodeLossy(QStringView text) const;

@@ -6,8 +6,10 @@
 /// A type of its own, so that a length in pixels cannot be taken for one.
 struct Twips
 {
-    static constexpr double perInch = 1440;
-    static constexpr double classicDpi = 96; ///< 15 twips a pixel.
+    static constexpr int perInch = 1440;
+    static constexpr int perPoint = 20;
+    static constexpr double classicDpi = 96; ///< What rich text and button pictures keep to.
+    static constexpr int perPixel = 15; ///< At that resolution.
 
     int value = 0;
 

@@ -8,7 +8,8 @@
 
 namespace {
 
-QStringView trimmedBlanks(QStringView text)
+/// The language takes tabs and line ends around a number for blanks.
+QStringView trimmed(QStringView text)
 {
     const auto isBlank = [](QChar c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); };
     while (!text.isEmpty() && isBlank(text.front()))
@@ -26,7 +27,7 @@ bool isDigit(QChar c)
 /// The value behind `&H` or `&O`; empty for other texts and for more than 32 bits.
 std::optional<quint32> radixValue(QStringView text)
 {
-    text = trimmedBlanks(text);
+    text = trimmed(text);
     if (text.size() < 3 || text[0] != u'&')
         return std::nullopt;
     const QChar letter = text[1].toUpper();
@@ -52,11 +53,11 @@ std::optional<quint32> radixValue(QStringView text)
 /// A decimal number brought into the form that a C parser reads; empty when it is none.
 QByteArray plainDecimal(QStringView text)
 {
-    text = trimmedBlanks(text);
+    text = trimmed(text);
     bool negative = false;
     bool signSeen = false;
     if (text.size() > 2 && text.front() == u'(' && text.back() == u')') {
-        text = trimmedBlanks(text.mid(1, text.size() - 2));
+        text = trimmed(text.mid(1, text.size() - 2));
         negative = signSeen = true;
     }
     const auto takeSign = [&](QChar c) {
@@ -67,9 +68,9 @@ QByteArray plainDecimal(QStringView text)
         return true;
     };
     if (!text.isEmpty() && takeSign(text.front()))
-        text = trimmedBlanks(text.mid(1));
+        text = trimmed(text.mid(1));
     else if (!text.isEmpty() && takeSign(text.back()))
-        text = trimmedBlanks(text.chopped(1));
+        text = trimmed(text.chopped(1));
 
     QByteArray digits(negative ? "-" : "");
     bool anyDigit = false;
@@ -158,7 +159,7 @@ std::optional<qint32> toInt32(QStringView text)
 
 std::optional<bool> toBool(QStringView text)
 {
-    const QStringView word = trimmedBlanks(text);
+    const QStringView word = trimmed(text);
     if (word.compare(u"True", Qt::CaseInsensitive) == 0)
         return true;
     if (word.compare(u"False", Qt::CaseInsensitive) == 0)
