@@ -360,6 +360,7 @@ DocumentWindow *MDI::addDocument()
     DocumentWindow *document = m_factory(*this);
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
+    giveIcon({window});
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
     return document;
@@ -482,7 +483,16 @@ bool MDI::event(QEvent *event)
         setWindowTitle(QString::fromUtf16(caption));
         return true;
     }
+    if (event->type() == QEvent::WindowIconChange)
+        giveIcon(mdi->subWindowList());
     return QMainWindow::event(event);
+}
+
+void MDI::giveIcon(const QList<QMdiSubWindow *> &windows) const
+{
+    // Windows inside the frame do not take the program's icon by themselves.
+    for (QMdiSubWindow *window : windows)
+        window->setWindowIcon(windowIcon());
 }
 
 void MDI::changeEvent(QEvent *event)
@@ -490,12 +500,6 @@ void MDI::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_painted)
         refreshIcons();
-    if (event->type() == QEvent::WindowIconChange) {
-        // Windows that were opened before the program had its icon do not take it by themselves.
-        const auto windows = mdi->subWindowList();
-        for (QMdiSubWindow *window : windows)
-            window->setWindowIcon(windowIcon());
-    }
 }
 
 // --- Files dragged from the desktop ---

@@ -106,6 +106,7 @@ private:
     DocumentWindow *addDocument();
     void recoverToolSets();
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
+    void giveIcon(const QList<QMdiSubWindow *> &windows) const;
     int currentView() const;
     void showMenusOf(DocumentWindow *document);
     /// Shows in the status bar what a drop of these files would do.
