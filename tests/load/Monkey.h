@@ -1,6 +1,6 @@
 #pragma once
 
-#include "safety/Program.h"
+#include "support/Program.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,8 +1,11 @@
 #include "platform/picture/Dib.h"
+#include "support/Bytes.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QTest>
-#include <QtEndian>
+
+using namespace Bytes;
 
 namespace {
 
@@ -12,43 +15,19 @@ constexpr QRgb red = 0xFFFF0000;
 constexpr QRgb green = 0xFF00FF00;
 constexpr QRgb blue = 0xFF0000FF;
 
-template <class T>
-QByteArray little(T value)
-{
-    QByteArray bytes(sizeof(T), '\0');
-    qToLittleEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray words(std::initializer_list<quint16> values)
-{
-    QByteArray bytes;
-    for (const quint16 value : values)
-        bytes += little(value);
-    return bytes;
-}
-
-QByteArray dwords(std::initializer_list<quint32> values)
-{
-    QByteArray bytes;
-    for (const quint32 value : values)
-        bytes += little(value);
-    return bytes;
-}
-
 /// A header of \a size bytes; what it has beyond its 40 bytes is in \a more.
 QByteArray header(qint32 width, qint32 height, quint16 bits, quint32 compression = 0,
     quint32 colours = 0, quint32 size = 40, const QByteArray &more = {})
 {
-    QByteArray bytes = little(size) + little(width) + little(height) + little(quint16(1))
-        + little(bits) + little(compression) + dwords({0, 0, 0, colours, 0}) + more;
+    QByteArray bytes = dword(size) + dword(width) + dword(height) + words({1, bits})
+        + dwords({compression, 0, 0, 0, colours, 0}) + more;
     bytes.resize(size, '\0');
     return bytes;
 }
 
 QByteArray coreHeader(quint16 width, quint16 height, quint16 bits)
 {
-    return little(quint32(12)) + words({width, height, 1, bits});
+    return dword(12) + words({width, height, 1, bits});
 }
 
 } // namespace
@@ -57,145 +36,129 @@ class Dib_test : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void pixels_data();
-    void pixels();
-    void cutOff_data();
-    void cutOff();
-    void refused_data();
-    void refused();
-};
+    /// Pictures of two rows, given from the top: each colour by itself, so that a wrong bit,
+    /// channel or row shows.
+    void pixels_data()
+    {
+        columns<QByteArray, int, QList<QRgb>>();
+        const QByteArray four = dwords({0x000000, 0xFFFFFF, 0xFF0000, 0x0000FF});
+        const QByteArray fourOfThree("\0\0\0\xFF\xFF\xFF\0\0\xFF\xFF\0\0", 12);
 
-/// Pictures of two rows, given from the top: each colour by itself, so that a wrong bit, channel or
-/// row shows.
-void Dib_test::pixels_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<QList<QRgb>>("expected");
-    const QByteArray four = dwords({0x000000, 0xFFFFFF, 0xFF0000, 0x0000FF});
-    const QByteArray fourOfThree("\0\0\0\xFF\xFF\xFF\0\0\xFF\xFF\0\0", 12);
+        QTest::newRow("1 bit") << header(3, 2, 1, 0, 2) + four.first(8) + dwords({0x40, 0xA0}) << 3
+                               << QList<QRgb> {white, black, white, black, white, black};
+        QTest::newRow("2 bits") << header(3, 2, 2) + four + dwords({0x6C, 0x1B}) << 3
+                                << QList<QRgb> {black, white, red, white, red, blue};
+        QTest::newRow("4 bits") << header(3, 2, 4, 0, 4) + four + dwords({0x3012, 0x1023}) << 3
+                                << QList<QRgb> {red, blue, white, white, red, blue};
+        QTest::newRow("4 bits, an index beyond the colours") << header(2, 1, 4, 0, 2)
+                + four.first(8) + dwords({0xF1}) << 2 << QList<QRgb> {black, white};
+        QTest::newRow("8 bits") << header(2, 2, 8, 0, 4) + four + dwords({0x0203, 0x0001}) << 2
+                                << QList<QRgb> {white, black, blue, red};
+        QTest::newRow("8 bits, top-down")
+            << header(2, -2, 8, 0, 4) + four + dwords({0x0203, 0x0001}) << 2
+            << QList<QRgb> {blue, red, white, black};
+        QTest::newRow("16 bits: 5 a channel, spread to the nearest of 8")
+            << header(2, 2, 16) + words({0x7FFF, 0x7C00, 0x0421, 0x0C63}) << 2
+            << QList<QRgb> {qRgb(8, 8, 8), qRgb(25, 25, 25), white, red};
+        QTest::newRow("16 bits: 5, 6 and 5 by masks")
+            << header(2, 2, 16, 3) + dwords({0xF800, 0x07E0, 0x001F})
+                + words({0xFFFF, 0x07E0, 0x0020, 0xF800})
+            << 2 << QList<QRgb> {qRgb(0, 4, 0), red, white, green};
+        QTest::newRow("24 bits") << header(2, 1, 24) + QByteArray("\1\2\3\xFF\0\0\0\0", 8) << 2
+                                 << QList<QRgb> {qRgb(3, 2, 1), blue};
+        QTest::newRow("32 bits: the fourth byte is nothing") << header(2, 1, 32)
+                + dwords({0x00123456, 0x80FF0000}) << 2 << QList<QRgb> {0xFF123456, red};
+        QTest::newRow("32 bits: channels of 10 bits")
+            << header(2, 1, 32, 3) + dwords({0x3FF00000, 0xFFC00, 0x3FF, 0x3FF00000, 0x200}) << 2
+            << QList<QRgb> {red, qRgb(0, 0, 128)};
+        QTest::newRow("32 bits with a mask for alpha")
+            << header(2, 1, 32, 3, 0, 124, dwords({0xFF0000, 0xFF00, 0xFF, 0xFF000000}))
+                + dwords({0x80FF0000, 0xFFFFFFFF})
+            << 2 << QList<QRgb> {0x80FF0000, white};
+        QTest::newRow("OS/2, first header, colours of three bytes")
+            << coreHeader(2, 2, 1) + fourOfThree.first(6) + dwords({0x40, 0x80}) << 2
+            << QList<QRgb> {white, black, black, white};
+        QTest::newRow("OS/2, second header") << header(2, 1, 8, 0, 4, 64) + four + dwords({0x0103})
+                                             << 2 << QList<QRgb> {blue, white};
+        QTest::newRow("OS/2, second header of 16 bytes")
+            << header(2, 1, 24, 0, 0, 16) + QByteArray("\0\0\xFF\0\xFF\0\0\0", 8) << 2
+            << QList<QRgb> {red, green};
+        QTest::newRow("colours before 24 bits are passed over") << header(1, 1, 24, 0, 2)
+                + four.first(8) + dwords({0xFF0000}) << 1 << QList<QRgb> {red};
+        // Both end at the end of the line and of the picture; an odd literal has a byte of padding.
+        QTest::newRow("run lengths of 8 bits: a run, a literal, a jump") << header(4, 2, 8, 1, 4)
+                + four
+                + QByteArray("\2\1\0\0" // two white, end of line
+                             "\0\3\2\3\1\0" // red, blue, white
+                             "\0\1",
+                    12) << 4 << QList<QRgb> {red, blue, white, black, white, white, black, black};
+        QTest::newRow("run lengths of 8 bits: a jump up and right")
+            << header(4, 2, 8, 1, 4) + four + QByteArray("\0\2\2\1\1\3\0\1", 8) << 4
+            << QList<QRgb> {black, black, blue, black, black, black, black, black};
+        QTest::newRow("run lengths of 4 bits")
+            << header(5, 2, 4, 2, 4) + four + QByteArray("\5\x12\0\0\0\5\x23\x10\x30\0\0\1", 12)
+            << 5 << QList<QRgb> {red, blue, white, black, blue, white, red, white, red, white};
+        QTest::newRow("run lengths that reach over the edges") << header(2, 1, 8, 1, 4) + four
+                + QByteArray("\xFF\3\0\0\xFF\2", 6) << 2 << QList<QRgb> {blue, blue};
+    }
 
-    QTest::newRow("1 bit") << header(3, 2, 1, 0, 2) + four.first(8) + dwords({0x40, 0xA0}) << 3
-                           << QList<QRgb> {white, black, white, black, white, black};
-    QTest::newRow("2 bits") << header(3, 2, 2) + four + dwords({0x6C, 0x1B}) << 3
-                            << QList<QRgb> {black, white, red, white, red, blue};
-    QTest::newRow("4 bits") << header(3, 2, 4, 0, 4) + four + dwords({0x3012, 0x1023}) << 3
-                            << QList<QRgb> {red, blue, white, white, red, blue};
-    QTest::newRow("4 bits, an index beyond the colours") << header(2, 1, 4, 0, 2) + four.first(8)
-            + dwords({0xF1}) << 2 << QList<QRgb> {black, white};
-    QTest::newRow("8 bits") << header(2, 2, 8, 0, 4) + four + dwords({0x0203, 0x0001}) << 2
-                            << QList<QRgb> {white, black, blue, red};
-    QTest::newRow("8 bits, top-down") << header(2, -2, 8, 0, 4) + four + dwords({0x0203, 0x0001})
-                                      << 2 << QList<QRgb> {blue, red, white, black};
-    QTest::newRow("16 bits: 5 a channel, spread to the nearest of 8")
-        << header(2, 2, 16) + words({0x7FFF, 0x7C00, 0x0421, 0x0C63}) << 2
-        << QList<QRgb> {qRgb(8, 8, 8), qRgb(25, 25, 25), white, red};
-    QTest::newRow("16 bits: 5, 6 and 5 by masks")
-        << header(2, 2, 16, 3) + dwords({0xF800, 0x07E0, 0x001F})
-            + words({0xFFFF, 0x07E0, 0x0020, 0xF800})
-        << 2 << QList<QRgb> {qRgb(0, 4, 0), red, white, green};
-    QTest::newRow("24 bits") << header(2, 1, 24) + QByteArray("\1\2\3\xFF\0\0\0\0", 8) << 2
-                             << QList<QRgb> {qRgb(3, 2, 1), blue};
-    QTest::newRow("32 bits: the fourth byte is nothing") << header(2, 1, 32)
-            + dwords({0x00123456, 0x80FF0000}) << 2 << QList<QRgb> {0xFF123456, red};
-    QTest::newRow("32 bits: channels of 10 bits")
-        << header(2, 1, 32, 3) + dwords({0x3FF00000, 0xFFC00, 0x3FF, 0x3FF00000, 0x200}) << 2
-        << QList<QRgb> {red, qRgb(0, 0, 128)};
-    QTest::newRow("32 bits with a mask for alpha")
-        << header(2, 1, 32, 3, 0, 124, dwords({0xFF0000, 0xFF00, 0xFF, 0xFF000000}))
-            + dwords({0x80FF0000, 0xFFFFFFFF})
-        << 2 << QList<QRgb> {0x80FF0000, white};
-    QTest::newRow("OS/2, first header, colours of three bytes")
-        << coreHeader(2, 2, 1) + fourOfThree.first(6) + dwords({0x40, 0x80}) << 2
-        << QList<QRgb> {white, black, black, white};
-    QTest::newRow("OS/2, second header")
-        << header(2, 1, 8, 0, 4, 64) + four + dwords({0x0103}) << 2 << QList<QRgb> {blue, white};
-    QTest::newRow("OS/2, second header of 16 bytes")
-        << header(2, 1, 24, 0, 0, 16) + QByteArray("\0\0\xFF\0\xFF\0\0\0", 8) << 2
-        << QList<QRgb> {red, green};
-    QTest::newRow("colours before 24 bits are passed over")
-        << header(1, 1, 24, 0, 2) + four.first(8) + dwords({0xFF0000}) << 1 << QList<QRgb> {red};
-    // Both end at the end of the line and of the picture; an odd literal has a byte of padding.
-    QTest::newRow("run lengths of 8 bits: a run, a literal, a jump") << header(4, 2, 8, 1, 4) + four
-            + QByteArray("\2\1\0\0" // two white, end of line
-                         "\0\3\2\3\1\0" // red, blue, white
-                         "\0\1",
-                12) << 4 << QList<QRgb> {red, blue, white, black, white, white, black, black};
-    QTest::newRow("run lengths of 8 bits: a jump up and right")
-        << header(4, 2, 8, 1, 4) + four + QByteArray("\0\2\2\1\1\3\0\1", 8) << 4
-        << QList<QRgb> {black, black, blue, black, black, black, black, black};
-    QTest::newRow("run lengths of 4 bits")
-        << header(5, 2, 4, 2, 4) + four + QByteArray("\5\x12\0\0\0\5\x23\x10\x30\0\0\1", 12) << 5
-        << QList<QRgb> {red, blue, white, black, blue, white, red, white, red, white};
-    QTest::newRow("run lengths that reach over the edges") << header(2, 1, 8, 1, 4) + four
-            + QByteArray("\xFF\3\0\0\xFF\2", 6) << 2 << QList<QRgb> {blue, blue};
-}
+    void pixels()
+    {
+        const auto [bytes, width, expected] = row<QByteArray, int, QList<QRgb>>();
+        const auto found = Dib::header(bytes);
+        QVERIFY(found.has_value());
+        QCOMPARE(found->width, width);
+        const QImage image = Dib::decode(bytes, *found, found->endOfColours());
+        QCOMPARE(image.width() * image.height(), int(expected.size()));
+        for (int i = 0; i < expected.size(); ++i)
+            QCOMPARE(QString::number(image.pixel(i % width, i / width), 16),
+                QString::number(expected[i], 16));
+    }
 
-void Dib_test::pixels()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, width);
-    QFETCH(QList<QRgb>, expected);
-    const auto found = Dib::header(bytes);
-    QVERIFY(found.has_value());
-    QCOMPARE(found->width, width);
-    const QImage image = Dib::decode(bytes, *found, found->endOfColours());
-    QCOMPARE(image.width() * image.height(), int(expected.size()));
-    for (int i = 0; i < expected.size(); ++i)
-        QCOMPARE(QString::number(image.pixel(i % width, i / width), 16),
-            QString::number(expected[i], 16));
-}
+    void cutOff_data() { pixels_data(); }
 
-void Dib_test::cutOff_data()
-{
-    pixels_data();
-}
-
-/// A picture that is cut off is none. Only run lengths may end early; what is missing then has the
-/// first colour.
-void Dib_test::cutOff()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QList<QRgb>, expected);
-    for (qsizetype length = 0; length < bytes.size(); ++length) {
-        // On the heap and of that very size, so that a sanitizer sees one byte too many.
-        const std::vector<char> part(bytes.begin(), bytes.begin() + length);
-        const QByteArrayView view(part.data(), length);
-        const auto found = Dib::header(view);
-        if (!found)
-            continue;
-        const QImage image = Dib::decode(view, *found, found->endOfColours());
-        QVERIFY(image.isNull() || found->runLengths());
-        for (int i = 0; i < expected.size() && !image.isNull(); ++i) {
-            const QRgb pixel = image.pixel(i % image.width(), i / image.width());
-            QVERIFY(pixel == expected[i] || pixel == black);
+    /// A picture that is cut off is none. Only run lengths may end early; what is missing then has
+    /// the first colour.
+    void cutOff()
+    {
+        const auto [bytes, width, expected] = row<QByteArray, int, QList<QRgb>>();
+        for (qsizetype length = 0; length < bytes.size(); ++length) {
+            // On the heap and of that very size, so that a sanitizer sees one byte too many.
+            const std::vector<char> part(bytes.begin(), bytes.begin() + length);
+            const QByteArrayView view(part.data(), length);
+            const auto found = Dib::header(view);
+            if (!found)
+                continue;
+            const QImage image = Dib::decode(view, *found, found->endOfColours());
+            QVERIFY(image.isNull() || found->runLengths());
+            for (int i = 0; i < expected.size() && !image.isNull(); ++i) {
+                const QRgb pixel = image.pixel(i % width, i / width);
+                QVERIFY(pixel == expected[i] || pixel == black);
+            }
         }
     }
-}
 
-void Dib_test::refused_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    const QByteArray rest(200, '\0');
-    QTest::newRow("an unknown depth") << header(1, 1, 5) + rest;
-    QTest::newRow("no width") << header(0, 1, 24) + rest;
-    QTest::newRow("a negative width") << header(-1, 1, 24) + rest;
-    QTest::newRow("65,536 high") << header(1, 65536, 24) + rest;
-    QTest::newRow("the lowest height") << header(1, std::numeric_limits<qint32>::min(), 24) + rest;
-    QTest::newRow("8-bit run lengths of 4 bits") << header(1, 1, 4, 1) + rest;
-    QTest::newRow("masks for 8 bits") << header(1, 1, 8, 3) + rest;
-    QTest::newRow("fax codes of OS/2") << header(1, 1, 1, 3, 0, 64) + rest;
-    QTest::newRow("a JPEG inside") << header(1, 1, 24, 4) + rest;
-    QTest::newRow("more colours than there can be") << header(1, 1, 8, 0, 0xFFFFFFFF) + rest;
-    QTest::newRow("a header of 13 bytes") << header(1, 1, 24, 0, 0, 13) + rest;
-    QTest::newRow("a header longer than any") << header(1, 1, 24, 0, 0, 125) + rest;
-}
-
-void Dib_test::refused()
-{
-    QFETCH(QByteArray, bytes);
-    QVERIFY(!Dib::header(bytes));
-}
+    void refused()
+    {
+        const QByteArray rest(200, '\0');
+        const std::pair<const char *, QByteArray> rows[] = {
+            {"an unknown depth", header(1, 1, 5)},
+            {"no width", header(0, 1, 24)},
+            {"a negative width", header(-1, 1, 24)},
+            {"65,536 high", header(1, 65536, 24)},
+            {"the lowest height", header(1, std::numeric_limits<qint32>::min(), 24)},
+            {"8-bit run lengths of 4 bits", header(1, 1, 4, 1)},
+            {"masks for 8 bits", header(1, 1, 8, 3)},
+            {"fax codes of OS/2", header(1, 1, 1, 3, 0, 64)},
+            {"a JPEG inside", header(1, 1, 24, 4)},
+            {"more colours than there can be", header(1, 1, 8, 0, 0xFFFFFFFF)},
+            {"a header of 13 bytes", header(1, 1, 24, 0, 0, 13)},
+            {"a header longer than any", header(1, 1, 24, 0, 0, 125)},
+        };
+        for (const auto &[what, bytes] : rows)
+            QVERIFY2(!Dib::header(QByteArray(bytes + rest)), what);
+    }
+};
 
 TSM_TEST(Dib_test);
 #include "tst_Dib.moc"

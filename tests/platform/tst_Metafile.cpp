@@ -1,32 +1,20 @@
 #include "platform/picture/Metafile.h"
-#include "support/Files.h"
-#include "support/TestRunner.h"
-
 #include "platform/picture/Picture.h"
+#include "support/Bytes.h"
+#include "support/Files.h"
+#include "support/Rows.h"
+#include "support/TestRunner.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
+
+using Bytes::dword;
+using Bytes::words;
 
 namespace {
 
 constexpr QRgb red = 0xFFFF0000;
 constexpr QRgb white = 0xFFFFFFFF;
-
-QByteArray words(std::initializer_list<int> values)
-{
-    QByteArray bytes;
-    for (const int value : values) {
-        const auto word = qToLittleEndian(static_cast<quint16>(value));
-        bytes.append(reinterpret_cast<const char *>(&word), sizeof(word));
-    }
-    return bytes;
-}
-
-QByteArray dword(quint32 value)
-{
-    return words({int(value & 0xFFFF), int(value >> 16)});
-}
 
 QByteArray record(int function, const QByteArray &parameters)
 {
@@ -73,161 +61,149 @@ class Metafile_test : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void drawing_data();
-    void drawing();
-    void soleBitmap();
-    void damaged();
-    void badForThePlayer_data();
-    void badForThePlayer();
-    void files_data();
-    void files();
-};
-
-void Metafile_test::drawing_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QRect>("covered");
-    // The frame is what counts, not what is drawn: a drawing in one corner stays there.
-    QTest::newRow("placeable, 96 dpi") << placeable(
-        0, 0, 2880, 1440, 1440, window(0, 0, 2880, 1440) + redRectangle(0, 0, 1440, 720))
-                                       << QSize(192, 96) << QRect(0, 0, 96, 48);
-    QTest::newRow("placeable, a window of other units") << placeable(
-        0, 0, 1440, 1440, 1440, window(0, 0, 1000, 1000) + redRectangle(500, 500, 1000, 1000))
-                                                        << QSize(96, 96) << QRect(48, 48, 48, 48);
-    QTest::newRow("placeable without a window of its own")
-        << placeable(1000, 1000, 2440, 2440, 1440, redRectangle(1000, 1000, 1720, 1720))
-        << QSize(96, 96) << QRect(0, 0, 48, 48);
-    QTest::newRow("placeable of no inch")
-        << placeable(0, 0, 1440, 1440, 0, redRectangle(0, 0, 720, 720)) << QSize(96, 96)
-        << QRect(0, 0, 48, 48);
-    QTest::newRow("plain: the window")
-        << plain(window(-100, -100, 200, 100) + redRectangle(-100, -100, 0, -50)) << QSize(200, 100)
-        << QRect(0, 0, 100, 50);
-    QTest::newRow("plain, upwards")
-        << plain(window(0, 100, 200, -100) + redRectangle(0, 100, 100, 50)) << QSize(200, 100)
-        << QRect(0, 0, 100, 50);
-    QTest::newRow("plain, upwards, with round corners") << plain(window(0, 100, 200, -100)
-        + redRectangle(0, 100, 100, 50).chopped(14) + record(0x61C, words({2, 2, 50, 100, 100, 0})))
-                                                        << QSize(200, 100) << QRect(0, 0, 100, 50);
-    QTest::newRow("of the type for disks")
-        << plain(window(0, 0, 50, 50) + redRectangle(0, 0, 25, 25)).replace(0, 1, "\2")
-        << QSize(50, 50) << QRect(0, 0, 25, 25);
-    QTest::newRow("plain, a large window is made smaller")
-        << plain(window(0, 0, 10240, 5120) + redRectangle(5120, 0, 10240, 5120)) << QSize(512, 256)
-        << QRect(256, 0, 256, 256);
-    QTest::newRow("a viewport of its own is passed over") << plain(record(0x20E, words({7, 7}))
-        + window(0, 0, 100, 100) + record(0x20D, words({50, 50})) + redRectangle(0, 0, 50, 50))
-                                                          << QSize(100, 100) << QRect(0, 0, 50, 50);
-}
-
-void Metafile_test::drawing()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QSize, size);
-    QFETCH(QRect, covered);
-    QVERIFY(Metafile::recognises(bytes));
-    QCOMPARE(Metafile::size(bytes), size);
-    const QImage image = Metafile::render(bytes);
-    QCOMPARE(image.size(), size);
-    QCOMPARE(image.format(), QImage::Format_RGB32);
-    // One pixel of play at the edges.
-    const QRect inner = covered.adjusted(2, 2, -2, -2);
-    const QRect outer = covered.adjusted(-2, -2, 2, 2);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x) {
-            if (!inner.contains(x, y) && outer.contains(x, y))
-                continue;
-            QCOMPARE(image.pixel(x, y), inner.contains(x, y) ? red : white);
-        }
+    void drawing_data()
+    {
+        // The frame is what counts, not what is drawn: a drawing in one corner stays there.
+        rows<QByteArray, QSize, QRect>({
+            {"placeable, 96 dpi",
+                placeable(0, 0, 2880, 1440, 1440,
+                    window(0, 0, 2880, 1440) + redRectangle(0, 0, 1440, 720)),
+                QSize(192, 96), QRect(0, 0, 96, 48)},
+            {"placeable, a window of other units",
+                placeable(0, 0, 1440, 1440, 1440,
+                    window(0, 0, 1000, 1000) + redRectangle(500, 500, 1000, 1000)),
+                QSize(96, 96), QRect(48, 48, 48, 48)},
+            {"placeable without a window of its own",
+                placeable(1000, 1000, 2440, 2440, 1440, redRectangle(1000, 1000, 1720, 1720)),
+                QSize(96, 96), QRect(0, 0, 48, 48)},
+            {"placeable of no inch", placeable(0, 0, 1440, 1440, 0, redRectangle(0, 0, 720, 720)),
+                QSize(96, 96), QRect(0, 0, 48, 48)},
+            {"plain: the window",
+                plain(window(-100, -100, 200, 100) + redRectangle(-100, -100, 0, -50)),
+                QSize(200, 100), QRect(0, 0, 100, 50)},
+            {"plain, upwards", plain(window(0, 100, 200, -100) + redRectangle(0, 100, 100, 50)),
+                QSize(200, 100), QRect(0, 0, 100, 50)},
+            {"plain, upwards, with round corners",
+                plain(window(0, 100, 200, -100) + redRectangle(0, 100, 100, 50).chopped(14)
+                    + record(0x61C, words({2, 2, 50, 100, 100, 0}))),
+                QSize(200, 100), QRect(0, 0, 100, 50)},
+            {"of the type for disks",
+                plain(window(0, 0, 50, 50) + redRectangle(0, 0, 25, 25)).replace(0, 1, "\2"),
+                QSize(50, 50), QRect(0, 0, 25, 25)},
+            {"plain, a large window is made smaller",
+                plain(window(0, 0, 10240, 5120) + redRectangle(5120, 0, 10240, 5120)),
+                QSize(512, 256), QRect(256, 0, 256, 256)},
+            {"a viewport of its own is passed over",
+                plain(record(0x20E, words({7, 7})) + window(0, 0, 100, 100)
+                    + record(0x20D, words({50, 50})) + redRectangle(0, 0, 50, 50)),
+                QSize(100, 100), QRect(0, 0, 50, 50)},
+        });
     }
-    QCOMPARE(Metafile::render(bytes, {60, 40}).size(), QSize(60, 40));
-}
 
-/// Shown pixel by pixel, and not by the other process.
-void Metafile_test::soleBitmap()
-{
-    QImage expected(2, 2, QImage::Format_RGB32);
-    expected.setPixel(0, 0, 0xFF0000FF);
-    expected.setPixel(1, 0, 0xFF00FF00);
-    expected.setPixel(0, 1, red);
-    expected.setPixel(1, 1, white);
-    const QByteArray all = plain(window(0, 0, 40, 40) + bitmap(40, 40));
-    QCOMPARE(Metafile::soleBitmap(all), expected);
-    QCOMPARE(Metafile::render(all), expected);
-    QVERIFY(Metafile::soleBitmap(plain(window(0, 0, 80, 40) + bitmap(40, 40))).isNull());
-    QVERIFY(Metafile::soleBitmap(
-        plain(window(0, 0, 40, 40) + bitmap(40, 40) + redRectangle(0, 0, 9, 9)))
-                .isNull());
-}
+    void drawing()
+    {
+        const auto [bytes, size, covered] = row<QByteArray, QSize, QRect>();
+        QVERIFY(Metafile::recognises(bytes));
+        QCOMPARE(Metafile::size(bytes), size);
+        const QImage image = Metafile::render(bytes);
+        QCOMPARE(image.size(), size);
+        QCOMPARE(image.format(), QImage::Format_RGB32);
+        // One pixel of play at the edges.
+        const QRect inner = covered.adjusted(2, 2, -2, -2);
+        const QRect outer = covered.adjusted(-2, -2, 2, 2);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                if (!inner.contains(x, y) && outer.contains(x, y))
+                    continue;
+                QCOMPARE(image.pixel(x, y), inner.contains(x, y) ? red : white);
+            }
+        }
+        QCOMPARE(Metafile::render(bytes, {60, 40}).size(), QSize(60, 40));
+    }
 
-void Metafile_test::damaged()
-{
-    const QByteArray whole = placeable(0, 0, 960, 960, 960, window(0, 0, 96, 96) + bitmap(96, 96));
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        QVERIFY(Metafile::render(whole.first(length)).isNull());
-    QVERIFY(!Metafile::render(whole).isNull());
-    QVERIFY(Metafile::render(placeable(5, 5, 5, 5, 96, redRectangle(0, 0, 9, 9))).isNull());
-    QVERIFY(Metafile::render(QByteArray(500, 'x')).isNull());
-    QVERIFY(Metafile::render(QByteArray(plain({}) + QByteArray(500, 'x'))).size().width() <= 512);
-}
+    /// Shown pixel by pixel, and not by the other process.
+    void soleBitmap()
+    {
+        QImage expected(2, 2, QImage::Format_RGB32);
+        expected.setPixel(0, 0, 0xFF0000FF);
+        expected.setPixel(1, 0, 0xFF00FF00);
+        expected.setPixel(0, 1, red);
+        expected.setPixel(1, 1, white);
+        const QByteArray all = plain(window(0, 0, 40, 40) + bitmap(40, 40));
+        QCOMPARE(Metafile::soleBitmap(all), expected);
+        QCOMPARE(Metafile::render(all), expected);
+        QVERIFY(Metafile::soleBitmap(plain(window(0, 0, 80, 40) + bitmap(40, 40))).isNull());
+        QVERIFY(Metafile::soleBitmap(
+            plain(window(0, 0, 40, 40) + bitmap(40, 40) + redRectangle(0, 0, 9, 9)))
+                    .isNull());
+    }
 
-void Metafile_test::badForThePlayer_data()
-{
-    QTest::addColumn<QByteArray>("records");
-    const auto select = record(0x12D, words({0}));
-    const auto patternOf = [&](quint32 headerSize, int width, int height, int bits) -> QByteArray {
-        const QByteArray dib = dword(headerSize) + dword(static_cast<quint32>(width))
-            + dword(static_cast<quint32>(height)) + words({1, bits}) + QByteArray(60, '\0');
-        return record(0x142, words({3, 0}) + dib) + select
-            + record(0x61D, words({0x21, 0xF0, 90, 90, 0, 0}));
-    };
-    QTest::newRow("a font of width -32,768: reads outside its memory") << window(0, 0, 2000, 1000)
-            + record(0x2FB, words({-300, -32768, 0, 0, 400, 0, 0, 0, 0}) + QByteArray("Arial\0", 6))
-            + select + record(0x521, words({5, 0x6548, 0x6C6C, 0x6F, 200, 100}));
-    QTest::newRow("a pattern without height: divides by zero") << patternOf(40, 8, 0, 1);
-    QTest::newRow("a pattern of 255 bits without a header: never ends") << patternOf(0, 8, 8, 255);
-    QTest::newRow("a polygon of 32,767 points that are not there")
-        << record(0x324, words({0x7FFF}));
-}
+    void damaged()
+    {
+        const QByteArray whole =
+            placeable(0, 0, 960, 960, 960, window(0, 0, 96, 96) + bitmap(96, 96));
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            QVERIFY(Metafile::render(whole.first(length)).isNull());
+        QVERIFY(!Metafile::render(whole).isNull());
+        QVERIFY(Metafile::render(placeable(5, 5, 5, 5, 96, redRectangle(0, 0, 9, 9))).isNull());
+        QVERIFY(Metafile::render(QByteArray(500, 'x')).isNull());
+        QVERIFY(
+            Metafile::render(QByteArray(plain({}) + QByteArray(500, 'x'))).size().width() <= 512);
+    }
 
-/// Files at which the library crashes or does not come back: they have no picture, and the program
-/// goes on.
-void Metafile_test::badForThePlayer()
-{
-    QFETCH(QByteArray, records);
-    QVERIFY(Metafile::render(plain(window(0, 0, 100, 100) + records)).isNull());
-    QVERIFY(!Metafile::render(plain(window(0, 0, 9, 9) + redRectangle(0, 0, 9, 9))).isNull());
-}
+    void badForThePlayer_data()
+    {
+        QTest::addColumn<QByteArray>("records");
+        const auto select = record(0x12D, words({0}));
+        const auto patternOf = [&](quint32 headerSize, int width, int height,
+                                   int bits) -> QByteArray {
+            const QByteArray dib = dword(headerSize) + dword(static_cast<quint32>(width))
+                + dword(static_cast<quint32>(height)) + words({1, bits}) + QByteArray(60, '\0');
+            return record(0x142, words({3, 0}) + dib) + select
+                + record(0x61D, words({0x21, 0xF0, 90, 90, 0, 0}));
+        };
+        QTest::newRow("a font of width -32,768: reads outside its memory")
+            << window(0, 0, 2000, 1000)
+                + record(
+                    0x2FB, words({-300, -32768, 0, 0, 400, 0, 0, 0, 0}) + QByteArray("Arial\0", 6))
+                + select + record(0x521, words({5, 0x6548, 0x6C6C, 0x6F, 200, 100}));
+        QTest::newRow("a pattern without height: divides by zero") << patternOf(40, 8, 0, 1);
+        QTest::newRow("a pattern of 255 bits without a header: never ends")
+            << patternOf(0, 8, 8, 255);
+        QTest::newRow("a polygon of 32,767 points that are not there")
+            << record(0x324, words({0x7FFF}));
+    }
 
-void Metafile_test::files_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QSize>("size");
-    QImage image(40, 30, QImage::Format_RGB32);
-    image.fill(red);
-    const QByteArray drawing = placeable(0, 0, 200, 100, 96, redRectangle(0, 0, 50, 50));
-    QTest::newRow("a metafile, larger for what follows")
-        << QStringLiteral("a.wmf") << drawing << QSize(256, 128);
-    QTest::newRow("a bitmap, whatever its name")
-        << QStringLiteral("b.wmf") << Picture::encodeBitmap(image) << QSize(40, 30);
-    QTest::newRow("a text") << QStringLiteral("c.bmp") << QByteArray("BMW is a car") << QSize();
-    QTest::newRow("an empty file") << QStringLiteral("d.bmp") << QByteArray() << QSize();
-}
+    /// Files at which the library crashes or does not come back: they have no picture, and the
+    /// program goes on.
+    void badForThePlayer()
+    {
+        QFETCH(QByteArray, records);
+        QVERIFY(Metafile::render(plain(window(0, 0, 100, 100) + records)).isNull());
+        QVERIFY(!Metafile::render(plain(window(0, 0, 9, 9) + redRectangle(0, 0, 9, 9))).isNull());
+    }
 
-void Metafile_test::files()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, content);
-    QFETCH(QSize, size);
-    const QTemporaryDir folder;
-    QVERIFY(Files::put(folder.filePath(name), content));
-    const QImage image = Picture::load(folder.filePath(name));
-    QCOMPARE(image.isNull() ? QSize() : image.size(), size);
-    QVERIFY(Picture::load(folder.path()).isNull());
-    QVERIFY(Picture::load(folder.filePath(QStringLiteral("none"))).isNull());
-}
+    void files()
+    {
+        QImage image(40, 30, QImage::Format_RGB32);
+        image.fill(red);
+        const std::tuple<QString, QByteArray, QSize> rows[] = {
+            // larger, for what follows
+            {u"a.wmf"_qs, placeable(0, 0, 200, 100, 96, redRectangle(0, 0, 50, 50)),
+                QSize(256, 128)},
+            {u"b.wmf"_qs, Picture::encodeBitmap(image), QSize(40, 30)}, // whatever its name
+            {u"c.bmp"_qs, "BMW is a car", QSize(0, 0)},
+            {u"d.bmp"_qs, "", QSize(0, 0)},
+        };
+        const QTemporaryDir folder;
+        for (const auto &[name, content, size] : rows) {
+            QVERIFY(Files::put(folder.filePath(name), content));
+            QCOMPARE(Picture::load(folder.filePath(name)).size(), size);
+        }
+        QVERIFY(Picture::load(folder.path()).isNull());
+        QVERIFY(Picture::load(folder.filePath(u"none"_qs)).isNull());
+    }
+};
 
 TSM_TEST(Metafile_test);
 #include "tst_Metafile.moc"

@@ -1,5 +1,6 @@
 #include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QFile>
@@ -12,103 +13,92 @@ class SettingsStore_test : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-    void valuesComeBack_data();
-    void valuesComeBack();
-    void sectionsAndKeysAreKeptApart();
-    void handWritten();
-    void nothingStored();
-    void cannotBeWritten();
+    void valuesComeBack_data()
+    {
+        rows<QString, QString, QString>({
+            {"an apostrophe and blanks in the key", u"Settings"_qs, u"Don't Load On Start Up"_qs,
+                u"True"_qs},
+            {"backslashes", u"Settings"_qs, u"Toolset Path"_qs, u"C:\\new\\tools\\x64\\"_qs},
+            {"commas", u"FileList"_qs, u"File1"_qs, u"/a, b,c/,d"_qs},
+            {"quotes and semicolons", u"FileList"_qs, u"2"_qs, u"\"a\"; b=c"_qs},
+            {"blanks at both ends", u"Printer"_qs, u"Left"_qs, u"  12 "_qs},
+            {"an empty value", u"Printer"_qs, u"Top"_qs, u""_qs},
+            {"letters beyond ASCII", u"Größe"_qs, u"Höhe ж"_qs, u"é\u5DE5"_qs},
+            {"what the file format takes for a type", u"Settings"_qs, u"At"_qs, u"@Invalid()"_qs},
+            {"a section with a meaning of its own", u"General"_qs, u"Key"_qs, u"x"_qs},
+        });
+    }
+
+    void valuesComeBack()
+    {
+        const auto [section, key, value] = row<QString, QString, QString>();
+        SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, u"before"_qs);
+        SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, value);
+        const SettingsStore store(m_folder->path());
+        QCOMPARE(store.GetSetting(m_application, section, key, u"fallback"_qs), value);
+        const QList<QPair<QString, QString>> all {{key, value}};
+        QCOMPARE(store.GetAllSettings(m_application, section), all);
+    }
+
+    void sectionsAndKeysAreKeptApart()
+    {
+        SettingsStore store(m_folder->path());
+        store.SaveSetting(m_application, u"Settings"_qs, u"Macro Mode"_qs, u"1"_qs);
+        store.SaveSetting(m_application, u"Settings"_qs, u"macro mode"_qs, u"2"_qs);
+        store.SaveSetting(m_application, u"Printer"_qs, u"Macro Mode"_qs, u"3"_qs);
+        store.SaveSetting(u"Another"_qs, u"Settings"_qs, u"Macro Mode"_qs, u"4"_qs);
+        QMap<QString, QString> all;
+        const auto pairs = store.GetAllSettings(m_application, u"Settings"_qs);
+        for (const auto &[key, value] : pairs)
+            all.insert(key, value);
+        const QMap<QString, QString> expected {
+            {u"Macro Mode"_qs, u"1"_qs}, {u"macro mode"_qs, u"2"_qs}};
+        QCOMPARE(all, expected);
+        QCOMPARE(store.GetSetting(m_application, u"Printer"_qs, u"Macro Mode"_qs), u"3"_qs);
+        QCOMPARE(store.GetSetting(u"Another"_qs, u"Settings"_qs, u"Macro Mode"_qs), u"4"_qs);
+    }
+
+    void handWritten()
+    {
+        QFile file(m_folder->filePath(m_application + u".conf"_qs));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(
+            "[Settings]\nMacro Path=/home/a, b/macros\nVB Events=False\n\n[Printer]\nLeft=15\n");
+        file.close();
+        const SettingsStore store(m_folder->path());
+        QCOMPARE(store.GetSetting(m_application, u"Settings"_qs, u"Macro Path"_qs),
+            u"/home/a, b/macros"_qs);
+        QCOMPARE(store.GetAllSettings(m_application, u"Settings"_qs).size(), 2);
+    }
+
+    void nothingStored()
+    {
+        const SettingsStore store(m_folder->path());
+        QCOMPARE(store.GetSetting(m_application, u"Settings"_qs, u"Height"_qs, u"7"_qs), u"7"_qs);
+        QVERIFY(store.GetAllSettings(m_application, u"Settings"_qs).isEmpty());
+        QVERIFY(QDir(m_folder->path()).isEmpty()); // reading makes no file
+    }
+
+    void cannotBeWritten()
+    {
+        QFile file(m_folder->filePath(u"file"_qs));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        SettingsStore store(m_folder->filePath(u"file/below"_qs));
+        int number = 0;
+        try {
+            store.SaveSetting(m_application, u"Printer"_qs, u"Left"_qs, u"1"_qs);
+        } catch (const VbError &error) {
+            number = error.number();
+            QVERIFY(error.description().contains(m_application));
+        }
+        QCOMPARE(number, int(VbError::DeviceError));
+        QVERIFY(store.GetAllSettings(m_application, u"Printer"_qs).isEmpty());
+    }
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
     const QString m_application = u"VB Quillon For VB5"_qs;
 };
-
-void SettingsStore_test::valuesComeBack_data()
-{
-    QTest::addColumn<QString>("section");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::newRow("an apostrophe and blanks in the key")
-        << u"Settings"_qs << u"Don't Load On Start Up"_qs << u"True"_qs;
-    QTest::newRow("backslashes") << u"Settings"_qs << u"Toolset Path"_qs
-                                 << u"C:\\new\\tools\\x64\\"_qs;
-    QTest::newRow("commas") << u"FileList"_qs << u"File1"_qs << u"/a, b,c/,d"_qs;
-    QTest::newRow("quotes and semicolons") << u"FileList"_qs << u"2"_qs << u"\"a\"; b=c"_qs;
-    QTest::newRow("blanks at both ends") << u"Printer"_qs << u"Left"_qs << u"  12 "_qs;
-    QTest::newRow("an empty value") << u"Printer"_qs << u"Top"_qs << u""_qs;
-    QTest::newRow("letters beyond ASCII") << u"Größe"_qs << u"Höhe ж"_qs << u"é\u5DE5"_qs;
-    QTest::newRow("what the file format takes for a type")
-        << u"Settings"_qs << u"At"_qs << u"@Invalid()"_qs;
-    QTest::newRow("a section with a meaning of its own") << u"General"_qs << u"Key"_qs << u"x"_qs;
-}
-
-void SettingsStore_test::valuesComeBack()
-{
-    QFETCH(QString, section);
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, u"before"_qs);
-    SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, value);
-    const SettingsStore store(m_folder->path());
-    QCOMPARE(store.GetSetting(m_application, section, key, u"fallback"_qs), value);
-    const QList<QPair<QString, QString>> all {{key, value}};
-    QCOMPARE(store.GetAllSettings(m_application, section), all);
-}
-
-void SettingsStore_test::sectionsAndKeysAreKeptApart()
-{
-    SettingsStore store(m_folder->path());
-    store.SaveSetting(m_application, u"Settings"_qs, u"Macro Mode"_qs, u"1"_qs);
-    store.SaveSetting(m_application, u"Settings"_qs, u"macro mode"_qs, u"2"_qs);
-    store.SaveSetting(m_application, u"Printer"_qs, u"Macro Mode"_qs, u"3"_qs);
-    store.SaveSetting(u"Another"_qs, u"Settings"_qs, u"Macro Mode"_qs, u"4"_qs);
-    QMap<QString, QString> all;
-    const auto pairs = store.GetAllSettings(m_application, u"Settings"_qs);
-    for (const auto &[key, value] : pairs)
-        all.insert(key, value);
-    const QMap<QString, QString> expected {
-        {u"Macro Mode"_qs, u"1"_qs}, {u"macro mode"_qs, u"2"_qs}};
-    QCOMPARE(all, expected);
-    QCOMPARE(store.GetSetting(m_application, u"Printer"_qs, u"Macro Mode"_qs), u"3"_qs);
-    QCOMPARE(store.GetSetting(u"Another"_qs, u"Settings"_qs, u"Macro Mode"_qs), u"4"_qs);
-}
-
-void SettingsStore_test::handWritten()
-{
-    QFile file(m_folder->filePath(m_application + u".conf"_qs));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[Settings]\nMacro Path=/home/a, b/macros\nVB Events=False\n\n[Printer]\nLeft=15\n");
-    file.close();
-    const SettingsStore store(m_folder->path());
-    QCOMPARE(
-        store.GetSetting(m_application, u"Settings"_qs, u"Macro Path"_qs), u"/home/a, b/macros"_qs);
-    QCOMPARE(store.GetAllSettings(m_application, u"Settings"_qs).size(), 2);
-}
-
-void SettingsStore_test::nothingStored()
-{
-    const SettingsStore store(m_folder->path());
-    QCOMPARE(store.GetSetting(m_application, u"Settings"_qs, u"Height"_qs, u"7"_qs), u"7"_qs);
-    QVERIFY(store.GetAllSettings(m_application, u"Settings"_qs).isEmpty());
-    QVERIFY(QDir(m_folder->path()).isEmpty()); // reading makes no file
-}
-
-void SettingsStore_test::cannotBeWritten()
-{
-    QFile file(m_folder->filePath(u"file"_qs));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    SettingsStore store(m_folder->filePath(u"file/below"_qs));
-    int number = 0;
-    try {
-        store.SaveSetting(m_application, u"Printer"_qs, u"Left"_qs, u"1"_qs);
-    } catch (const VbError &error) {
-        number = error.number();
-        QVERIFY(error.description().contains(m_application));
-    }
-    QCOMPARE(number, int(VbError::DeviceError));
-    QVERIFY(store.GetAllSettings(m_application, u"Printer"_qs).isEmpty());
-}
 
 TSM_TEST(SettingsStore_test);
 #include "tst_SettingsStore.moc"

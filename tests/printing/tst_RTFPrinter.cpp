@@ -5,6 +5,7 @@
 #include "printing/frmRTF.h"
 #include "support/Answers.h"
 #include "support/PrintedPages.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QFile>
@@ -37,158 +38,129 @@ class RTFPrinter_test : public QObject
     QTemporaryDir folder;
     Printers printers {[] { return QStringList {Printers::pdfFile()}; }};
     QString path() const { return folder.filePath(u"out.pdf"_qs); }
+    RichTextBox box {u"Arial"_qs, 10};
+    std::unique_ptr<RTFPrinter> printer;
 
 private Q_SLOTS:
     void init()
     {
         QFile::remove(path());
         printers.choose(Printers::pdfFile(), QPageSize(QPageSize::A4), QPageLayout::Portrait);
+        printer = std::make_unique<RTFPrinter>(printers);
+        printer->DocumentBox = &box;
+        printer->FileName = path();
     }
 
-    void bands();
-    void pages_data();
-    void pages();
-    void cancels();
-    void refused();
-    void window();
-    void windowCancelled();
-};
+    void bands()
+    {
+        printer->setLeftMargin(1000);
+        printer->setTopMargin(2000);
+        printer->setRightMargin(3000);
+        printer->setBottomMargin(4000);
+        const auto edges = [this] {
+            const auto bands = printer->bands({QSize(12240, 15840), QMargins(300, 400, 500, 600)});
+            QStringList all;
+            for (const QRect &r : {bands.header, bands.body, bands.footer, bands.page})
+                all << u"%1 %2 %3 %4"_qs.arg(r.x())
+                           .arg(r.y())
+                           .arg(r.x() + r.width())
+                           .arg(r.y() + r.height());
+            return all;
+        };
+        // The margins count from the paper's edge; the page ends at 15840 - 4000 - 400.
+        QCOMPARE(edges(),
+            QStringList({u"700 1600 8940 1600"_qs, u"700 1600 8940 11080"_qs,
+                u"700 11440 8940 11440"_qs, u"0 0 11440 14840"_qs}));
+        printer->setHeaderHeight(500);
+        printer->setFooterHeight(700);
+        QCOMPARE(edges(),
+            QStringList({u"700 1600 8940 2100"_qs, u"700 2100 8940 10380"_qs,
+                u"700 10740 8940 11440"_qs, u"0 0 11440 14840"_qs}));
+    }
 
-void RTFPrinter_test::bands()
-{
-    RTFPrinter printer(printers);
-    printer.setLeftMargin(1000);
-    printer.setTopMargin(2000);
-    printer.setRightMargin(3000);
-    printer.setBottomMargin(4000);
-    const Paper paper {QSize(12240, 15840), QMargins(300, 400, 500, 600)};
-    const auto edges = [](const QRect &r) {
-        return QList<int> {r.x(), r.y(), r.x() + r.width(), r.y() + r.height()};
-    };
-    auto bands = printer.bands(paper);
-    const int pageBottom = 15840 - 4000 - 400;
-    QCOMPARE(edges(bands.header), (QList<int> {700, 1600, 8940, 1600}));
-    QCOMPARE(edges(bands.body), (QList<int> {700, 1600, 8940, pageBottom - 360}));
-    QCOMPARE(edges(bands.footer), (QList<int> {700, pageBottom, 8940, pageBottom}));
-    QCOMPARE(edges(bands.page), (QList<int> {0, 0, 12240 - 800, 15840 - 1000}));
-    printer.setHeaderHeight(500);
-    printer.setFooterHeight(700);
-    bands = printer.bands(paper);
-    QCOMPARE(edges(bands.header), (QList<int> {700, 1600, 8940, 2100}));
-    QCOMPARE(edges(bands.body), (QList<int> {700, 2100, 8940, pageBottom - 1060}));
-    QCOMPARE(edges(bands.footer), (QList<int> {700, pageBottom - 700, 8940, pageBottom}));
-}
+    void pages()
+    {
+        // 16838 - 2880 - 360 twips hold 59 lines.
+        for (const auto &[lines, pages] :
+            {std::pair(0, 1), std::pair(59, 1), std::pair(60, 2), std::pair(500, 9)}) {
+            box.setTextRTF(paragraphs(lines));
+            QSignalSpy begun(printer.get(), &RTFPrinter::BeginPage);
+            QSignalSpy ended(printer.get(), &RTFPrinter::EndDocument);
+            printer->PrintRTF();
+            QCOMPARE(begun.size(), pages);
+            QCOMPARE(begun.last().at(0).toInt(), pages);
+            QCOMPARE(ended.size(), 1);
+            const QStringList printed = pagesOfPdf(path());
+            QCOMPARE(printed.size(), pages);
+            QStringList expected;
+            for (int i = 1; i <= lines; ++i)
+                expected << u"line %1"_qs.arg(i);
+            QCOMPARE(printed.join(u'\n').split(u'\n', Qt::SkipEmptyParts), expected);
+        }
+    }
 
-void RTFPrinter_test::pages_data()
-{
-    QTest::addColumn<int>("lines");
-    QTest::addColumn<int>("pages");
-    // 16838 - 2880 - 360 twips hold 59 lines.
-    QTest::newRow("empty") << 0 << 1;
-    QTest::newRow("one page exactly") << 59 << 1;
-    QTest::newRow("one line more") << 60 << 2;
-    QTest::newRow("many") << 500 << 9;
-}
+    void cancels()
+    {
+        box.setTextRTF(paragraphs(150));
+        for (const int at : {1, 2, 3}) { // the last page too
+            QSignalSpy ended(printer.get(), &RTFPrinter::EndDocument);
+            QSignalSpy begun(printer.get(), &RTFPrinter::BeginPage);
+            const auto stop = connect(printer.get(), &RTFPrinter::BeginPage, this, [&](int page) {
+                if (page == at)
+                    printer->Cancel();
+            });
+            printer->PrintRTF();
+            disconnect(stop);
+            QCOMPARE(begun.size(), at);
+            QCOMPARE(ended.size(), 1);
+            QVERIFY(!QFile::exists(path()));
+        }
+        printer->PrintRTF(); // the flag is that of one print
+        QCOMPARE(pagesOfPdf(path()).size(), 3);
+    }
 
-void RTFPrinter_test::pages()
-{
-    QFETCH(const int, lines);
-    QFETCH(const int, pages);
-    RichTextBox box(u"Arial"_qs, 10);
-    box.setTextRTF(paragraphs(lines));
-    RTFPrinter printer(printers);
-    printer.DocumentBox = &box;
-    printer.FileName = path();
-    QSignalSpy begun(&printer, &RTFPrinter::BeginPage);
-    QSignalSpy ended(&printer, &RTFPrinter::EndDocument);
-    printer.PrintRTF();
-    QCOMPARE(begun.size(), pages);
-    QCOMPARE(begun.last().at(0).toInt(), pages);
-    QCOMPARE(ended.size(), 1);
-    const QStringList printed = pagesOfPdf(path());
-    QCOMPARE(printed.size(), pages);
-    QStringList expected;
-    for (int i = 1; i <= lines; ++i)
-        expected << u"line %1"_qs.arg(i);
-    QCOMPARE(printed.join(u'\n').split(u'\n', Qt::SkipEmptyParts), expected);
-}
-
-void RTFPrinter_test::cancels()
-{
-    RichTextBox box(u"Arial"_qs, 10);
-    box.setTextRTF(paragraphs(150));
-    RTFPrinter printer(printers);
-    printer.DocumentBox = &box;
-    printer.FileName = path();
-    for (const int at : {1, 2, 3}) { // the last page too
-        QSignalSpy ended(&printer, &RTFPrinter::EndDocument);
-        QSignalSpy begun(&printer, &RTFPrinter::BeginPage);
-        const auto stop = connect(&printer, &RTFPrinter::BeginPage, this, [&](int page) {
-            if (page == at)
-                printer.Cancel();
-        });
-        printer.PrintRTF();
-        disconnect(stop);
-        QCOMPARE(begun.size(), at);
-        QCOMPARE(ended.size(), 1);
+    void refused()
+    {
+        QSignalSpy ended(printer.get(), &RTFPrinter::EndDocument);
+        printer->FileName = folder.filePath(u"missing/out.pdf"_qs);
+        QVERIFY_THROWS_EXCEPTION(VbError, printer->PrintRTF());
+        printer->FileName = path();
+        printer->setTopMargin(20000);
+        QVERIFY_THROWS_EXCEPTION(VbError, printer->PrintRTF());
+        printers.choose(u"gone"_qs, QPageSize(QPageSize::A4), QPageLayout::Portrait);
+        QVERIFY_THROWS_EXCEPTION(VbError, printer->PrintRTF());
+        QCOMPARE(ended.size(), 3);
         QVERIFY(!QFile::exists(path()));
     }
-    printer.PrintRTF(); // the flag is that of one print
-    QCOMPARE(pagesOfPdf(path()).size(), 3);
-}
 
-void RTFPrinter_test::refused()
-{
-    RichTextBox box(u"Arial"_qs, 10);
-    RTFPrinter printer(printers);
-    printer.DocumentBox = &box;
-    QSignalSpy ended(&printer, &RTFPrinter::EndDocument);
-    printer.FileName = folder.filePath(u"missing/out.pdf"_qs);
-    QVERIFY_THROWS_EXCEPTION(VbError, printer.PrintRTF());
-    printer.FileName = path();
-    printer.setTopMargin(20000);
-    QVERIFY_THROWS_EXCEPTION(VbError, printer.PrintRTF());
-    printers.choose(u"gone"_qs, QPageSize(QPageSize::A4), QPageLayout::Portrait);
-    QVERIFY_THROWS_EXCEPTION(VbError, printer.PrintRTF());
-    QCOMPARE(ended.size(), 3);
-    QVERIFY(!QFile::exists(path()));
-}
-
-void RTFPrinter_test::window()
-{
-    Answers answers;
-    answers.file(u"Print to PDF File"_qs, path());
-    QPointer<frmRTF> form = new frmRTF(printers);
-    form->setDocumentText(paragraphs(59000 / 50));
-    auto *header = form->findChild<RichTextBox *>(u"rtfHeader"_qs);
-    header->setText(u"The header"_qs);
-    QStringList messages;
-    connect(form->findChild<RTFPrinter *>(), &RTFPrinter::BeginPage, this,
-        [&] { messages << form->findChild<QLabel *>(u"lblMsg"_qs)->text(); });
-    form->PrintDocument();
-    QTRY_VERIFY(!form);
-    const QStringList pages = pagesOfPdf(path());
-    QCOMPARE(pages.size(), messages.size());
-    QCOMPARE(messages[1], u"Page 2"_qs);
-    QVERIFY(pages[1].startsWith(u"The header\nline "_qs));
-    QVERIFY(pages[1].trimmed().endsWith(u"\nPage 2"_qs));
-}
-
-void RTFPrinter_test::windowCancelled()
-{
-    Answers answers;
-    answers.file(u"Print to PDF File"_qs, path());
-    QPointer<frmRTF> form = new frmRTF(printers);
-    form->setDocumentText(paragraphs(500));
-    // The user presses the button while the second page is about to be printed.
-    connect(form->findChild<RTFPrinter *>(), &RTFPrinter::BeginPage, form, [&](int page) {
-        if (page == 2)
-            form->findChild<QPushButton *>(u"cmdCancel"_qs)->click();
-    });
-    form->PrintDocument();
-    QTRY_VERIFY(!form);
-    QVERIFY(!QFile::exists(path()));
-}
+    void window()
+    {
+        for (const bool cancelled : {false, true}) {
+            QFile::remove(path());
+            Answers answers;
+            answers.file(u"Print to PDF File"_qs, path());
+            QPointer<frmRTF> form = new frmRTF(printers);
+            form->setDocumentText(paragraphs(59000 / 50));
+            form->findChild<RichTextBox *>(u"rtfHeader"_qs)->setText(u"The header"_qs);
+            QStringList messages;
+            connect(form->findChild<RTFPrinter *>(), &RTFPrinter::BeginPage, form, [&](int page) {
+                messages << form->findChild<QLabel *>(u"lblMsg"_qs)->text();
+                if (cancelled && page == 2) // the user presses the button just then
+                    form->findChild<QPushButton *>(u"cmdCancel"_qs)->click();
+            });
+            form->PrintDocument();
+            QTRY_VERIFY(!form);
+            QCOMPARE(messages[1], u"Page 2"_qs);
+            QCOMPARE(QFile::exists(path()), !cancelled);
+            if (cancelled)
+                continue;
+            const QStringList pages = pagesOfPdf(path());
+            QCOMPARE(pages.size(), messages.size());
+            QVERIFY(pages[1].startsWith(u"The header\nline "_qs));
+            QVERIFY(pages[1].trimmed().endsWith(u"\nPage 2"_qs));
+        }
+    }
+};
 
 TSM_TEST(RTFPrinter_test);
 #include "tst_RTFPrinter.moc"

@@ -10,7 +10,9 @@
 #include "printing/frmPrint.h"
 #include "support/Answers.h"
 #include "support/Files.h"
+#include "support/Find.h"
 #include "support/PrintedPages.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QComboBox>
@@ -37,286 +39,259 @@ class frmPrint_test : public QObject
     QWidget owner;
 
     QString path(const char *name) const { return folder->filePath(QLatin1String(name)); }
-    void addTools(int count);
+    void addTools(int count)
+    {
+        while (set->Count() < count) {
+            auto tool = std::make_shared<CVBATool>();
+            tool->Description = u"Tool %1."_qs.arg(set->Count() + 1);
+            set->Add(tool);
+        }
+    }
+
     /// Shows the preview and runs \a act while it is open.
-    void preview(Answers &answers, const std::function<void(frmPrint *)> &act);
+    void preview(Answers &answers, const std::function<void(frmPrint *)> &act)
+    {
+        answers.dialog(u"frmPrint"_qs, [&](QDialog *dialog) {
+            act(qobject_cast<frmPrint *>(dialog));
+            dialog->close();
+        });
+        commands->preview(*set, path("set.bmt"));
+    }
 
 private Q_SLOTS:
-    void init();
-
-    void clicks_data();
-    void clicks();
-    void keysAndWheel();
-    void zoom();
-    void placeIsKept();
-    void printsAll();
-    void printsWithoutAWindow();
-    void noPrinter();
-    void printerVanishes();
-    void cannotWrite();
-    void setUp();
-};
-
-void frmPrint_test::init()
-{
-    folder = std::make_unique<QTemporaryDir>();
-    storage = std::make_unique<ToolSetStorage>(1252, path("scratch"), path("data"));
-    set = std::make_unique<CVBATools>(*storage);
-    store = std::make_unique<SettingsStore>(path("settings"));
-    installed = QStringList {Printers::pdfFile()};
-    printers.choose(Printers::pdfFile(), QPageSize(QPageSize::A4), QPageLayout::Portrait);
-    commands = std::make_unique<ReportCommands>(&owner, *store, printers);
-}
-
-void frmPrint_test::addTools(int count)
-{
-    while (set->Count() < count) {
-        auto tool = std::make_shared<CVBATool>();
-        tool->Description = u"Tool %1."_qs.arg(set->Count() + 1);
-        set->Add(tool);
-    }
-}
-
-void frmPrint_test::preview(Answers &answers, const std::function<void(frmPrint *)> &act)
-{
-    answers.dialog(u"frmPrint"_qs, [&](QDialog *dialog) {
-        act(qobject_cast<frmPrint *>(dialog));
-        dialog->close();
-    });
-    commands->preview(*set, path("set.bmt"));
-}
-
-void frmPrint_test::clicks_data()
-{
-    QTest::addColumn<int>("tools");
-    QTest::addColumn<QString>("clicks"); // F, P, N, L
-    QTest::addColumn<QString>("enabled"); // afterwards
-    QTest::addColumn<QString>("panel");
-    QTest::newRow("no tools") << 0 << u""_qs << u""_qs << u"Page 1 of 1"_qs;
-    QTest::newRow("one page") << 3 << u""_qs << u""_qs << u"Page 1 of 1"_qs;
-    QTest::newRow("opened") << 20 << u""_qs << u"NL"_qs << u"Page 1 of 3"_qs;
-    QTest::newRow("next") << 20 << u"N"_qs << u"FPNL"_qs << u"Page 2 of 3"_qs;
-    QTest::newRow("next twice") << 20 << u"NN"_qs << u"FP"_qs << u"Page 3 of 3"_qs;
-    QTest::newRow("back again") << 20 << u"NNP"_qs << u"FPNL"_qs << u"Page 2 of 3"_qs;
-    QTest::newRow("to the start") << 20 << u"NNPP"_qs << u"NL"_qs << u"Page 1 of 3"_qs;
-    QTest::newRow("last") << 20 << u"L"_qs << u"FP"_qs << u"Page 3 of 3"_qs;
-    QTest::newRow("first") << 20 << u"LF"_qs << u"NL"_qs << u"Page 1 of 3"_qs;
-    QTest::newRow("previous of two") << 10 << u"NP"_qs << u"NL"_qs << u"Page 1 of 2"_qs;
-}
-
-void frmPrint_test::clicks()
-{
-    QFETCH(const int, tools);
-    QFETCH(const QString, clicks);
-    QFETCH(const QString, enabled);
-    QFETCH(const QString, panel);
-    addTools(tools);
-    Answers answers;
-    preview(answers, [&](frmPrint *form) {
-        auto *toolbar = form->findChild<Toolbar *>(u"toolbar"_qs);
-        const QMap<QChar, QString> keys {
-            {u'F', u"First"_qs}, {u'P', u"Previous"_qs}, {u'N', u"Next"_qs}, {u'L', u"Last"_qs}};
-        for (const QChar click : clicks)
-            toolbar->button(keys[click])->trigger();
-        QString found;
-        for (const QChar key : u"FPNL"_qs) {
-            if (toolbar->button(keys[key])->isEnabled())
-                found += key;
-        }
-        QCOMPARE(found, enabled);
-        QCOMPARE(form->windowTitle(), u"Tool Set Report"_qs);
-        QVERIFY(toolbar->button(u"Print"_qs)->isEnabled());
-        QCOMPARE(form->findChild<StatusBar *>(u"status"_qs)->panelText(1), panel);
-        auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);
-        QCOMPARE(pages->PreviewPage(), panel.section(u' ', 1, 1).toInt());
-        QCOMPARE(pages->accessibleName(), panel);
-    });
-}
-
-void frmPrint_test::keysAndWheel()
-{
-    addTools(20);
-    Answers answers;
-    preview(answers, [&](frmPrint *form) {
-        auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);
-        form->resize(600, 400);
-        QTest::keyClick(pages, Qt::Key_End);
-        QCOMPARE(pages->PreviewPage(), 3);
-        QTest::keyClick(pages, Qt::Key_Home);
-        QCOMPARE(pages->PreviewPage(), 1);
-        // Page Down reads on: to the page's end, then to the next page's top; and back.
-        int presses = 0;
-        for (; pages->PreviewPage() == 1; ++presses)
-            QTest::keyClick(pages, Qt::Key_PageDown);
-        QVERIFY(presses > 2);
-        QCOMPARE(pages->verticalScrollBar()->value(), 0);
-        QTest::keyClick(pages, Qt::Key_PageUp);
-        QCOMPARE(pages->PreviewPage(), 1);
-        QCOMPARE(pages->verticalScrollBar()->value(), pages->verticalScrollBar()->maximum());
-        auto *zoom = form->findChild<QComboBox *>(u"cboZoom"_qs);
-        const auto turn = [&](int notches, Qt::KeyboardModifiers modifiers) {
-            const QPointF at(50, 50);
-            QWheelEvent event(at, pages->viewport()->mapToGlobal(at), QPoint(),
-                QPoint(0, 120 * notches), Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(pages->viewport(), &event);
-        };
-        turn(1, Qt::ControlModifier);
-        QCOMPARE(zoom->currentText(), u"150"_qs);
-        turn(1, Qt::ControlModifier);
-        turn(1, Qt::ControlModifier); // there is no larger one
-        QCOMPARE(pages->Zoom(), 200);
-        turn(-1, Qt::ControlModifier);
-        QCOMPARE(pages->Zoom(), 150);
-        pages->verticalScrollBar()->setValue(pages->verticalScrollBar()->maximum());
-        turn(-1, Qt::NoModifier);
-        QCOMPARE(pages->PreviewPage(), 2);
-    });
-}
-
-void frmPrint_test::zoom()
-{
-    addTools(1);
-    Answers answers;
-    preview(answers, [&](frmPrint *form) {
-        auto *zoom = form->findChild<QComboBox *>(u"cboZoom"_qs);
-        auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);
-        QCOMPARE(zoom->currentText(), u"100"_qs);
-        QCOMPARE(pages->sheetSize(), QSize(794, 1123)); // A4 at 96 dots an inch
-        zoom->setFocus();
-        QTest::keyClick(zoom, Qt::Key_Down);
-        QTest::keyClick(zoom, Qt::Key_Down);
-        QCOMPARE(pages->sheetSize(), QSize(1587, 2245));
-        QCOMPARE(form->focusWidget(), pages);
-        pages->setZoom(0); // refused
-        QCOMPARE(pages->Zoom(), 200);
-    });
-}
-
-void frmPrint_test::placeIsKept()
-{
-    QRect place;
-    Answers answers;
-    preview(answers, [&](frmPrint *form) {
-        form->setGeometry(60, 75, 600, 450);
-        place = form->geometry();
-    });
-    preview(answers, [&](frmPrint *form) {
-        QCOMPARE(form->geometry(), place);
-        form->setGeometry(90, 90, 630, 480);
-    });
-    // Printing shows no window and leaves the place alone.
-    answers.file(u"Print to PDF File"_qs, path("out.pdf"));
-    commands->print(*set, QString());
-    preview(answers, [&](frmPrint *form) { QCOMPARE(form->size(), QSize(630, 480)); });
-}
-
-void frmPrint_test::printsAll()
-{
-    addTools(20);
-    Answers answers;
-    answers.dialog(u"frmPrint"_qs, [&](QDialog *dialog) {
-        auto *toolbar = dialog->findChild<Toolbar *>(u"toolbar"_qs);
-        toolbar->button(u"Next"_qs)->trigger();
-        toolbar->button(u"Print"_qs)->trigger();
-        auto *pages = dialog->findChild<PagePreview *>(u"prtStatus"_qs);
-        QCOMPARE(pages->PreviewPage(), 2);
-        QCOMPARE(dialog->focusWidget(), pages);
-        dialog->close();
-    });
-    answers.file(u"Print to PDF File"_qs, path("out.pdf"));
-    commands->preview(*set, path("set.bmt"));
-    const QStringList pages = pagesOfPdf(path("out.pdf"));
-    QCOMPARE(pages.size(), 3);
-    QVERIFY(pages[0].contains(u"Tool 1.\n"_qs) && pages[2].contains(u"Tool 20.\n"_qs));
-    for (int i = 0; i < 3; ++i)
-        QVERIFY(pages[i].contains(u"Page %1"_qs.arg(i + 1)));
-}
-
-void frmPrint_test::printsWithoutAWindow()
-{
-    addTools(1);
-    Answers answers; // fails on any dialog that is not told
-    answers.file(u"Print to PDF File"_qs, QString());
-    commands->print(*set, path("set.bmt")); // cancelled
-    answers.file(u"Print to PDF File"_qs, path("out"));
-    commands->print(*set, path("set.bmt"));
-    QCOMPARE(pagesOfPdf(path("out.pdf")).size(), 1);
-}
-
-void frmPrint_test::noPrinter()
-{
-    installed.clear();
-    Answers answers;
-    for (int i = 0; i < 2; ++i) {
-        answers.message(u"No printers are installed.  Set up a printer and rerun this function."_qs,
-            QMessageBox::Ok);
-    }
-    commands->print(*set, QString());
-    commands->preview(*set, QString());
-}
-
-void frmPrint_test::printerVanishes()
-{
-    installed << u"queue"_qs;
-    printers.choose(u"gone"_qs, QPageSize(QPageSize::A4), QPageLayout::Portrait);
-    Answers answers;
-    const QString text = u"VB Quillon cannot access the printer or cannot start the print job.  "
-                         "A printer may not be available or installed."_qs;
-    answers.message(text, QMessageBox::Ok);
-    commands->print(*set, QString());
-    // The preview stays empty, and nothing in it can be pressed.
-    answers.message(text, QMessageBox::Ok);
-    preview(answers, [&](frmPrint *form) {
-        QCOMPARE(form->findChild<PagePreview *>()->PageCount(), 0);
-        const auto buttons = form->findChild<Toolbar *>(u"toolbar"_qs)->buttons();
-        for (const QAction *button : buttons)
-            QVERIFY(!button->isEnabled());
-        form->grab();
-    });
-}
-
-void frmPrint_test::cannotWrite()
-{
-    const QString unwritable = u"/proc/out.pdf"_qs; // for root too
-    Answers answers;
-    answers.file(u"Print to PDF File"_qs, unwritable);
-    answers.message(u"\""_qs + unwritable + u"\" cannot be written.*"_qs, QMessageBox::Ok);
-    commands->print(*set, QString());
-    // A job that is given up leaves the file that was there.
-    QVERIFY(Files::put(path("old.pdf"), "old"));
+    void init()
     {
-        PrintJob job(printers, u"title"_qs);
-        job.setFileName(path("old.pdf"));
-        QVERIFY(job.start());
-        job.newPage();
+        folder = std::make_unique<QTemporaryDir>();
+        storage = std::make_unique<ToolSetStorage>(1252, path("scratch"), path("data"));
+        set = std::make_unique<CVBATools>(*storage);
+        store = std::make_unique<SettingsStore>(path("settings"));
+        installed = QStringList {Printers::pdfFile()};
+        printers.choose(Printers::pdfFile(), QPageSize(QPageSize::A4), QPageLayout::Portrait);
+        commands = std::make_unique<ReportCommands>(&owner, *store, printers);
     }
-    QCOMPARE(Files::contentOf(path("old.pdf")), QByteArray("old"));
-}
 
-void frmPrint_test::setUp()
-{
-    Answers answers;
-    answers.dialog(u"PrintSetupDialog"_qs, [](QDialog *dialog) {
-        auto *paper = dialog->findChild<QComboBox *>(u"cboPaper"_qs);
-        QCOMPARE(paper->currentText(), u"A4"_qs);
-        paper->setCurrentIndex(paper->findText(u"A5"_qs));
-        dialog->findChild<QRadioButton *>(u"optLandscape"_qs)->click();
-        dialog->reject();
-    });
-    commands->setUp();
-    QCOMPARE(printers.orientation(), QPageLayout::Portrait);
-    answers.dialog(u"PrintSetupDialog"_qs, [](QDialog *dialog) {
-        auto *paper = dialog->findChild<QComboBox *>(u"cboPaper"_qs);
-        paper->setCurrentIndex(paper->findText(u"A5"_qs));
-        dialog->findChild<QRadioButton *>(u"optLandscape"_qs)->click();
-        dialog->accept();
-    });
-    commands->setUp();
-    QCOMPARE(printers.paper()->size, QSize(11906, 8391));
-    preview(answers, [](frmPrint *form) {
-        QCOMPARE(form->findChild<PagePreview *>()->document().PageWidth(), 11906);
-    });
-}
+    void clicks()
+    {
+        // tools; clicks on First, Previous, Next, Last; what is enabled then, and told
+        const std::tuple<int, QString, QString> rows[] = {
+            {0, u""_qs, u" Page 1 of 1"_qs},
+            {3, u""_qs, u" Page 1 of 1"_qs},
+            {10, u"NP"_qs, u"NL Page 1 of 2"_qs},
+            {20, u""_qs, u"NL Page 1 of 3"_qs},
+            {20, u"N"_qs, u"FPNL Page 2 of 3"_qs},
+            {20, u"NN"_qs, u"FP Page 3 of 3"_qs},
+            {20, u"NNP"_qs, u"FPNL Page 2 of 3"_qs},
+            {20, u"NNPP"_qs, u"NL Page 1 of 3"_qs},
+            {20, u"L"_qs, u"FP Page 3 of 3"_qs},
+            {20, u"LF"_qs, u"NL Page 1 of 3"_qs},
+        };
+        for (const auto &each : rows) {
+            addTools(std::get<0>(each));
+            Answers answers;
+            preview(answers, [&](frmPrint *form) {
+                const auto *toolbar = child<Toolbar>(form, "toolbar");
+                const QMap<QChar, QString> keys {{u'F', u"First"_qs}, {u'P', u"Previous"_qs},
+                    {u'N', u"Next"_qs}, {u'L', u"Last"_qs}};
+                for (const QChar click : std::get<1>(each))
+                    toolbar->button(keys[click])->trigger();
+                QString found;
+                for (const QChar key : u"FPNL"_qs) {
+                    if (toolbar->button(keys[key])->isEnabled())
+                        found += key;
+                }
+                const QString panel = child<StatusBar>(form, "status")->panelText(1);
+                QCOMPARE(found + u' ' + panel, std::get<2>(each));
+                QCOMPARE(form->windowTitle(), u"Tool Set Report"_qs);
+                QVERIFY(toolbar->button(u"Print"_qs)->isEnabled());
+                const auto *pages = child<PagePreview>(form, "prtStatus");
+                QCOMPARE(pages->PreviewPage(), panel.section(u' ', 1, 1).toInt());
+                QCOMPARE(pages->accessibleName(), panel);
+            });
+        }
+    }
+
+    void keysAndWheel()
+    {
+        addTools(20);
+        Answers answers;
+        preview(answers, [&](frmPrint *form) {
+            auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);
+            form->resize(600, 400);
+            QTest::keyClick(pages, Qt::Key_End);
+            QCOMPARE(pages->PreviewPage(), 3);
+            QTest::keyClick(pages, Qt::Key_Home);
+            QCOMPARE(pages->PreviewPage(), 1);
+            // Page Down reads on: to the page's end, then to the next page's top; and back.
+            int presses = 0;
+            for (; pages->PreviewPage() == 1; ++presses)
+                QTest::keyClick(pages, Qt::Key_PageDown);
+            QVERIFY(presses > 2);
+            QCOMPARE(pages->verticalScrollBar()->value(), 0);
+            QTest::keyClick(pages, Qt::Key_PageUp);
+            QCOMPARE(pages->PreviewPage(), 1);
+            QCOMPARE(pages->verticalScrollBar()->value(), pages->verticalScrollBar()->maximum());
+            auto *zoom = form->findChild<QComboBox *>(u"cboZoom"_qs);
+            const auto turn = [&](int notches, Qt::KeyboardModifiers modifiers) {
+                const QPointF at(50, 50);
+                QWheelEvent event(at, pages->viewport()->mapToGlobal(at), QPoint(),
+                    QPoint(0, 120 * notches), Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+                QCoreApplication::sendEvent(pages->viewport(), &event);
+            };
+            turn(1, Qt::ControlModifier);
+            QCOMPARE(zoom->currentText(), u"150"_qs);
+            turn(1, Qt::ControlModifier);
+            turn(1, Qt::ControlModifier); // there is no larger one
+            QCOMPARE(pages->Zoom(), 200);
+            turn(-1, Qt::ControlModifier);
+            QCOMPARE(pages->Zoom(), 150);
+            pages->verticalScrollBar()->setValue(pages->verticalScrollBar()->maximum());
+            turn(-1, Qt::NoModifier);
+            QCOMPARE(pages->PreviewPage(), 2);
+        });
+    }
+
+    void zoom()
+    {
+        addTools(1);
+        Answers answers;
+        preview(answers, [&](frmPrint *form) {
+            auto *zoom = form->findChild<QComboBox *>(u"cboZoom"_qs);
+            auto *pages = form->findChild<PagePreview *>(u"prtStatus"_qs);
+            QCOMPARE(zoom->currentText(), u"100"_qs);
+            QCOMPARE(pages->sheetSize(), QSize(794, 1123)); // A4 at 96 dots an inch
+            zoom->setFocus();
+            QTest::keyClick(zoom, Qt::Key_Down);
+            QTest::keyClick(zoom, Qt::Key_Down);
+            QCOMPARE(pages->sheetSize(), QSize(1587, 2245));
+            QCOMPARE(form->focusWidget(), pages);
+            pages->setZoom(0); // refused
+            QCOMPARE(pages->Zoom(), 200);
+        });
+    }
+
+    void placeIsKept()
+    {
+        QRect place;
+        Answers answers;
+        preview(answers, [&](frmPrint *form) {
+            form->setGeometry(60, 75, 600, 450);
+            place = form->geometry();
+        });
+        preview(answers, [&](frmPrint *form) {
+            QCOMPARE(form->geometry(), place);
+            form->setGeometry(90, 90, 630, 480);
+        });
+        // Printing shows no window and leaves the place alone.
+        answers.file(u"Print to PDF File"_qs, path("out.pdf"));
+        commands->print(*set, QString());
+        preview(answers, [&](frmPrint *form) { QCOMPARE(form->size(), QSize(630, 480)); });
+    }
+
+    void printsAll()
+    {
+        addTools(20);
+        Answers answers;
+        answers.dialog(u"frmPrint"_qs, [&](QDialog *dialog) {
+            auto *toolbar = dialog->findChild<Toolbar *>(u"toolbar"_qs);
+            toolbar->button(u"Next"_qs)->trigger();
+            toolbar->button(u"Print"_qs)->trigger();
+            auto *pages = dialog->findChild<PagePreview *>(u"prtStatus"_qs);
+            QCOMPARE(pages->PreviewPage(), 2);
+            QCOMPARE(dialog->focusWidget(), pages);
+            dialog->close();
+        });
+        answers.file(u"Print to PDF File"_qs, path("out.pdf"));
+        commands->preview(*set, path("set.bmt"));
+        const QStringList pages = pagesOfPdf(path("out.pdf"));
+        QCOMPARE(pages.size(), 3);
+        QVERIFY(pages[0].contains(u"Tool 1.\n"_qs) && pages[2].contains(u"Tool 20.\n"_qs));
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(pages[i].contains(u"Page %1"_qs.arg(i + 1)));
+    }
+
+    void printsWithoutAWindow()
+    {
+        addTools(1);
+        Answers answers; // fails on any dialog that is not told
+        answers.file(u"Print to PDF File"_qs, QString());
+        commands->print(*set, path("set.bmt")); // cancelled
+        answers.file(u"Print to PDF File"_qs, path("out"));
+        commands->print(*set, path("set.bmt"));
+        QCOMPARE(pagesOfPdf(path("out.pdf")).size(), 1);
+    }
+
+    void noPrinter()
+    {
+        installed.clear();
+        Answers answers;
+        for (int i = 0; i < 2; ++i) {
+            answers.message(
+                u"No printers are installed.  Set up a printer and rerun this function."_qs,
+                QMessageBox::Ok);
+        }
+        commands->print(*set, QString());
+        commands->preview(*set, QString());
+    }
+
+    void printerVanishes()
+    {
+        installed << u"queue"_qs;
+        printers.choose(u"gone"_qs, QPageSize(QPageSize::A4), QPageLayout::Portrait);
+        Answers answers;
+        const QString text =
+            u"VB Quillon cannot access the printer or cannot start the print job.  "
+            "A printer may not be available or installed."_qs;
+        answers.message(text, QMessageBox::Ok);
+        commands->print(*set, QString());
+        // The preview stays empty, and nothing in it can be pressed.
+        answers.message(text, QMessageBox::Ok);
+        preview(answers, [&](frmPrint *form) {
+            QCOMPARE(form->findChild<PagePreview *>()->PageCount(), 0);
+            const auto buttons = form->findChild<Toolbar *>(u"toolbar"_qs)->buttons();
+            for (const QAction *button : buttons)
+                QVERIFY(!button->isEnabled());
+            form->grab();
+        });
+    }
+
+    void cannotWrite()
+    {
+        const QString unwritable = u"/proc/out.pdf"_qs; // for root too
+        Answers answers;
+        answers.file(u"Print to PDF File"_qs, unwritable);
+        answers.message(u"\""_qs + unwritable + u"\" cannot be written.*"_qs, QMessageBox::Ok);
+        commands->print(*set, QString());
+        // A job that is given up leaves the file that was there.
+        QVERIFY(Files::put(path("old.pdf"), "old"));
+        {
+            PrintJob job(printers, u"title"_qs);
+            job.setFileName(path("old.pdf"));
+            QVERIFY(job.start());
+            job.newPage();
+        }
+        QCOMPARE(Files::contentOf(path("old.pdf")), QByteArray("old"));
+    }
+
+    void setUp()
+    {
+        for (const bool accepted : {false, true}) {
+            Answers answers;
+            answers.dialog(u"PrintSetupDialog"_qs, [&](QDialog *dialog) {
+                auto *paper = child<QComboBox>(dialog, "cboPaper");
+                QCOMPARE(paper->currentText(), u"A4"_qs);
+                paper->setCurrentIndex(paper->findText(u"A5"_qs));
+                child<QRadioButton>(dialog, "optLandscape")->click();
+                accepted ? dialog->accept() : dialog->reject();
+            });
+            commands->setUp();
+            QCOMPARE(printers.paper()->size, accepted ? QSize(11906, 8391) : QSize(11906, 16838));
+        }
+        Answers answers;
+        preview(answers, [](frmPrint *form) {
+            QCOMPARE(form->findChild<PagePreview *>()->document().PageWidth(), 11906);
+        });
+    }
+};
 
 TSM_TEST(frmPrint_test);
 #include "tst_frmPrint.moc"

@@ -1,5 +1,6 @@
 #include "platform/desktop/Toolbar.h"
 #include "richtext/RTFEditor.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QAction>
@@ -47,286 +48,265 @@ class RTFEditor_test : public QObject
     }
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        editor = std::make_unique<RTFEditor>();
+        box = editor->findChild<RichTextBox *>(u"rtControl"_qs);
+        editor->resize(500, 300);
+        editor->show();
+        QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
+    }
+
     void cleanup() { editor.reset(); }
 
-    void burstOfTyping();
-    void hostRaisesNoChange();
-    void rightMargin();
-    void properties_data();
-    void properties();
-    void toolbarFollows_data();
-    void toolbarFollows();
-    void mixedButton();
-    void boxesFollow();
-    void boxesWrite();
-    void colour();
-    void printCancelled();
-    void tabAndEnterInADialog();
-    void layout();
-    void designMode();
-};
+    void burstOfTyping()
+    {
+        QSignalSpy changes(editor.get(), &RTFEditor::Change);
+        QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
+        QTest::keyClicks(box, u"several words"_qs);
+        QCOMPARE(selections.size(), 13);
+        QCOMPARE(changes.size(), 0); // not at once
+        QVERIFY(changes.wait());
+        QTest::keyClick(box, Qt::Key_Left);
+        QVERIFY(!changes.wait(250)); // and not twice, wherever the caret goes
+        QCOMPARE(changes.size(), 1);
+    }
 
-void RTFEditor_test::init()
-{
-    editor = std::make_unique<RTFEditor>();
-    box = editor->findChild<RichTextBox *>(u"rtControl"_qs);
-    editor->resize(500, 300);
-    editor->show();
-    QVERIFY(QTest::qWaitForWindowExposed(editor.get()));
-}
+    void hostRaisesNoChange()
+    {
+        QSignalSpy changes(editor.get(), &RTFEditor::Change);
+        QTest::keyClicks(box, u"x"_qs);
+        editor->setTextRTF(rtf("text"));
+        QVERIFY(!changes.wait(250));
+        QCOMPARE(editor->TextRTF(), rtf("text"));
+    }
 
-void RTFEditor_test::burstOfTyping()
-{
-    QSignalSpy changes(editor.get(), &RTFEditor::Change);
-    QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
-    QTest::keyClicks(box, u"several words"_qs);
-    QCOMPARE(selections.size(), 13);
-    QCOMPARE(changes.size(), 0); // not at once
-    QVERIFY(changes.wait());
-    QTest::keyClick(box, Qt::Key_Left);
-    QVERIFY(!changes.wait(250)); // and not twice, wherever the caret goes
-    QCOMPARE(changes.size(), 1);
-}
+    void rightMargin()
+    {
+        editor->setRightMargin(0);
+        QCOMPARE(editor->RightMargin(), box->widthInTwips() - 60);
+        QCOMPARE(editor->UserControl_WriteProperties().value(u"RightMargin"_qs), QVariant(0));
+        editor->setRightMargin(3000);
+        QCOMPARE(editor->RightMargin(), 0);
+        QCOMPARE(box->RightMargin(), 3000);
+        const QVariant stored = editor->UserControl_WriteProperties().value(u"RightMargin"_qs);
+        QCOMPARE(stored.metaType(), QMetaType::fromType<float>());
+        QCOMPARE(stored.toFloat(), 3000.f);
+    }
 
-void RTFEditor_test::hostRaisesNoChange()
-{
-    QSignalSpy changes(editor.get(), &RTFEditor::Change);
-    QTest::keyClicks(box, u"x"_qs);
-    editor->setTextRTF(rtf("text"));
-    QVERIFY(!changes.wait(250));
-    QCOMPARE(editor->TextRTF(), rtf("text"));
-}
-
-void RTFEditor_test::rightMargin()
-{
-    editor->setRightMargin(0);
-    QCOMPARE(editor->RightMargin(), box->widthInTwips() - 60);
-    QCOMPARE(editor->UserControl_WriteProperties().value(u"RightMargin"_qs), QVariant(0));
-    editor->setRightMargin(3000);
-    QCOMPARE(editor->RightMargin(), 0);
-    QCOMPARE(box->RightMargin(), 3000);
-    const QVariant stored = editor->UserControl_WriteProperties().value(u"RightMargin"_qs);
-    QCOMPARE(stored.metaType(), QMetaType::fromType<float>());
-    QCOMPARE(stored.toFloat(), 3000.f);
-}
-
-void RTFEditor_test::properties_data()
-{
-    QTest::addColumn<QVariantMap>("bag");
-    QTest::addColumn<int>("border");
-    QTest::addColumn<int>("boxMargin");
-    QTest::addColumn<bool>("automatic");
-    QTest::newRow("nothing stored") << QVariantMap() << 1 << -1 << true;
-    QTest::newRow("stored") << QVariantMap {{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}}
-                            << 0 << 2500 << false;
-    QTest::newRow("automatic") << QVariantMap {{u"RightMargin"_qs, 0}} << 1 << -1 << true;
-}
-
-void RTFEditor_test::properties()
-{
-    QFETCH(const QVariantMap, bag);
-    QFETCH(const int, boxMargin);
-    QFETCH(const bool, automatic);
-    editor->setRightMargin(0);
-    editor->UserControl_ReadProperties(bag);
-    QTEST(editor->BorderStyle(), "border");
-    QCOMPARE(box->RightMargin(), automatic ? box->widthInTwips() - 60 : boxMargin);
-    QCOMPARE(editor->RightMargin() != 0, automatic);
-}
-
-void RTFEditor_test::toolbarFollows_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("state");
-    QTest::newRow("plain") << rtf("abcd") << u""_qs;
-    QTest::newRow("all") << rtf("\\b\\i\\ul abcd") << u"+bold +italic +underline "_qs;
-    QTest::newRow("mixed") << rtf("\\i a\\b b\\ul cd") << u"?bold +italic ?underline "_qs;
-}
-
-void RTFEditor_test::toolbarFollows()
-{
-    QFETCH(const QString, text);
-    QFETCH(const QString, state);
-    editor->setTextRTF(rtf("\\b\\i x\\b0\\i0 y"));
-    select(0, 2);
-    QTRY_VERIFY(editor->isMixed(u"bold"_qs));
-    editor->setTextRTF(text);
-    select(0, 4);
-    const auto shown = [this] {
-        QString words;
-        for (const char *key : {"bold", "italic", "underline"}) {
-            if (editor->isMixed(QString::fromLatin1(key)))
-                words += u'?' + QLatin1StringView(key) + u' ';
-            else if (button(key)->isChecked())
-                words += u'+' + QLatin1StringView(key) + u' ';
-        }
-        return words;
-    };
-    QTRY_COMPARE(shown(), state);
-    QCOMPARE(editor->TextRTF(), text); // following writes nothing
-}
-
-void RTFEditor_test::mixedButton()
-{
-    editor->setTextRTF(rtf("a\\b b"));
-    select(0, 2);
-    button("bold")->trigger();
-    QCOMPARE(editor->SelBold(), false); // mixed: all off first
-    QVERIFY(!button("bold")->isChecked());
-    button("bold")->trigger();
-    QCOMPARE(editor->SelBold(), true);
-    QVERIFY(button("bold")->isChecked());
-    QTest::keyClick(box, Qt::Key_B, Qt::ControlModifier);
-    QCOMPARE(editor->SelBold(), false);
-}
-
-void RTFEditor_test::boxesFollow()
-{
-    editor->setTextRTF(rtf("a\\f1\\fs48 b\\fs22 c\\fs28 d"));
-    select(1, 1);
-    QTRY_COMPARE(combo("cboFonts")->currentText(), u"Courier New"_qs);
-    QCOMPARE(combo("cboFontSize")->currentText(), u"24"_qs);
-    select(2, 1); // 11 points: not in the box
-    QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
-    select(3, 1);
-    QTRY_COMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
-    select(2, 1);
-    button("bold")->trigger(); // brings the boxes in step at once
-    QCOMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
-    select(0, 3);
-    button("bold")->trigger();
-    QCOMPARE(editor->SelFontSize(), std::nullopt);
-    QCOMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
-}
-
-void RTFEditor_test::boxesWrite()
-{
-    editor->setTextRTF(rtf("abc"));
-    select(0, 2);
-    QComboBox *sizes = combo("cboFontSize");
-    QStringList items;
-    for (int i = 0; i < sizes->count(); ++i)
-        items.append(sizes->itemText(i));
-    QCOMPARE(items, QStringList({u"8"_qs, u"10"_qs, u"12"_qs, u"14"_qs, u"18"_qs, u"24"_qs}));
-    sizes->setFocus();
-    QTest::keyClick(sizes, Qt::Key_End);
-    QCOMPARE(editor->SelFontSize(), 24.0);
-    QTRY_VERIFY(box->hasFocus());
-    QComboBox *fonts = combo("cboFonts");
-    fonts->setFocus();
-    QTest::keyClicks(fonts, u"Courier N"_qs);
-    QCOMPARE(editor->SelFontName(), u"Courier New"_qs);
-    select(2, 1);
-    QCOMPARE(editor->SelFontSize(), 10.0);
-}
-
-void RTFEditor_test::colour()
-{
-    editor->setTextRTF(rtf("ab"));
-    select(0, 1);
-    QColor preset;
-    const auto answer = [&](const QColor &chosen) {
-        QTimer::singleShot(0, this, [&preset, chosen] {
-            auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            preset = dialog->currentColor();
-            if (chosen.isValid()) {
-                dialog->setCurrentColor(chosen);
-                dialog->accept();
-            } else {
-                dialog->reject();
-            }
+    void properties_data()
+    {
+        rows<QVariantMap, int, int, bool>({
+            {"nothing stored", QVariantMap(), 1, -1, true},
+            {"stored", QVariantMap {{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}}, 0, 2500,
+                false},
+            {"automatic", QVariantMap {{u"RightMargin"_qs, 0}}, 1, -1, true},
         });
-        button("color")->trigger();
-    };
-    answer({});
-    QCOMPARE(editor->TextRTF(), rtf("ab"));
-    answer(Qt::red);
-    QCOMPARE(editor->SelColor(), QColor(Qt::red));
-    answer({});
-    QCOMPARE(preset, QColor(Qt::red));
-}
+    }
 
-void RTFEditor_test::printCancelled()
-{
-    editor->setTextRTF(rtf("ab"));
-    select(0, 1);
-    bool selectionChosen = false;
-    QTimer::singleShot(0, this, [&] {
-        auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        selectionChosen = dialog->printRange() == QAbstractPrintDialog::Selection;
-        dialog->reject();
-    });
-    button("print")->trigger();
-    QVERIFY(selectionChosen);
-}
+    void properties()
+    {
+        const auto [bag, expectedBorder, boxMargin, automatic] = row<QVariantMap, int, int, bool>();
+        editor->setRightMargin(0);
+        editor->UserControl_ReadProperties(bag);
+        QCOMPARE(editor->BorderStyle(), expectedBorder);
+        QCOMPARE(box->RightMargin(), automatic ? box->widthInTwips() - 60 : boxMargin);
+        QCOMPARE(editor->RightMargin() != 0, automatic);
+    }
 
-void RTFEditor_test::tabAndEnterInADialog()
-{
-    QDialog dialog;
-    auto *inDialog = new RTFEditor(&dialog);
-    auto *layout = new QVBoxLayout(&dialog);
-    layout->addWidget(inDialog);
-    auto *ok = new QPushButton(u"OK"_qs, &dialog);
-    ok->setDefault(true);
-    layout->addWidget(ok);
-    QSignalSpy pressed(ok, &QPushButton::clicked);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    inDialog->setFocus();
-    auto *text = inDialog->findChild<RichTextBox *>();
-    QVERIFY(text->hasFocus());
-    QTest::keyClicks(text, u"a"_qs);
-    QTest::keyClick(text, Qt::Key_Tab);
-    QTest::keyClick(text, Qt::Key_Return);
-    QTest::keyClick(text, Qt::Key_Enter);
-    QTest::keyClicks(text, u"b"_qs);
-    QCOMPARE(text->Text(), u"a\t\n\nb"_qs);
-    QVERIFY(text->hasFocus());
-    QCOMPARE(pressed.size(), 0);
-    QTest::keyClick(text, Qt::Key_Backtab, Qt::ShiftModifier);
-    QVERIFY(inDialog->findChild<QComboBox *>(u"cboFontSize"_qs)->hasFocus());
-    // All of the toolbar can be reached, and Tab from outside leads into the text.
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-    auto *toolbar = inDialog->findChild<Toolbar *>();
-    QCOMPARE(QApplication::focusWidget(), toolbar->widgetForAction(toolbar->button(u"color"_qs)));
-    ok->setFocus();
-    QTest::keyClick(ok, Qt::Key_Tab);
-    QVERIFY(text->hasFocus());
-}
+    void toolbarFollows_data()
+    {
+        rows<QString, QString>({
+            {"plain", rtf("abcd"), u""_qs},
+            {"all", rtf("\\b\\i\\ul abcd"), u"+bold +italic +underline "_qs},
+            {"mixed", rtf("\\i a\\b b\\ul cd"), u"?bold +italic ?underline "_qs},
+        });
+    }
 
-void RTFEditor_test::layout()
-{
-    editor->setRightMargin(0);
-    editor->resize(700, 200);
-    QTRY_COMPARE(box->geometry().right(), 699);
-    QCOMPARE(box->geometry().bottom(), 199);
-    QCOMPARE(box->geometry().left(), 0);
-    QCOMPARE(editor->RightMargin(), 700 * 15 - 60);
-    const QRect before = box->geometry();
-    QVERIFY(before.top() >= combo("cboFonts")->height());
-    editor->setMinimumSize(1, 1);
-    editor->resize(700, before.top() - 1);
-    QTest::qWait(150); // for a timer that must change nothing
-    QCOMPARE(box->geometry(), before);
-}
+    void toolbarFollows()
+    {
+        const auto [text, state] = row<QString, QString>();
+        editor->setTextRTF(rtf("\\b\\i x\\b0\\i0 y"));
+        select(0, 2);
+        QTRY_VERIFY(editor->isMixed(u"bold"_qs));
+        editor->setTextRTF(text);
+        select(0, 4);
+        const auto shown = [this] {
+            QString words;
+            for (const char *key : {"bold", "italic", "underline"}) {
+                if (editor->isMixed(QString::fromLatin1(key)))
+                    words += u'?' + QLatin1StringView(key) + u' ';
+                else if (button(key)->isChecked())
+                    words += u'+' + QLatin1StringView(key) + u' ';
+            }
+            return words;
+        };
+        QTRY_COMPARE(shown(), state);
+        QCOMPARE(editor->TextRTF(), text); // following writes nothing
+    }
 
-void RTFEditor_test::designMode()
-{
-    editor->setUserMode(false);
-    editor->setTextRTF(rtf("\\b a"));
-    QTRY_VERIFY(button("bold")->isChecked()); // a changed text is followed all the same
-    QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
-    button("bold")->setChecked(false);
-    select(0, 1);
-    QVERIFY(!selections.isEmpty());
-    QTest::qWait(150); // for a timer that must not run
-    QVERIFY(!button("bold")->isChecked());
-}
+    void mixedButton()
+    {
+        editor->setTextRTF(rtf("a\\b b"));
+        select(0, 2);
+        button("bold")->trigger();
+        QCOMPARE(editor->SelBold(), false); // mixed: all off first
+        QVERIFY(!button("bold")->isChecked());
+        button("bold")->trigger();
+        QCOMPARE(editor->SelBold(), true);
+        QVERIFY(button("bold")->isChecked());
+        QTest::keyClick(box, Qt::Key_B, Qt::ControlModifier);
+        QCOMPARE(editor->SelBold(), false);
+    }
+
+    void boxesFollow()
+    {
+        editor->setTextRTF(rtf("a\\f1\\fs48 b\\fs22 c\\fs28 d"));
+        select(1, 1);
+        QTRY_COMPARE(combo("cboFonts")->currentText(), u"Courier New"_qs);
+        QCOMPARE(combo("cboFontSize")->currentText(), u"24"_qs);
+        select(2, 1); // 11 points: not in the box
+        QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
+        select(3, 1);
+        QTRY_COMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
+        select(2, 1);
+        button("bold")->trigger(); // brings the boxes in step at once
+        QCOMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
+        select(0, 3);
+        button("bold")->trigger();
+        QCOMPARE(editor->SelFontSize(), std::nullopt);
+        QCOMPARE(combo("cboFontSize")->currentText(), u"14"_qs);
+    }
+
+    void boxesWrite()
+    {
+        editor->setTextRTF(rtf("abc"));
+        select(0, 2);
+        QComboBox *sizes = combo("cboFontSize");
+        QStringList items;
+        for (int i = 0; i < sizes->count(); ++i)
+            items.append(sizes->itemText(i));
+        QCOMPARE(items, QStringList({u"8"_qs, u"10"_qs, u"12"_qs, u"14"_qs, u"18"_qs, u"24"_qs}));
+        sizes->setFocus();
+        QTest::keyClick(sizes, Qt::Key_End);
+        QCOMPARE(editor->SelFontSize(), 24.0);
+        QTRY_VERIFY(box->hasFocus());
+        QComboBox *fonts = combo("cboFonts");
+        fonts->setFocus();
+        QTest::keyClicks(fonts, u"Courier N"_qs);
+        QCOMPARE(editor->SelFontName(), u"Courier New"_qs);
+        select(2, 1);
+        QCOMPARE(editor->SelFontSize(), 10.0);
+    }
+
+    void colour()
+    {
+        editor->setTextRTF(rtf("ab"));
+        select(0, 1);
+        QColor preset;
+        const auto answer = [&](const QColor &chosen) {
+            QTimer::singleShot(0, this, [&preset, chosen] {
+                auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+                QVERIFY(dialog);
+                preset = dialog->currentColor();
+                if (chosen.isValid()) {
+                    dialog->setCurrentColor(chosen);
+                    dialog->accept();
+                } else {
+                    dialog->reject();
+                }
+            });
+            button("color")->trigger();
+        };
+        answer({});
+        QCOMPARE(editor->TextRTF(), rtf("ab"));
+        answer(Qt::red);
+        QCOMPARE(editor->SelColor(), QColor(Qt::red));
+        answer({});
+        QCOMPARE(preset, QColor(Qt::red));
+    }
+
+    void printCancelled()
+    {
+        editor->setTextRTF(rtf("ab"));
+        select(0, 1);
+        bool selectionChosen = false;
+        QTimer::singleShot(0, this, [&] {
+            auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            selectionChosen = dialog->printRange() == QAbstractPrintDialog::Selection;
+            dialog->reject();
+        });
+        button("print")->trigger();
+        QVERIFY(selectionChosen);
+    }
+
+    void tabAndEnterInADialog()
+    {
+        QDialog dialog;
+        auto *inDialog = new RTFEditor(&dialog);
+        auto *layout = new QVBoxLayout(&dialog);
+        layout->addWidget(inDialog);
+        auto *ok = new QPushButton(u"OK"_qs, &dialog);
+        ok->setDefault(true);
+        layout->addWidget(ok);
+        QSignalSpy pressed(ok, &QPushButton::clicked);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        inDialog->setFocus();
+        auto *text = inDialog->findChild<RichTextBox *>();
+        QVERIFY(text->hasFocus());
+        QTest::keyClicks(text, u"a"_qs);
+        QTest::keyClick(text, Qt::Key_Tab);
+        QTest::keyClick(text, Qt::Key_Return);
+        QTest::keyClick(text, Qt::Key_Enter);
+        QTest::keyClicks(text, u"b"_qs);
+        QCOMPARE(text->Text(), u"a\t\n\nb"_qs);
+        QVERIFY(text->hasFocus());
+        QCOMPARE(pressed.size(), 0);
+        QTest::keyClick(text, Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(inDialog->findChild<QComboBox *>(u"cboFontSize"_qs)->hasFocus());
+        // All of the toolbar can be reached, and Tab from outside leads into the text.
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        auto *toolbar = inDialog->findChild<Toolbar *>();
+        QCOMPARE(
+            QApplication::focusWidget(), toolbar->widgetForAction(toolbar->button(u"color"_qs)));
+        ok->setFocus();
+        QTest::keyClick(ok, Qt::Key_Tab);
+        QVERIFY(text->hasFocus());
+    }
+
+    void layout()
+    {
+        editor->setRightMargin(0);
+        editor->resize(700, 200);
+        QTRY_COMPARE(box->geometry().right(), 699);
+        QCOMPARE(box->geometry().bottom(), 199);
+        QCOMPARE(box->geometry().left(), 0);
+        QCOMPARE(editor->RightMargin(), 700 * 15 - 60);
+        const QRect before = box->geometry();
+        QVERIFY(before.top() >= combo("cboFonts")->height());
+        editor->setMinimumSize(1, 1);
+        editor->resize(700, before.top() - 1);
+        QTest::qWait(150); // for a timer that must change nothing
+        QCOMPARE(box->geometry(), before);
+    }
+
+    void designMode()
+    {
+        editor->setUserMode(false);
+        editor->setTextRTF(rtf("\\b a"));
+        QTRY_VERIFY(button("bold")->isChecked()); // a changed text is followed all the same
+        QSignalSpy selections(editor.get(), &RTFEditor::SelChange);
+        button("bold")->setChecked(false);
+        select(0, 1);
+        QVERIFY(!selections.isEmpty());
+        QTest::qWait(150); // for a timer that must not run
+        QVERIFY(!button("bold")->isChecked());
+    }
+};
 
 TSM_TEST(RTFEditor_test);
 #include "tst_RTFEditor.moc"

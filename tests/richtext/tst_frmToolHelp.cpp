@@ -25,68 +25,61 @@ class frmToolHelp_test : public QObject
 private Q_SLOTS:
     void cleanup() { delete window; }
 
-    void empty();
-    void placeAndCaption();
-    void wrapsAtTheBox();
-    void tooSmall();
-    void showsAndKeeps();
-    void closes();
-};
-
-void frmToolHelp_test::empty()
-{
-    showHelp(QString(), u"A & [*] B"_qs);
-    QCOMPARE(rtf->Text(), QString());
-    QVERIFY(window->windowTitle().startsWith(u"Help For A & [*]"_qs));
-    QVERIFY(!window->isModal());
-}
-
-void frmToolHelp_test::placeAndCaption()
-{
-    showHelp(u"{\\rtf1 text}"_qs);
-    QCOMPARE(window->pos(), QPoint(100, 200));
-    QCOMPARE(window->windowTitle(), u"Help For Tool"_qs);
-    QCOMPARE(rtf->geometry(), window->rect().adjusted(8, 8, -8, -8));
-    QCOMPARE(rtf->RightMargin(), (window->width() - 16) * 15 - 60);
-    QCOMPARE(
-        rtf->palette().color(QPalette::Base), QToolTip::palette().color(QPalette::ToolTipBase));
-}
-
-void frmToolHelp_test::wrapsAtTheBox()
-{
-    showHelp(u"{\\rtf1 "_qs + u"word "_qs.repeated(1000) + u'}');
-    for (const int width : {300, 600}) {
-        window->resize(width, 200);
-        QTRY_COMPARE(rtf->RightMargin(), (width - 16) * 15 - 60);
-        QCoreApplication::processEvents();
-        QCOMPARE(rtf->horizontalScrollBar()->maximum(), 0);
-        QVERIFY(rtf->verticalScrollBar()->maximum() > 0);
+    void empty()
+    {
+        showHelp(QString(), u"A & [*] B"_qs);
+        QCOMPARE(rtf->Text(), QString());
+        QVERIFY(window->windowTitle().startsWith(u"Help For A & [*]"_qs));
+        QVERIFY(!window->isModal());
     }
-}
 
-void frmToolHelp_test::tooSmall()
-{
-    showHelp(u"{\\rtf1 text}"_qs);
-    const QRect before = rtf->geometry();
-    window->resize(10, 10);
-    QTRY_COMPARE(window->size(), QSize(10, 10));
-    QCOMPARE(rtf->geometry(), before);
-}
+    void placeAndCaption()
+    {
+        showHelp(u"{\\rtf1 text}"_qs);
+        QCOMPARE(window->pos(), QPoint(100, 200));
+        QCOMPARE(window->windowTitle(), u"Help For Tool"_qs);
+        QCOMPARE(rtf->geometry(), window->rect().adjusted(8, 8, -8, -8));
+        QCOMPARE(rtf->RightMargin(), (window->width() - 16) * 15 - 60);
+        QCOMPARE(
+            rtf->palette().color(QPalette::Base), QToolTip::palette().color(QPalette::ToolTipBase));
+    }
 
-void frmToolHelp_test::showsAndKeeps()
-{
-    showHelp(u"{\\rtf1 te\\b xt}"_qs);
-    QTest::keyClicks(rtf, u"typed"_qs);
-    QCOMPARE(rtf->Text(), u"text"_qs);
-    QCOMPARE(rtf->TextRTF(), u"{\\rtf1 te\\b xt}"_qs);
-}
+    void wrapsAtTheBox()
+    {
+        showHelp(u"{\\rtf1 "_qs + u"word "_qs.repeated(1000) + u'}');
+        for (const int width : {300, 600}) {
+            window->resize(width, 200);
+            QTRY_COMPARE(rtf->RightMargin(), (width - 16) * 15 - 60);
+            QCoreApplication::processEvents();
+            QCOMPARE(rtf->horizontalScrollBar()->maximum(), 0);
+            QVERIFY(rtf->verticalScrollBar()->maximum() > 0);
+        }
+    }
 
-void frmToolHelp_test::closes()
-{
-    showHelp(u"{\\rtf1 text}"_qs);
-    QTest::keyClick(rtf, Qt::Key_Escape);
-    QTRY_VERIFY(!window);
-}
+    void tooSmall()
+    {
+        showHelp(u"{\\rtf1 text}"_qs);
+        const QRect before = rtf->geometry();
+        window->resize(10, 10);
+        QTRY_COMPARE(window->size(), QSize(10, 10));
+        QCOMPARE(rtf->geometry(), before);
+    }
+
+    void showsAndKeeps()
+    {
+        showHelp(u"{\\rtf1 te\\b xt}"_qs);
+        QTest::keyClicks(rtf, u"typed"_qs);
+        QCOMPARE(rtf->Text(), u"text"_qs);
+        QCOMPARE(rtf->TextRTF(), u"{\\rtf1 te\\b xt}"_qs);
+    }
+
+    void closes()
+    {
+        showHelp(u"{\\rtf1 text}"_qs);
+        QTest::keyClick(rtf, Qt::Key_Escape);
+        QTRY_VERIFY(!window);
+    }
+};
 
 TSM_TEST(frmToolHelp_test);
 #include "tst_frmToolHelp.moc"

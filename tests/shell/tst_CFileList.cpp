@@ -1,21 +1,11 @@
 #include "platform/desktop/SettingsStore.h"
 #include "shell/CFileList.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-
-class CFileList_test : public QObject
-{
-    Q_OBJECT
-private Q_SLOTS:
-    void adding_data();
-    void adding();
-    void storing();
-    void oddStores_data();
-    void oddStores();
-};
 
 static const QString application = u"VB Quillon For VB5"_qs;
 static const QString section = u"FileList"_qs;
@@ -29,77 +19,80 @@ static QString text(const CFileList &files)
     return paths.join(u' ');
 }
 
-void CFileList_test::adding_data()
+class CFileList_test : public QObject
 {
-    QTest::addColumn<QString>("added");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("the last one comes first, in upper case") << u"/a /b"_qs << u"/B /A"_qs;
-    QTest::newRow("an old one moves to the front") << u"/a /b /a"_qs << u"/A /B"_qs;
-    QTest::newRow("letter case does not matter") << u"/a /b /A"_qs << u"/A /B"_qs;
-    QTest::newRow("the fifth drops the oldest") << u"/a /b /c /d /e"_qs << u"/E /D /C /B"_qs;
-    QTest::newRow("the only one, again") << u"/a /a"_qs << u"/A"_qs;
-}
+    Q_OBJECT
+private Q_SLOTS:
+    void adding_data()
+    {
+        rows<QString, QString>({
+            {"the last one comes first, in upper case", u"/a /b"_qs, u"/B /A"_qs},
+            {"an old one moves to the front", u"/a /b /a"_qs, u"/A /B"_qs},
+            {"letter case does not matter", u"/a /b /A"_qs, u"/A /B"_qs},
+            {"the fifth drops the oldest", u"/a /b /c /d /e"_qs, u"/E /D /C /B"_qs},
+            {"the only one, again", u"/a /a"_qs, u"/A"_qs},
+        });
+    }
 
-void CFileList_test::adding()
-{
-    QFETCH(QString, added);
-    CFileList files;
-    QSignalSpy raised(&files, &CFileList::FileAdded);
-    const QStringList paths = added.split(u' ');
-    for (const QString &path : paths)
-        files.Add(path);
-    QTEST(text(files), "expected");
-    QCOMPARE(raised.size(), paths.size());
-}
+    void adding()
+    {
+        const auto [added, expected] = row<QString, QString>();
+        CFileList files;
+        QSignalSpy raised(&files, &CFileList::FileAdded);
+        const QStringList paths = added.split(u' ');
+        for (const QString &path : paths)
+            files.Add(path);
+        QCOMPARE(text(files), expected);
+        QCOMPARE(raised.size(), paths.size());
+    }
 
-void CFileList_test::storing()
-{
-    const QTemporaryDir folder;
-    SettingsStore store(folder.path());
-    CFileList longer;
-    for (const QString &path : {u"/1"_qs, u"/2"_qs, u"/3"_qs})
-        longer.Add(path);
-    longer.Save(store, application, section, prefix);
-    CFileList shorter;
-    shorter.Add(u"/a, b.bmt"_qs);
-    shorter.Save(store, application, section, prefix);
-    QCOMPARE(store.GetSetting(application, section, u"Max Count"_qs), u"4"_qs);
-    QCOMPARE(store.GetSetting(application, section, u"Recent File 1"_qs), u"/A, B.BMT"_qs);
-    // What a longer list has left behind stays, and comes back.
-    CFileList loaded;
-    loaded.Load(store, application, section, prefix);
-    QCOMPARE(text(loaded), u"/A, B.BMT /2 /1"_qs);
-}
+    void storing()
+    {
+        const QTemporaryDir folder;
+        SettingsStore store(folder.path());
+        CFileList longer;
+        for (const QString &path : {u"/1"_qs, u"/2"_qs, u"/3"_qs})
+            longer.Add(path);
+        longer.Save(store, application, section, prefix);
+        CFileList shorter;
+        shorter.Add(u"/a, b.bmt"_qs);
+        shorter.Save(store, application, section, prefix);
+        QCOMPARE(store.GetSetting(application, section, u"Max Count"_qs), u"4"_qs);
+        QCOMPARE(store.GetSetting(application, section, u"Recent File 1"_qs), u"/A, B.BMT"_qs);
+        // What a longer list has left behind stays, and comes back.
+        CFileList loaded;
+        loaded.Load(store, application, section, prefix);
+        QCOMPARE(text(loaded), u"/A, B.BMT /2 /1"_qs);
+    }
 
-void CFileList_test::oddStores_data()
-{
-    QTest::addColumn<QString>("maxCount");
-    QTest::addColumn<int>("max");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("no count") << QString() << 4 << u"/X /Y"_qs;
-    QTest::newRow("no number") << u"many"_qs << 4 << u"/X /Y"_qs;
-    QTest::newRow("a negative number") << u"-1"_qs << 4 << u"/X /Y"_qs;
-    QTest::newRow("a number too large") << u"40000"_qs << 4 << u"/X /Y"_qs;
-    QTest::newRow("a small number") << u" &H1 "_qs << 1 << u"/X"_qs;
-}
+    void oddStores_data()
+    {
+        rows<QString, int, QString>({
+            {"no count", QString(), 4, u"/X /Y"_qs},
+            {"no number", u"many"_qs, 4, u"/X /Y"_qs},
+            {"a negative number", u"-1"_qs, 4, u"/X /Y"_qs},
+            {"a number too large", u"40000"_qs, 4, u"/X /Y"_qs},
+            {"a small number", u" &H1 "_qs, 1, u"/X"_qs},
+        });
+    }
 
-void CFileList_test::oddStores()
-{
-    QFETCH(QString, maxCount);
-    QFETCH(int, max);
-    const QTemporaryDir folder;
-    SettingsStore store(folder.path());
-    if (!maxCount.isNull())
-        store.SaveSetting(application, section, u"Max Count"_qs, maxCount);
-    store.SaveSetting(application, section, u"Recent File 1"_qs, u"/x"_qs);
-    store.SaveSetting(application, section, u"Recent File 2"_qs, QString());
-    store.SaveSetting(application, section, u"Recent File 3"_qs, u"/X"_qs);
-    store.SaveSetting(application, section, u"Recent File 4"_qs, u"/y"_qs);
-    CFileList files;
-    files.Load(store, application, section, prefix);
-    QCOMPARE(int(files.Max()), max);
-    QTEST(text(files), "expected");
-}
+    void oddStores()
+    {
+        const auto [maxCount, max, expected] = row<QString, int, QString>();
+        const QTemporaryDir folder;
+        SettingsStore store(folder.path());
+        if (!maxCount.isNull())
+            store.SaveSetting(application, section, u"Max Count"_qs, maxCount);
+        store.SaveSetting(application, section, u"Recent File 1"_qs, u"/x"_qs);
+        store.SaveSetting(application, section, u"Recent File 2"_qs, QString());
+        store.SaveSetting(application, section, u"Recent File 3"_qs, u"/X"_qs);
+        store.SaveSetting(application, section, u"Recent File 4"_qs, u"/y"_qs);
+        CFileList files;
+        files.Load(store, application, section, prefix);
+        QCOMPARE(int(files.Max()), max);
+        QCOMPARE(text(files), expected);
+    }
+};
 
 TSM_TEST(CFileList_test);
 #include "tst_CFileList.moc"

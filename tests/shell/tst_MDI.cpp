@@ -1,430 +1,325 @@
-#include "model/CVBATools.h"
-#include "model/ToolSetStorage.h"
 #include "platform/desktop/CommonDialog.h"
-#include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/Toolbar.h"
-#include "platform/picture/PictureBox.h"
-#include "platform/print/Printers.h"
 #include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
-#include "shell/MDI.h"
-#include "shell/Settings.h"
-#include "shell/mTSM.h"
 #include "support/Answers.h"
+#include "support/Program.h"
 #include "support/TestDrag.h"
 #include "support/TestRunner.h"
-#include "toolset/frmToolSet.h"
 
 #include <QAction>
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
 /// The real frame with real tool set windows in it.
 class MDI_test : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        m_home = std::make_unique<QTemporaryDir>();
+        start();
+    }
+    void cleanup() { m_program.reset(); }
 
-    void untitledWindowsCountOn();
-    void commandsRunInOrder();
-    void commandLine();
-    void openingTwice();
-    void recentFiles();
-    void recentEntryFindsItsFile();
-    void openDialog();
-    void filesFromTheDesktop();
-    void progressOfLongWork();
-    void dragGate();
-    void toolbarFollowsTheWindows();
-    void menusFollowTheWindows();
-    void closingInTwoStages();
-    void closingCancelled();
-    void captionOfAMaximisedChild();
-    void about();
-    void filterStrings();
+    void commandsRunInOrder()
+    {
+        for (const QString &word :
+            {u"newtoolset"_qs, u"list"_qs, u"no such word"_qs, u"newtoolset"_qs})
+            frame().setAction(word);
+        QCOMPARE(captions(), QString()); // nothing runs inside the caller
+        m_program->waitForQueue();
+        QCOMPARE(captions(), u"Untitled 1|Untitled 2"_qs);
+        QCOMPARE(frame().openDocuments().at(1)->View(), 2); // as the active window's
+        // Taken from the queue by hand, a word is not run.
+        frame().setAction(u"newtoolset"_qs);
+        QCOMPARE(frame().Action(), u"newtoolset"_qs);
+        QCOMPARE(frame().Action(), QString());
+        m_program->waitForQueue();
+        QCOMPARE(captions(), u"Untitled 1|Untitled 2"_qs);
+        subWindow(1)->close();
+        m_program->run(u"newtoolset"_qs);
+        QCOMPARE(captions(), u"Untitled 1|Untitled 3"_qs); // numbers are not used again
+    }
+
+    void commandLine()
+    {
+        start(u"   "_qs);
+        QCOMPARE(captions(), QString());
+        start(file("a.bmt"));
+        QCOMPARE(captions(), path("a.bmt"));
+    }
+
+    void openingTwice()
+    {
+        for (const char *name : {"a.bmt", "b.bmt"})
+            m_program->open(file(name));
+        subWindow(0)->showMinimized();
+        m_program->open(path("a.bmt"));
+        QCOMPARE(captions(), path("a.bmt") + u'|' + path("b.bmt"));
+        QCOMPARE(frame().activeDocument(), frame().openDocuments().at(0));
+        QVERIFY(!subWindow(0)->isMinimized());
+    }
+
+    void recentFiles()
+    {
+        m_program->open(file("a & b.bmt"));
+        m_program->open(file("c.bmt"));
+        // In the frame and in each window: a line that nobody sees, the paths, a separator.
+        const QStringList expected {u"-"_qs, path("c.bmt").toUpper(), path("a && b.bmt").toUpper()};
+        int found = 0;
+        for (const QMenu *menu : frame().findChildren<QMenu *>()) {
+            QStringList items;
+            for (int i = 0; i < 3; ++i) {
+                const auto *item = menu->findChild<QAction *>(u"mnuFileList(%1)"_qs.arg(i));
+                items.append(item && item->isVisible() ? item->text() : u"-"_qs);
+            }
+            if (!menu->findChild<QAction *>(u"mnuFileList(0)"_qs))
+                continue;
+            ++found;
+            QCOMPARE(items, expected);
+            QVERIFY(menu->findChild<QAction *>(u"mnuFileList(3)"_qs)->isSeparator());
+            QVERIFY(!menu->findChild<QAction *>(u"mnuFileList(4)"_qs));
+        }
+        QCOMPARE(found, 3);
+    }
+
+    void recentEntryFindsItsFile()
+    {
+        m_program->open(file("Mixed Case.bmt"));
+        subWindow(0)->close();
+        for (int time = 0; time < 2; ++time) {
+            frame().findChild<QAction *>(u"mnuFileList(1)"_qs)->trigger();
+            m_program->waitForQueue();
+            QCOMPARE(captions(), path("Mixed Case.bmt")); // its real spelling, and once
+        }
+    }
+
+    void openDialog()
+    {
+        Answers answers;
+        answers.file(u"Open Tool Set"_qs, QString());
+        m_program->run(u"open"_qs);
+        QCOMPARE(captions(), QString());
+        answers.file(u"Open Tool Set"_qs, file("a.bmt"));
+        m_program->run(u"open"_qs);
+        QCOMPARE(captions(), path("a.bmt"));
+    }
+
+    void filesFromTheDesktop()
+    {
+        auto *area = frame().findChild<QMdiArea *>()->viewport();
+        QCOMPARE(TestDrag::dropFiles(area, {file("a.bmt"), path("a.exe"), file("b.BMT")}),
+            Qt::CopyAction);
+        // Several at once; with a question open they wait, since it may be about the windows.
+        Answers answers;
+        answers.dialog(u"frmAbout"_qs, [this](QDialog *dialog) {
+            QTest::qWait(50);
+            QCOMPARE(captions(), QString());
+            dialog->accept();
+        });
+        frame().showAbout();
+        m_program->waitForQueue();
+        QCOMPARE(captions(), path("a.bmt") + u'|' + path("b.BMT"));
+        QCOMPARE(TestDrag::dropFiles(area, {path("a.exe"), path("none.bmt"), m_home->path()}),
+            Qt::IgnoreAction);
+        // On a window's label, too; and opened before: it comes to the front.
+        QCOMPARE(TestDrag::dropFiles(
+                     frame().openDocuments().at(1)->widget(), {path("a.bmt")}, Qt::LinkAction),
+            Qt::LinkAction);
+        m_program->waitForQueue();
+        QCOMPARE(frame().activeDocument()->Caption(), path("a.bmt"));
+    }
+
+    void progressOfLongWork()
+    {
+        m_program->run(u"newtoolset"_qs);
+        {
+            BusyProgress quick(frame(), u"Opening"_qs);
+            quick.show(1, 2);
+            QVERIFY(!frame().findChild<QProgressBar *>()); // for quick work there is none
+        }
+        {
+            BusyProgress progress(frame(), u"Saving"_qs, 0);
+            progress.show(0, 0); // nothing to tell
+            frame().setAction(u"newtoolset"_qs);
+            frame().findChild<QTimer *>(u"tmrAction"_qs)->setInterval(0); // due while it paints
+            progress.show(1, 4);
+            QCOMPARE(captions(), u"Untitled 1"_qs); // no command runs in the midst of other work
+            auto *bar = frame().findChild<QProgressBar *>();
+            QVERIFY(bar && bar->isVisible());
+            QCOMPARE(bar->value(), 25);
+            QCOMPARE(bar->accessibleName(), u"Saving"_qs);
+        }
+        QVERIFY(!frame().findChild<QProgressBar *>()->isVisible());
+        m_program->waitForQueue();
+        QCOMPARE(captions(), u"Untitled 1|Untitled 2"_qs); // asked for meanwhile, done afterwards
+    }
+
+    void dragGate()
+    {
+        mTSM &state = m_program->state;
+        QVERIFY(!state.DragGate());
+        m_program->open(file("a.bmt"));
+        QVERIFY(!state.DragGate()); // not yet
+        QTRY_VERIFY(state.DragGate());
+        m_program->open(path("a.bmt")); // already open: the gate stays closed
+        QVERIFY(!state.DragGate());
+        Answers answers;
+        answers.file(u"Open Tool Set"_qs, QString()); // given up: the windows go on as they were
+        m_program->run(u"open"_qs);
+        QTRY_VERIFY(state.DragGate());
+        for (const bool open : {false, true, false}) // closed before it has opened
+            state.setDragGate(open);
+        QVERIFY(!frame().findChild<QTimer *>(u"tmrDrag"_qs)->isActive());
+    }
+
+    void toolbarAndMenusFollowTheWindows()
+    {
+        QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
+        QCOMPARE(menuTexts(), u"&File &Help"_qs);
+        m_program->run(u"newtoolset"_qs);
+        QCOMPARE(enabledButtons(),
+            u"newtoolset open save newtool print properties macro list details"_qs);
+        QCOMPARE(menuTexts(), u"&File &Edit &View &Window &Help"_qs);
+        Answers answers;
+        answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
+        m_program->run(u"newtool"_qs);
+        m_program->run(u"copy"_qs);
+        QCOMPARE(enabledButtons().split(u' ').size(), 14);
+        answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::No);
+        subWindow(0)->close();
+        m_program->waitForQueue();
+        QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
+        QCOMPARE(menuTexts(), u"&File &Help"_qs);
+    }
+
+    void closingInTwoStages()
+    {
+        m_program->open(file("a.bmt"));
+        m_program->run(u"newtoolset"_qs);
+        frame().setGeometry(40, 50, 500, 400);
+        QVERIFY(!frame().close());
+        QVERIFY(frame().isVisible());
+        QCOMPARE(captions(), QString());
+        QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
+        QCOMPARE(menuTexts(), u"&File &Help"_qs);
+        const QString application = u"VB Quillon For VB5"_qs;
+        QVERIFY(m_program->store.GetAllSettings(application, u"FileList"_qs).isEmpty());
+        QVERIFY(frame().close());
+        QCOMPARE(m_program->store.GetSetting(application, u"FileList"_qs, u"Recent File 1"_qs),
+            path("a.bmt").toUpper());
+        start();
+        QCOMPARE(frame().geometry(), QRect(40, 50, 500, 400));
+        QCOMPARE(frame().FileListHandler().Count(), 1);
+    }
+
+    void closingCancelled()
+    {
+        m_program->open(file("a.bmt"));
+        Answers answers;
+        answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
+        m_program->run(u"newtoolset"_qs);
+        m_program->run(u"newtool"_qs);
+        answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Cancel);
+        QVERIFY(!frame().close());
+        QCOMPARE(captions(), path("a.bmt") + u"|Untitled 1"_qs);
+        // A save given up in its dialog lets the set go, as No does.
+        answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Yes);
+        answers.file(u"Save Tool Set"_qs, QString());
+        QVERIFY(!frame().close());
+        QCOMPARE(captions(), QString());
+        QCOMPARE(Sets::files(path("data/recovery")).size(), 1);
+    }
+
+    void captionOfAMaximisedChild()
+    {
+        m_program->run(u"newtoolset"_qs);
+        subWindow(0)->showMaximized();
+        QTRY_VERIFY(subWindow(0)->isMaximized());
+        QCOMPARE(frame().windowTitle(), u"VB Quillon Tool Set Manager"_qs);
+        m_program->open(file("a.bmt"));
+        QCOMPARE(frame().windowTitle(), u"VB Quillon Tool Set Manager"_qs);
+    }
+
+    void about()
+    {
+        Answers answers;
+        QString texts;
+        answers.dialog(u"frmAbout"_qs, [&texts](QDialog *dialog) {
+            for (const QLabel *label : dialog->findChildren<QLabel *>())
+                texts += label->text() + u'\n';
+            dialog->accept();
+        });
+        frame().showAbout();
+        for (const QString &part : {u"VB Quillon Tool Set Manager"_qs, u"Version"_qs,
+                 QString(u"Qt "_qs + QLatin1StringView(qVersion())), u"MIT"_qs})
+            QVERIFY2(texts.contains(part), qPrintable(part));
+    }
+
+    void filterStrings()
+    {
+        using Entry = CommonDialog::FilterEntry;
+        QCOMPARE(CommonDialog::filterEntries(u"Tool Sets (bmt)|*.bmt"_qs),
+            QList<Entry>({{u"Tool Sets (bmt)"_qs, u"*.bmt"_qs}}));
+        // A piece appended without a separator glues two entries together.
+        QCOMPARE(CommonDialog::filterEntries(u"Help files(*.hlp)|*.hlpAll Files|*.*"_qs),
+            QList<Entry>(
+                {{u"Help files(*.hlp)"_qs, u"*.hlpAll Files"_qs}, {u"*.*"_qs, u"*.*"_qs}}));
+        QVERIFY(CommonDialog::filterEntries(QString()).isEmpty());
+    }
 
 private:
-    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    QString file(const char *name);
-    void makeFrame(const QString &commandLine = {});
-    /// Queues a word and waits until the queue has run dry.
-    void run(const QString &word);
-    void waitForQueue();
-    QStringList captions() const;
-    QString menuTexts() const;
-    QString enabledButtons() const;
-    QMdiSubWindow *subWindow(int index) const
+    QString path(const char *name) const { return m_home->filePath(QLatin1String(name)); }
+    QString file(const char *name)
+    {
+        return Sets::put(path(name), u"x"_qs, m_program->storage) ? path(name) : QString();
+    }
+    void start(const QString &commandLine = QString())
+    {
+        m_program.reset();
+        m_program = std::make_unique<Program>(m_home->path(), QStringList(), commandLine);
+        m_program->waitForQueue();
+    }
+    MDI &frame() { return m_program->frame; }
+    QString captions()
+    {
+        QStringList all;
+        for (const DocumentWindow *document : frame().openDocuments())
+            all.append(document->Caption());
+        return all.join(u'|');
+    }
+    QString menuTexts()
+    {
+        QStringList texts;
+        for (const QAction *action : frame().menuBar()->actions())
+            texts.append(action->text());
+        return texts.join(u' ');
+    }
+    QString enabledButtons()
+    {
+        QStringList keys;
+        for (const QAction *button : frame().findChild<Toolbar *>()->buttons()) {
+            if (button->isEnabled())
+                keys.append(Toolbar::key(button));
+        }
+        return keys.join(u' ');
+    }
+    QMdiSubWindow *subWindow(int index)
     {
         return qobject_cast<QMdiSubWindow *>(
-            m_frame->openDocuments().at(index)->widget()->parentWidget());
+            frame().openDocuments().at(index)->widget()->parentWidget());
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<ToolSetStorage> m_storage;
-    Printers m_printers {[] { return QStringList(); }};
-    std::unique_ptr<SettingsStore> m_store;
-    std::unique_ptr<Settings> m_settings;
-    std::unique_ptr<mTSM> m_state;
-    std::unique_ptr<MDI> m_frame;
+    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<Program> m_program;
 };
-
-void MDI_test::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_storage = std::make_unique<ToolSetStorage>(1252, path("scratch"), path("data"));
-    m_store = std::make_unique<SettingsStore>(path("settings"));
-    makeFrame();
-}
-
-void MDI_test::cleanup()
-{
-    m_frame.reset();
-    m_state.reset();
-}
-
-void MDI_test::makeFrame(const QString &commandLine)
-{
-    m_frame.reset();
-    m_state = std::make_unique<mTSM>();
-    m_settings = std::make_unique<Settings>(m_folder->path());
-    m_frame = std::make_unique<MDI>(
-        *m_state, *m_settings, *m_store,
-        [this](Frame &frame) -> DocumentWindow * {
-            return new frmToolSet(frame, *m_state, *m_settings, *m_store, *m_storage, m_printers);
-        },
-        commandLine);
-    m_frame->show();
-    waitForQueue();
-}
-
-QString MDI_test::file(const char *name)
-{
-    CVBATools set(*m_storage);
-    auto tool = std::make_shared<CVBATool>();
-    tool->Description = u"tool"_qs;
-    set.Add(tool);
-    PictureBox box(Twips {275}, Twips {275});
-    return set.Save(path(name), {u"tool"_qs}, box) ? path(name) : QString();
-}
-
-void MDI_test::waitForQueue()
-{
-    QTRY_VERIFY(!m_frame->findChild<QTimer *>(u"tmrAction"_qs)->isActive());
-}
-
-void MDI_test::run(const QString &word)
-{
-    m_frame->setAction(word);
-    waitForQueue();
-}
-
-QStringList MDI_test::captions() const
-{
-    QStringList all;
-    for (DocumentWindow *document : m_frame->openDocuments())
-        all.append(document->Caption());
-    return all;
-}
-
-QString MDI_test::menuTexts() const
-{
-    QStringList texts;
-    for (const QAction *action : m_frame->menuBar()->actions())
-        texts.append(action->text());
-    return texts.join(u' ');
-}
-
-QString MDI_test::enabledButtons() const
-{
-    QStringList keys;
-    for (const QAction *button : m_frame->findChild<Toolbar *>()->buttons()) {
-        if (button->isEnabled())
-            keys.append(Toolbar::key(button));
-    }
-    return keys.join(u' ');
-}
-
-void MDI_test::untitledWindowsCountOn()
-{
-    run(u"newtoolset"_qs);
-    QCOMPARE(captions(), QStringList(u"Untitled 1"_qs));
-    subWindow(0)->close();
-    run(u"newtoolset"_qs);
-    QCOMPARE(captions(), QStringList(u"Untitled 2"_qs));
-}
-
-void MDI_test::commandsRunInOrder()
-{
-    m_frame->setAction(u"newtoolset"_qs);
-    m_frame->setAction(u"list"_qs);
-    m_frame->setAction(u"no such word"_qs);
-    m_frame->setAction(u"newtoolset"_qs);
-    QVERIFY(captions().isEmpty()); // nothing runs inside the caller
-    waitForQueue();
-    QCOMPARE(captions(), QStringList({u"Untitled 1"_qs, u"Untitled 2"_qs}));
-    QCOMPARE(m_frame->openDocuments().at(1)->View(), 2); // as the active window's
-    // Taken from the queue by hand, a word is not run.
-    m_frame->setAction(u"newtoolset"_qs);
-    QCOMPARE(m_frame->Action(), u"newtoolset"_qs);
-    QCOMPARE(m_frame->Action(), QString());
-    waitForQueue();
-    QCOMPARE(captions().size(), 2);
-}
-
-void MDI_test::commandLine()
-{
-    makeFrame(u"   "_qs);
-    QVERIFY(captions().isEmpty());
-    makeFrame(file("a.bmt"));
-    QCOMPARE(captions(), QStringList(path("a.bmt")));
-}
-
-void MDI_test::openingTwice()
-{
-    m_frame->openFile(file("a.bmt"));
-    waitForQueue();
-    m_frame->openFile(file("b.bmt"));
-    waitForQueue();
-    subWindow(0)->showMinimized();
-    m_frame->openFile(path("a.bmt"));
-    waitForQueue();
-    QCOMPARE(captions(), QStringList({path("a.bmt"), path("b.bmt")}));
-    QCOMPARE(m_frame->activeDocument(), m_frame->openDocuments().at(0));
-    QVERIFY(!subWindow(0)->isMinimized());
-}
-
-void MDI_test::recentFiles()
-{
-    m_frame->openFile(file("a & b.bmt"));
-    waitForQueue();
-    m_frame->openFile(file("c.bmt"));
-    waitForQueue();
-    // In the frame and in each window: item 0, the paths, a separator.
-    QList<QMenu *> menus = m_frame->findChildren<QMenu *>();
-    int found = 0;
-    for (QMenu *menu : menus) {
-        QAction *first = menu->findChild<QAction *>(u"mnuFileList(1)"_qs);
-        if (!first)
-            continue;
-        ++found;
-        QVERIFY(!menu->findChild<QAction *>(u"mnuFileList(0)"_qs)->isVisible());
-        QCOMPARE(first->text(), path("c.bmt").toUpper());
-        QCOMPARE(
-            menu->findChild<QAction *>(u"mnuFileList(2)"_qs)->text(), path("a && b.bmt").toUpper());
-        QVERIFY(menu->findChild<QAction *>(u"mnuFileList(3)"_qs)->isSeparator());
-        QVERIFY(!menu->findChild<QAction *>(u"mnuFileList(4)"_qs));
-    }
-    QCOMPARE(found, 3);
-}
-
-void MDI_test::recentEntryFindsItsFile()
-{
-    m_frame->openFile(file("Mixed Case.bmt"));
-    waitForQueue();
-    subWindow(0)->close();
-    m_frame->findChild<QAction *>(u"mnuFileList(1)"_qs)->trigger();
-    waitForQueue();
-    QCOMPARE(captions(), QStringList(path("Mixed Case.bmt"))); // its real spelling
-    m_frame->findChild<QAction *>(u"mnuFileList(1)"_qs)->trigger();
-    waitForQueue();
-    QCOMPARE(captions().size(), 1);
-}
-
-void MDI_test::openDialog()
-{
-    Answers answers;
-    answers.file(u"Open Tool Set"_qs, QString());
-    run(u"open"_qs);
-    QVERIFY(captions().isEmpty());
-    answers.file(u"Open Tool Set"_qs, file("a.bmt"));
-    run(u"open"_qs);
-    QCOMPARE(captions(), QStringList(path("a.bmt")));
-}
-
-void MDI_test::filesFromTheDesktop()
-{
-    auto *area = m_frame->findChild<QMdiArea *>()->viewport();
-    QCOMPARE(
-        TestDrag::dropFiles(area, {file("a.bmt"), path("a.exe"), file("b.BMT")}), Qt::CopyAction);
-    // Several at once; with a question open they wait, since it may be about the windows.
-    Answers answers;
-    answers.dialog(u"frmAbout"_qs, [this](QDialog *dialog) {
-        QTest::qWait(50);
-        QVERIFY(captions().isEmpty());
-        dialog->accept();
-    });
-    m_frame->showAbout();
-    waitForQueue();
-    QCOMPARE(captions(), QStringList({path("a.bmt"), path("b.BMT")}));
-    QCOMPARE(TestDrag::dropFiles(area, {path("a.exe"), path("none.bmt"), m_folder->path()}),
-        Qt::IgnoreAction);
-    // On a window's label, too; and opened before: it comes to the front.
-    QCOMPARE(TestDrag::dropFiles(
-                 m_frame->openDocuments().at(1)->widget(), {path("a.bmt")}, Qt::LinkAction),
-        Qt::LinkAction);
-    waitForQueue();
-    QCOMPARE(m_frame->activeDocument()->Caption(), path("a.bmt"));
-}
-
-void MDI_test::progressOfLongWork()
-{
-    run(u"newtoolset"_qs);
-    {
-        BusyProgress quick(*m_frame, u"Opening"_qs);
-        quick.show(1, 2);
-        QVERIFY(!m_frame->findChild<QProgressBar *>()); // for quick work there is none
-    }
-    {
-        BusyProgress progress(*m_frame, u"Saving"_qs, 0);
-        progress.show(0, 0); // nothing to tell
-        m_frame->setAction(u"newtoolset"_qs);
-        m_frame->findChild<QTimer *>(u"tmrAction"_qs)->setInterval(0); // due while it paints
-        progress.show(1, 4);
-        QCOMPARE(captions().size(), 1); // no command runs in the midst of other work
-        auto *bar = m_frame->findChild<QProgressBar *>();
-        QVERIFY(bar && bar->isVisible());
-        QCOMPARE(bar->value(), 25);
-        QCOMPARE(bar->accessibleName(), u"Saving"_qs);
-    }
-    QVERIFY(!m_frame->findChild<QProgressBar *>()->isVisible());
-    waitForQueue();
-    QCOMPARE(captions().size(), 2); // what was asked for meanwhile happens afterwards
-}
-
-void MDI_test::dragGate()
-{
-    QVERIFY(!m_state->DragGate());
-    m_frame->openFile(file("a.bmt"));
-    waitForQueue();
-    QVERIFY(!m_state->DragGate()); // not yet
-    QTRY_VERIFY(m_state->DragGate());
-    m_frame->openFile(path("a.bmt")); // already open: the gate stays closed
-    waitForQueue();
-    QVERIFY(!m_state->DragGate());
-    Answers answers;
-    answers.file(u"Open Tool Set"_qs, QString()); // given up: the windows go on as they were
-    run(u"open"_qs);
-    QTRY_VERIFY(m_state->DragGate());
-    m_state->setDragGate(false);
-    m_state->setDragGate(true);
-    m_state->setDragGate(false); // closed before it has opened
-    QVERIFY(!m_frame->findChild<QTimer *>(u"tmrDrag"_qs)->isActive());
-}
-
-void MDI_test::toolbarFollowsTheWindows()
-{
-    QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
-    run(u"newtoolset"_qs);
-    QCOMPARE(
-        enabledButtons(), u"newtoolset open save newtool print properties macro list details"_qs);
-    Answers answers;
-    answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
-    run(u"newtool"_qs);
-    run(u"copy"_qs);
-    QCOMPARE(enabledButtons().split(u' ').size(), 14);
-    answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::No);
-    subWindow(0)->close();
-    waitForQueue();
-    QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
-}
-
-void MDI_test::menusFollowTheWindows()
-{
-    QCOMPARE(menuTexts(), u"&File &Help"_qs);
-    run(u"newtoolset"_qs);
-    QCOMPARE(menuTexts(), u"&File &Edit &View &Window &Help"_qs);
-    subWindow(0)->close();
-    QCOMPARE(menuTexts(), u"&File &Help"_qs);
-}
-
-void MDI_test::closingInTwoStages()
-{
-    m_frame->openFile(file("a.bmt"));
-    m_frame->setAction(u"newtoolset"_qs);
-    waitForQueue();
-    m_frame->setGeometry(40, 50, 500, 400);
-    QVERIFY(!m_frame->close());
-    QVERIFY(m_frame->isVisible());
-    QVERIFY(captions().isEmpty());
-    QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
-    QCOMPARE(menuTexts(), u"&File &Help"_qs);
-    const QString application = u"VB Quillon For VB5"_qs;
-    QVERIFY(m_store->GetAllSettings(application, u"FileList"_qs).isEmpty());
-    QVERIFY(m_frame->close());
-    QCOMPARE(m_store->GetSetting(application, u"FileList"_qs, u"Recent File 1"_qs),
-        path("a.bmt").toUpper());
-    makeFrame();
-    QCOMPARE(m_frame->geometry(), QRect(40, 50, 500, 400));
-    QCOMPARE(m_frame->FileListHandler().Count(), 1);
-}
-
-void MDI_test::closingCancelled()
-{
-    m_frame->openFile(file("a.bmt"));
-    m_frame->setAction(u"newtoolset"_qs);
-    m_frame->setAction(u"newtool"_qs);
-    Answers answers;
-    answers.dialog(u"frmToolProps"_qs, &QDialog::reject);
-    waitForQueue();
-    answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Cancel);
-    QVERIFY(!m_frame->close());
-    QCOMPARE(captions().size(), 2);
-    // A save given up in its dialog lets the set go, as No does.
-    answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Yes);
-    answers.file(u"Save Tool Set"_qs, QString());
-    QVERIFY(!m_frame->close());
-    QVERIFY(captions().isEmpty());
-    QCOMPARE(QDir(path("data/recovery")).entryList(QDir::Files).size(), 1);
-}
-
-void MDI_test::captionOfAMaximisedChild()
-{
-    run(u"newtoolset"_qs);
-    subWindow(0)->showMaximized();
-    QTRY_VERIFY(subWindow(0)->isMaximized());
-    QCOMPARE(m_frame->windowTitle(), u"VB Quillon Tool Set Manager"_qs);
-    m_frame->openFile(file("a.bmt"));
-    waitForQueue();
-    QCOMPARE(m_frame->windowTitle(), u"VB Quillon Tool Set Manager"_qs);
-}
-
-void MDI_test::about()
-{
-    Answers answers;
-    QString texts;
-    answers.dialog(u"frmAbout"_qs, [&texts](QDialog *dialog) {
-        for (const QLabel *label : dialog->findChildren<QLabel *>())
-            texts += label->text() + u'\n';
-        dialog->accept();
-    });
-    m_frame->showAbout();
-    for (const QString &part : {u"VB Quillon Tool Set Manager"_qs, u"Version"_qs,
-             QString(u"Qt "_qs + QLatin1StringView(qVersion())), u"MIT"_qs}) {
-        QVERIFY2(texts.contains(part), qPrintable(part));
-    }
-}
-
-void MDI_test::filterStrings()
-{
-    using Entry = CommonDialog::FilterEntry;
-    QCOMPARE(CommonDialog::filterEntries(u"Tool Sets (bmt)|*.bmt"_qs),
-        QList<Entry>({{u"Tool Sets (bmt)"_qs, u"*.bmt"_qs}}));
-    // A piece appended without a separator glues two entries together.
-    QCOMPARE(CommonDialog::filterEntries(u"Help files(*.hlp)|*.hlpAll Files|*.*"_qs),
-        QList<Entry>({{u"Help files(*.hlp)"_qs, u"*.hlpAll Files"_qs}, {u"*.*"_qs, u"*.*"_qs}}));
-    QVERIFY(CommonDialog::filterEntries(QString()).isEmpty());
-}
 
 TSM_TEST(MDI_test);
 #include "tst_MDI.moc"

@@ -2,6 +2,7 @@
 #include "model/ToolSetStorage.h"
 #include "platform/rtf/RichTextBox.h"
 #include "shell/frmTSProps.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QCheckBox>
@@ -37,117 +38,102 @@ class frmTSProps_test : public QObject
     }
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        storage = std::make_unique<ToolSetStorage>(1252, folder.path(), folder.path());
+        set = std::make_unique<CVBATools>(*storage);
+        set->setDescription(u" short "_qs);
+        set->setLongDescription(u"{\\rtf1 lo\\b ng}"_qs);
+    }
 
-    void shows_data();
-    void shows();
-    void stores();
-    void untouchedDescription();
-    void cancelTouchesNothing_data();
-    void cancelTouchesNothing();
-    void withoutASet();
-    void defaultPointer();
-};
+    void shows_data()
+    {
+        rows<int, bool, bool, int>({
+            {"from a file of version 1", 1, false, false, 1},
+            {"new", 0, true, true, 0},
+            {"other bits stay, set", 6, true, false, 7},
+            {"other bits stay, cleared", 7, false, true, 6},
+            {"negative", -1, false, true, -2},
+        });
+    }
 
-void frmTSProps_test::init()
-{
-    storage = std::make_unique<ToolSetStorage>(1252, folder.path(), folder.path());
-    set = std::make_unique<CVBATools>(*storage);
-    set->setDescription(u" short "_qs);
-    set->setLongDescription(u"{\\rtf1 lo\\b ng}"_qs);
-}
+    void shows()
+    {
+        const auto [flags, hidden, hiddenThen, expectedFlagsThen] = row<int, bool, bool, int>();
+        set->setFLAGS(flags);
+        run(set.get(), [&](frmTSProps &dialog) {
+            QCOMPARE(dialog.windowTitle(), u"Tool Set Properties"_qs);
+            QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u" short "_qs);
+            QCOMPARE(child<RichTextBox>(dialog, "rtControl")->Text(), u"long"_qs);
+            QCOMPARE(child<QCheckBox>(dialog, "chkHide")->isChecked(), hidden);
+            child<QCheckBox>(dialog, "chkHide")->setChecked(hiddenThen);
+            child<QPushButton>(dialog, "cmdOK")->click();
+        });
+        QCOMPARE(set->FLAGS(), expectedFlagsThen);
+    }
 
-void frmTSProps_test::shows_data()
-{
-    QTest::addColumn<int>("flags");
-    QTest::addColumn<bool>("hidden");
-    QTest::addColumn<bool>("hiddenThen");
-    QTest::addColumn<int>("flagsThen");
-    QTest::newRow("from a file of version 1") << 1 << false << false << 1;
-    QTest::newRow("new") << 0 << true << true << 0;
-    QTest::newRow("other bits stay, set") << 6 << true << false << 7;
-    QTest::newRow("other bits stay, cleared") << 7 << false << true << 6;
-    QTest::newRow("negative") << -1 << false << true << -2;
-}
+    void stores()
+    {
+        run(set.get(), [&](frmTSProps &dialog) {
+            QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"er "_qs);
+            QTest::keyClicks(child<RichTextBox>(dialog, "rtControl"), u"x"_qs);
+            child<QPushButton>(dialog, "cmdOK")->click();
+        });
+        QCOMPARE(set->Description(), u" short er "_qs); // not trimmed
+        QVERIFY(set->LongDescription().contains(u"xlo\\b ng"_qs));
+    }
 
-void frmTSProps_test::shows()
-{
-    QFETCH(const int, flags);
-    QFETCH(const bool, hidden);
-    QFETCH(const bool, hiddenThen);
-    set->setFLAGS(flags);
-    run(set.get(), [&](frmTSProps &dialog) {
-        QCOMPARE(dialog.windowTitle(), u"Tool Set Properties"_qs);
-        QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u" short "_qs);
-        QCOMPARE(child<RichTextBox>(dialog, "rtControl")->Text(), u"long"_qs);
-        QCOMPARE(child<QCheckBox>(dialog, "chkHide")->isChecked(), hidden);
-        child<QCheckBox>(dialog, "chkHide")->setChecked(hiddenThen);
-        child<QPushButton>(dialog, "cmdOK")->click();
-    });
-    QTEST(set->FLAGS(), "flagsThen");
-}
+    void untouchedDescription()
+    {
+        set->setDescription(QString(65535, u'x')); // as long as a file allows
+        run(set.get(), [&](frmTSProps &dialog) { child<QPushButton>(dialog, "cmdOK")->click(); });
+        QCOMPARE(set->Description().size(), 65535);
+        QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
+    }
 
-void frmTSProps_test::stores()
-{
-    run(set.get(), [&](frmTSProps &dialog) {
-        QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"er "_qs);
-        QTest::keyClicks(child<RichTextBox>(dialog, "rtControl"), u"x"_qs);
-        child<QPushButton>(dialog, "cmdOK")->click();
-    });
-    QCOMPARE(set->Description(), u" short er "_qs); // not trimmed
-    QVERIFY(set->LongDescription().contains(u"xlo\\b ng"_qs));
-}
+    void cancelTouchesNothing_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("button") << false;
+        QTest::newRow("Escape in the text") << true;
+    }
 
-void frmTSProps_test::untouchedDescription()
-{
-    set->setDescription(QString(65535, u'x')); // as long as a file allows
-    run(set.get(), [&](frmTSProps &dialog) { child<QPushButton>(dialog, "cmdOK")->click(); });
-    QCOMPARE(set->Description().size(), 65535);
-    QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
-}
+    void cancelTouchesNothing()
+    {
+        QFETCH(const bool, byKey);
+        set->setFLAGS(5);
+        run(set.get(), [&](frmTSProps &dialog) {
+            auto *text = child<RichTextBox>(dialog, "rtControl");
+            QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"x"_qs);
+            QTest::keyClicks(text, u"x"_qs);
+            child<QCheckBox>(dialog, "chkHide")->toggle();
+            if (byKey)
+                QTest::keyClick(text, Qt::Key_Escape);
+            else
+                child<QPushButton>(dialog, "cmdCancel")->click();
+        });
+        QCOMPARE(set->Description(), u" short "_qs);
+        QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
+        QCOMPARE(set->FLAGS(), 5);
+    }
 
-void frmTSProps_test::cancelTouchesNothing_data()
-{
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("button") << false;
-    QTest::newRow("Escape in the text") << true;
-}
+    void withoutASet()
+    {
+        run(nullptr, [&](frmTSProps &dialog) {
+            QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), QString());
+            child<QPushButton>(dialog, "cmdOK")->click();
+        });
+    }
 
-void frmTSProps_test::cancelTouchesNothing()
-{
-    QFETCH(const bool, byKey);
-    set->setFLAGS(5);
-    run(set.get(), [&](frmTSProps &dialog) {
-        auto *text = child<RichTextBox>(dialog, "rtControl");
-        QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"x"_qs);
-        QTest::keyClicks(text, u"x"_qs);
-        child<QCheckBox>(dialog, "chkHide")->toggle();
-        if (byKey)
-            QTest::keyClick(text, Qt::Key_Escape);
-        else
+    void defaultPointer()
+    {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        run(set.get(), [&](frmTSProps &dialog) {
+            QTRY_VERIFY(!QGuiApplication::overrideCursor());
             child<QPushButton>(dialog, "cmdCancel")->click();
-    });
-    QCOMPARE(set->Description(), u" short "_qs);
-    QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
-    QCOMPARE(set->FLAGS(), 5);
-}
-
-void frmTSProps_test::withoutASet()
-{
-    run(nullptr, [&](frmTSProps &dialog) {
-        QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), QString());
-        child<QPushButton>(dialog, "cmdOK")->click();
-    });
-}
-
-void frmTSProps_test::defaultPointer()
-{
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    run(set.get(), [&](frmTSProps &dialog) {
-        QTRY_VERIFY(!QGuiApplication::overrideCursor());
-        child<QPushButton>(dialog, "cmdCancel")->click();
-    });
-}
+        });
+    }
+};
 
 TSM_TEST(frmTSProps_test);
 #include "tst_frmTSProps.moc"

@@ -18,4 +18,12 @@ inline QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
 }
 
+/// Whether nobody else can read, write or enter it.
+inline bool ofTheUserAlone(const QString &path)
+{
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
+        | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    return QFile::exists(path) && (QFile::permissions(path) & others) == QFile::Permissions();
+}
+
 } // namespace Files

@@ -12,10 +12,8 @@ constexpr char driver[] = "/usr/share/ppd/cupsfilters/Generic-PDF_Printer-PDF.pp
 
 QString service()
 {
-    const QString found = QStandardPaths::findExecutable(QStringLiteral("cupsd"));
-    return found.isEmpty()
-        ? QStandardPaths::findExecutable(QStringLiteral("cupsd"), {QStringLiteral("/usr/sbin")})
-        : found;
+    const QString found = QStandardPaths::findExecutable(u"cupsd"_qs);
+    return found.isEmpty() ? QStandardPaths::findExecutable(u"cupsd"_qs, {u"/usr/sbin"_qs}) : found;
 }
 
 } // namespace
@@ -29,10 +27,9 @@ PrintQueue::~PrintQueue()
 QString PrintQueue::start()
 {
     if (service().isEmpty())
-        return QStringLiteral("no print service (cupsd) is installed");
+        return u"no print service (cupsd) is installed"_qs;
     if (!QFile::exists(QLatin1StringView(driver)))
-        return QStringLiteral("the printer description %1 is not installed")
-            .arg(QLatin1StringView(driver));
+        return u"the printer description %1 is not installed"_qs.arg(QLatin1StringView(driver));
     for (const char *name : {"spool", "cache", "state", "tmp"})
         QDir(m_folder.path()).mkdir(QLatin1StringView(name));
     // The service may run its filters as another user.
@@ -55,23 +52,21 @@ QString PrintQueue::start()
 
     qputenv("CUPS_SERVER", folder + "/cups.sock");
     m_service.setStandardErrorFile(path("service_errors"));
-    m_service.start(service(),
-        {QStringLiteral("-f"), QStringLiteral("-c"), path("cupsd.conf"), QStringLiteral("-s"),
-            path("cups-files.conf")});
+    m_service.start(
+        service(), {u"-f"_qs, u"-c"_qs, path("cupsd.conf"), u"-s"_qs, path("cups-files.conf")});
     const bool listens = QTest::qWaitFor(
         [this] {
             return m_service.state() == QProcess::NotRunning || QFile::exists(path("cups.sock"));
         },
         20000);
     if (!listens || m_service.state() == QProcess::NotRunning)
-        return QStringLiteral("the print service does not start: ")
+        return u"the print service does not start: "_qs
             + QString::fromUtf8(Files::contentOf(path("service_errors")));
-    const QStringList queue {QStringLiteral("-p"), QStringLiteral("FILEPDF"), QStringLiteral("-E"),
-        QStringLiteral("-v"), QStringLiteral("file:") + path("print.pdf"), QStringLiteral("-P"),
-        QLatin1StringView(driver)};
-    if (!QTest::qWaitFor([&] { return run(QStringLiteral("lpadmin"), queue); }, 20000))
-        return QStringLiteral("the print service takes no queue");
-    run(QStringLiteral("lpadmin"), {QStringLiteral("-d"), QStringLiteral("FILEPDF")});
+    const QStringList queue {u"-p"_qs, u"FILEPDF"_qs, u"-E"_qs, u"-v"_qs,
+        u"file:"_qs + path("print.pdf"), u"-P"_qs, QLatin1StringView(driver)};
+    if (!QTest::qWaitFor([&] { return run(u"lpadmin"_qs, queue); }, 20000))
+        return u"the print service takes no queue"_qs;
+    run(u"lpadmin"_qs, {u"-d"_qs, u"FILEPDF"_qs});
     return {};
 }
 
@@ -80,8 +75,7 @@ QString PrintQueue::finishedFile()
     const bool done = QTest::qWaitFor(
         [this] {
             QProcess jobs;
-            jobs.start(QStringLiteral("lpstat"),
-                {QStringLiteral("-W"), QStringLiteral("not-completed"), QStringLiteral("-o")});
+            jobs.start(u"lpstat"_qs, {u"-W"_qs, u"not-completed"_qs, u"-o"_qs});
             return jobs.waitForFinished() && jobs.readAllStandardOutput().isEmpty()
                 && QFile::exists(path("print.pdf"));
         },
@@ -96,7 +90,7 @@ void PrintQueue::forgetFile()
 
 void PrintQueue::removeQueue()
 {
-    run(QStringLiteral("lpadmin"), {QStringLiteral("-x"), QStringLiteral("FILEPDF")});
+    run(u"lpadmin"_qs, {u"-x"_qs, u"FILEPDF"_qs});
 }
 
 bool PrintQueue::run(const QString &program, const QStringList &arguments)

@@ -24,6 +24,6 @@ private:
     static bool run(const QString &program, const QStringList &arguments);
 
     /// Without blanks, which the service's addresses cannot hold.
-    QTemporaryDir m_folder {QDir::temp().filePath(QStringLiteral("queue-XXXXXX"))};
+    QTemporaryDir m_folder {QDir::temp().filePath(u"queue-XXXXXX"_qs)};
     QProcess m_service;
 };

@@ -22,10 +22,10 @@ inline QStringList linesOf(const PageDocument &document, int page)
         if (line.endsWith(QLatin1StringView(".0")))
             line.chop(2);
         if (top < margins.top() - 1)
-            line = QStringLiteral("head");
+            line = u"head"_qs;
         else if (top > document.PageHeight() - margins.bottom())
-            line = QStringLiteral("foot");
-        return QStringLiteral("%1@%2 ").arg(std::lround(x)).arg(line);
+            line = u"foot"_qs;
+        return u"%1@%2 "_qs.arg(std::lround(x)).arg(line);
     };
     QStringList lines;
     for (const PageDocument::Step &step : document.steps(page)) {
@@ -34,9 +34,7 @@ inline QStringList linesOf(const PageDocument &document, int page)
             lines << place(text->x, text->baseline - own.ascent()) + text->text;
         } else if (const auto *picture = std::get_if<PageDocument::Picture>(&step)) {
             lines << place(picture->place.x(), picture->place.y())
-                    + QStringLiteral("[%1 x %2]")
-                          .arg(picture->place.width())
-                          .arg(picture->place.height());
+                    + u"[%1 x %2]"_qs.arg(picture->place.width()).arg(picture->place.height());
         } else if (const auto *part = std::get_if<PageDocument::RichTextPart>(&step)) {
             lines << place(part->area.x(), part->area.y()) + u'{' + part->text() + u'}';
         }
@@ -48,8 +46,7 @@ inline QStringList linesOf(const PageDocument &document, int page)
 inline QStringList pagesOfPdf(const QString &path)
 {
     QProcess reader;
-    reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), path, QStringLiteral("-")},
-        QIODevice::ReadOnly);
+    reader.start(u"pdftotext"_qs, {u"-raw"_qs, path, u"-"_qs}, QIODevice::ReadOnly);
     if (!reader.waitForFinished() || reader.exitCode() != 0)
         return {};
     QString text = QString::fromUtf8(reader.readAllStandardOutput());

@@ -1,31 +1,17 @@
 #include "support/ProgramFile.h"
 
+#include "support/Bytes.h"
+
 #include <QBuffer>
-#include <QtEndian>
 
 #include <algorithm>
 
 namespace ProgramFile {
 
+using Bytes::dword;
+using Bytes::word;
+
 namespace {
-
-template <class T>
-QByteArray little(auto value)
-{
-    QByteArray bytes(sizeof(T), '\0');
-    qToLittleEndian(static_cast<T>(value), bytes.data());
-    return bytes;
-}
-
-QByteArray word(auto value)
-{
-    return little<quint16>(value);
-}
-
-QByteArray dword(auto value)
-{
-    return little<quint32>(value);
-}
 
 void padTo(QByteArray &bytes, qsizetype unit)
 {

@@ -46,7 +46,7 @@ void failOnWarnings(QtMsgType type, const QMessageLogContext &context, const QSt
 {
     // The offscreen platform has no window manager and tells so; a desktop has one.
     static const QRegularExpression told(
-        QStringLiteral("^(?!This plugin does not support (propagateSizeHints|raise|grabbing))"));
+        u"^(?!This plugin does not support (propagateSizeHints|raise|grabbing))"_qs);
     if (type == QtWarningMsg)
         QTest::failOnWarning(told); // Qt forgets it at the end of each function
     else if (type == QtCriticalMsg)
@@ -83,7 +83,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir home;
     isolate(home);
     QApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("VB Quillon Tool Set Manager"));
+    QCoreApplication::setApplicationName(u"VB Quillon Tool Set Manager"_qs);
     QStringList arguments = QCoreApplication::arguments();
     QString only;
     if (arguments.size() > 1 && !arguments.at(1).startsWith(u'-'))

@@ -1,5 +1,6 @@
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 #include "toolset/ToolListModel.h"
 
@@ -13,21 +14,149 @@ class ToolListModel_test : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void sorting_data();
-    void sorting();
-    void selectionFollowsItsTool();
-    void renaming();
-    void moving_data();
-    void moving();
-    void removing_data();
-    void removing();
-    void appendingIntoASort();
+    void init()
+    {
+        m_tester.reset();
+        m_model.reset();
+        m_set = std::make_unique<CVBATools>(m_storage);
+        m_set->setAllowDupes(true);
+        const std::pair<QString, QString> tools[] = {{u"d"_qs, u"z"_qs}, {u"B"_qs, u"y"_qs},
+            {u"a"_qs, u"Y"_qs}, {u"c"_qs, u"x"_qs}, {u"e"_qs, u""_qs}};
+        for (const auto &[name, location] : tools) {
+            auto tool = std::make_shared<CVBATool>();
+            tool->Description = name;
+            tool->setLocation(location);
+            QVERIFY(m_set->Add(tool));
+        }
+        m_model = std::make_unique<ToolListModel>();
+        m_tester = std::make_unique<QAbstractItemModelTester>(
+            m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        m_model->setTools(m_set.get());
+    }
+
+    void sorting_data()
+    {
+        rows<int, bool, QString>({
+            {"names without letter case", 0, false, u"a3 B2 c4 d1 e5"_qs},
+            {"names, descending", 0, true, u"e5 d1 c4 B2 a3"_qs},
+            {"positions", 1, false, u"d1 B2 a3 c4 e5"_qs},
+            {"positions, descending", 1, true, u"e5 c4 a3 B2 d1"_qs},
+            {"equal locations by position", 2, false, u"e5 c4 B2 a3 d1"_qs},
+            {"equal locations by position, descending", 2, true, u"d1 B2 a3 c4 e5"_qs},
+        });
+    }
+
+    void sorting()
+    {
+        const auto [column, descending, expected] = row<int, bool, QString>();
+        m_model->sort(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+        QCOMPARE(shown(), expected);
+        // What is written does not depend on how it is looked at.
+        QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B a c e"_qs);
+    }
+
+    void selectionFollowsItsTool()
+    {
+        const QPersistentModelIndex location(m_model->index(2, 2)); // "a"
+        m_model->sort(0, Qt::AscendingOrder);
+        QCOMPARE(location.row(), 0);
+        m_model->MoveTools(rowsOf(u"a"_qs), rowsOf(u"e"_qs).constFirst());
+        QCOMPARE(location.row(), 4);
+        QCOMPARE(location.data().toString(), u"Y"_qs);
+    }
+
+    void renaming()
+    {
+        m_model->sort(0, Qt::AscendingOrder);
+        QCOMPARE(m_model->renameTool(0, u"B"_qs), u"B(1)"_qs);
+        // In the set the tool is the last one now; on the screen and in the file it keeps its
+        // place.
+        QCOMPARE(shown(), u"B(1)3 B2 c4 d1 e5"_qs);
+        QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B B(1) c e"_qs);
+        QCOMPARE(m_set->Item(5)->Description, u"B(1)"_qs);
+        QCOMPARE(m_model->renameTool(0, QString()), u"Tool(1)"_qs);
+    }
+
+    void moving_data()
+    {
+        rows<QString, QString, QString>({
+            {"one down: below the target", u"B"_qs, u"c"_qs, u"d1 a2 c3 B4 e5"_qs},
+            {"one up: above the target", u"c"_qs, u"B"_qs, u"d1 c2 B3 a4 e5"_qs},
+            {"to the start", u"e"_qs, u"d"_qs, u"e1 d2 B3 a4 c5"_qs},
+            {"to the end", u"d"_qs, u"e"_qs, u"B1 a2 c3 e4 d5"_qs},
+            {"several down keep their order", u"dB"_qs, u"c"_qs, u"a1 c2 d3 B4 e5"_qs},
+            {"several up keep their order", u"ce"_qs, u"B"_qs, u"d1 c2 e3 B4 a5"_qs},
+            {"from both sides", u"de"_qs, u"a"_qs, u"B1 a2 d3 e4 c5"_qs},
+            {"gathered at one of them", u"dce"_qs, u"c"_qs, u"B1 a2 d3 c4 e5"_qs},
+            {"onto itself", u"a"_qs, u"a"_qs, u"d1 B2 a3 c4 e5"_qs},
+            {"all of them", u"dBace"_qs, u"B"_qs, u"d1 B2 a3 c4 e5"_qs},
+        });
+    }
+
+    void moving()
+    {
+        const auto [moved, target, expected] = row<QString, QString, QString>();
+        m_model->sort(2, Qt::DescendingOrder); // rows and positions differ
+        const QList<int> rows = m_model->MoveTools(rowsOf(moved), rowsOf(target).constFirst());
+        QCOMPARE(shown(), expected);
+        QCOMPARE(rows, rowsOf(moved));
+        QCOMPARE(m_set->Count(), 5);
+    }
+
+    void removing_data()
+    {
+        rows<QString, QString>({
+            {"one", u"a"_qs, u"d1 B2 e4 c3"_qs},
+            {"scattered ones", u"Bc"_qs, u"d1 a2 e3"_qs},
+            {"all", u"dBace"_qs, QString()},
+        });
+    }
+
+    void removing()
+    {
+        const auto [removed, expected] = row<QString, QString>();
+        m_model->sort(0, Qt::AscendingOrder);
+        m_model->removeTools(rowsOf(removed));
+        m_model->sort(1, Qt::AscendingOrder);
+        // Positions close up in their own order, however the list was sorted meanwhile.
+        QStringList byPosition = expected.split(u' ', Qt::SkipEmptyParts);
+        std::sort(byPosition.begin(), byPosition.end(),
+            [](const QString &a, const QString &b) { return a.back() < b.back(); });
+        QCOMPARE(shown(), byPosition.join(u' '));
+        QCOMPARE(m_set->Count(), byPosition.size());
+        for (const QChar name : removed)
+            QVERIFY(!m_set->Items().contains(name));
+    }
+
+    void appendingIntoASort()
+    {
+        m_model->sort(0, Qt::AscendingOrder);
+        auto tool = std::make_shared<CVBATool>();
+        tool->Description = u"b"_qs;
+        QCOMPARE(m_model->appendTools({tool}), QList<int> {2});
+        QCOMPARE(shown(), u"a3 B2 b(1)6 c4 d1 e5"_qs);
+    }
 
 private:
     /// Names in the order shown, each with its position: "b2 a1".
-    QString shown() const;
-    QList<int> rowsOf(const QString &names) const;
+    QString shown() const
+    {
+        QStringList items;
+        for (int row = 0; row < m_model->rowCount(); ++row)
+            items.append(
+                m_model->toolAt(row)->Description + QString::number(m_model->positionAt(row)));
+        return items.join(u' ');
+    }
+
+    QList<int> rowsOf(const QString &names) const
+    {
+        QList<int> rows;
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            if (names.contains(m_model->toolAt(row)->Description))
+                rows.append(row);
+        }
+        return rows;
+    }
 
     QTemporaryDir m_folder;
     ToolSetStorage m_storage {1252, m_folder.path(), m_folder.path()};
@@ -35,151 +164,6 @@ private:
     std::unique_ptr<ToolListModel> m_model;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
-
-void ToolListModel_test::init()
-{
-    m_tester.reset();
-    m_model.reset();
-    m_set = std::make_unique<CVBATools>(m_storage);
-    m_set->setAllowDupes(true);
-    const std::pair<QString, QString> tools[] = {{u"d"_qs, u"z"_qs}, {u"B"_qs, u"y"_qs},
-        {u"a"_qs, u"Y"_qs}, {u"c"_qs, u"x"_qs}, {u"e"_qs, u""_qs}};
-    for (const auto &[name, location] : tools) {
-        auto tool = std::make_shared<CVBATool>();
-        tool->Description = name;
-        tool->setLocation(location);
-        QVERIFY(m_set->Add(tool));
-    }
-    m_model = std::make_unique<ToolListModel>();
-    m_tester = std::make_unique<QAbstractItemModelTester>(
-        m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    m_model->setTools(m_set.get());
-}
-
-QString ToolListModel_test::shown() const
-{
-    QStringList items;
-    for (int row = 0; row < m_model->rowCount(); ++row)
-        items.append(m_model->toolAt(row)->Description + QString::number(m_model->positionAt(row)));
-    return items.join(u' ');
-}
-
-QList<int> ToolListModel_test::rowsOf(const QString &names) const
-{
-    QList<int> rows;
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        if (names.contains(m_model->toolAt(row)->Description))
-            rows.append(row);
-    }
-    return rows;
-}
-
-void ToolListModel_test::sorting_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<bool>("descending");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("names without letter case") << 0 << false << u"a3 B2 c4 d1 e5"_qs;
-    QTest::newRow("names, descending") << 0 << true << u"e5 d1 c4 B2 a3"_qs;
-    QTest::newRow("positions") << 1 << false << u"d1 B2 a3 c4 e5"_qs;
-    QTest::newRow("positions, descending") << 1 << true << u"e5 c4 a3 B2 d1"_qs;
-    QTest::newRow("equal locations by position") << 2 << false << u"e5 c4 B2 a3 d1"_qs;
-    QTest::newRow("equal locations by position, descending") << 2 << true << u"d1 B2 a3 c4 e5"_qs;
-}
-
-void ToolListModel_test::sorting()
-{
-    QFETCH(int, column);
-    QFETCH(bool, descending);
-    m_model->sort(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
-    QTEST(shown(), "expected");
-    // What is written does not depend on how it is looked at.
-    QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B a c e"_qs);
-}
-
-void ToolListModel_test::selectionFollowsItsTool()
-{
-    const QPersistentModelIndex location(m_model->index(2, 2)); // "a"
-    m_model->sort(0, Qt::AscendingOrder);
-    QCOMPARE(location.row(), 0);
-    m_model->MoveTools(rowsOf(u"a"_qs), rowsOf(u"e"_qs).constFirst());
-    QCOMPARE(location.row(), 4);
-    QCOMPARE(location.data().toString(), u"Y"_qs);
-}
-
-void ToolListModel_test::renaming()
-{
-    m_model->sort(0, Qt::AscendingOrder);
-    QCOMPARE(m_model->renameTool(0, u"B"_qs), u"B(1)"_qs);
-    // In the set the tool is the last one now; on the screen and in the file it keeps its place.
-    QCOMPARE(shown(), u"B(1)3 B2 c4 d1 e5"_qs);
-    QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B B(1) c e"_qs);
-    QCOMPARE(m_set->Item(5)->Description, u"B(1)"_qs);
-    QCOMPARE(m_model->renameTool(0, QString()), u"Tool(1)"_qs);
-}
-
-void ToolListModel_test::moving_data()
-{
-    QTest::addColumn<QString>("moved");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("one down: below the target") << u"B"_qs << u"c"_qs << u"d1 a2 c3 B4 e5"_qs;
-    QTest::newRow("one up: above the target") << u"c"_qs << u"B"_qs << u"d1 c2 B3 a4 e5"_qs;
-    QTest::newRow("to the start") << u"e"_qs << u"d"_qs << u"e1 d2 B3 a4 c5"_qs;
-    QTest::newRow("to the end") << u"d"_qs << u"e"_qs << u"B1 a2 c3 e4 d5"_qs;
-    QTest::newRow("several down keep their order") << u"dB"_qs << u"c"_qs << u"a1 c2 d3 B4 e5"_qs;
-    QTest::newRow("several up keep their order") << u"ce"_qs << u"B"_qs << u"d1 c2 e3 B4 a5"_qs;
-    QTest::newRow("from both sides") << u"de"_qs << u"a"_qs << u"B1 a2 d3 e4 c5"_qs;
-    QTest::newRow("gathered at one of them") << u"dce"_qs << u"c"_qs << u"B1 a2 d3 c4 e5"_qs;
-    QTest::newRow("onto itself") << u"a"_qs << u"a"_qs << u"d1 B2 a3 c4 e5"_qs;
-    QTest::newRow("all of them") << u"dBace"_qs << u"B"_qs << u"d1 B2 a3 c4 e5"_qs;
-}
-
-void ToolListModel_test::moving()
-{
-    QFETCH(QString, moved);
-    QFETCH(QString, target);
-    m_model->sort(2, Qt::DescendingOrder); // rows and positions differ
-    const QList<int> rows = m_model->MoveTools(rowsOf(moved), rowsOf(target).constFirst());
-    QTEST(shown(), "expected");
-    QCOMPARE(rows, rowsOf(moved));
-    QCOMPARE(m_set->Count(), 5);
-}
-
-void ToolListModel_test::removing_data()
-{
-    QTest::addColumn<QString>("removed");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("one") << u"a"_qs << u"d1 B2 e4 c3"_qs;
-    QTest::newRow("scattered ones") << u"Bc"_qs << u"d1 a2 e3"_qs;
-    QTest::newRow("all") << u"dBace"_qs << QString();
-}
-
-void ToolListModel_test::removing()
-{
-    QFETCH(QString, removed);
-    QFETCH(QString, expected);
-    m_model->sort(0, Qt::AscendingOrder);
-    m_model->removeTools(rowsOf(removed));
-    m_model->sort(1, Qt::AscendingOrder);
-    // Positions close up in their own order, however the list was sorted meanwhile.
-    QStringList byPosition = expected.split(u' ', Qt::SkipEmptyParts);
-    std::sort(byPosition.begin(), byPosition.end(),
-        [](const QString &a, const QString &b) { return a.back() < b.back(); });
-    QCOMPARE(shown(), byPosition.join(u' '));
-    QCOMPARE(m_set->Count(), byPosition.size());
-    for (const QChar name : removed)
-        QVERIFY(!m_set->Items().contains(name));
-}
-
-void ToolListModel_test::appendingIntoASort()
-{
-    m_model->sort(0, Qt::AscendingOrder);
-    auto tool = std::make_shared<CVBATool>();
-    tool->Description = u"b"_qs;
-    QCOMPARE(m_model->appendTools({tool}), QList<int> {2});
-    QCOMPARE(shown(), u"a3 B2 b(1)6 c4 d1 e5"_qs);
-}
 
 TSM_TEST(ToolListModel_test);
 #include "tst_ToolListModel.moc"

@@ -28,23 +28,23 @@ QString flagWords(const RtfCharStyle &style)
 
 QString colourName(QRgb colour)
 {
-    return QStringLiteral("#%1").arg(colour & 0xFFFFFF, 6, 16, QLatin1Char('0'));
+    return u"#%1"_qs.arg(colour & 0xFFFFFF, 6, 16, QLatin1Char('0'));
 }
 
 QString charWords(const QTextCharFormat &format)
 {
-    const RtfCharStyle style = RtfCharStyle::fromFormat(format, QFont(QStringLiteral("Arial"), 12));
+    const RtfCharStyle style = RtfCharStyle::fromFormat(format, QFont(u"Arial"_qs, 12));
     QString words = flagWords(style);
-    if (style.family != QStringLiteral("Arial"))
-        words += QStringLiteral("f=") + style.family + u' ';
+    if (style.family != u"Arial"_qs)
+        words += u"f="_qs + style.family + u' ';
     if (style.halfPoints != 24)
-        words += QStringLiteral("fs%1 ").arg(style.halfPoints);
+        words += u"fs%1 "_qs.arg(style.halfPoints);
     if (style.offset)
-        words += QStringLiteral("up%1 ").arg(style.offset);
+        words += u"up%1 "_qs.arg(style.offset);
     if (style.colour)
-        words += QStringLiteral("cf=") + colourName(*style.colour) + u' ';
+        words += u"cf="_qs + colourName(*style.colour) + u' ';
     if (style.background)
-        words += QStringLiteral("bg=") + colourName(*style.background) + u' ';
+        words += u"bg="_qs + colourName(*style.background) + u' ';
     words.chop(1);
     return words;
 }
@@ -55,11 +55,11 @@ QString paragraphWords(const RtfParagraphStyle &style)
     constexpr const char *tabs[] = {"tx", "tqr tx", "tqc tx", "tqdec tx"};
     QString words = QString::fromLatin1(alignments[style.alignment]);
     if (style.bullet)
-        words += QStringLiteral("bullet ");
+        words += u"bullet "_qs;
     if (style.rightToLeft)
-        words += QStringLiteral("rtl ");
+        words += u"rtl "_qs;
     if (style.pageBreakBefore)
-        words += QStringLiteral("pagebb ");
+        words += u"pagebb "_qs;
     const auto length = [&words](const char *name, int value) {
         if (value)
             words += QLatin1StringView(name) + QString::number(value) + u' ';
@@ -79,8 +79,7 @@ QString paragraphWords(const RtfParagraphStyle &style)
 QString pictureWords(const RtfPicture &picture)
 {
     constexpr const char *kinds[] = {"?", "wmf", "dib", "png", "jpeg", "emf", "other"};
-    return QStringLiteral("[%1 %2x%3, %4]")
-        .arg(QLatin1StringView(kinds[picture.kind]))
+    return u"[%1 %2x%3, %4]"_qs.arg(QLatin1StringView(kinds[picture.kind]))
         .arg(picture.goal.width())
         .arg(picture.goal.height())
         .arg(picture.data.size());
@@ -88,8 +87,7 @@ QString pictureWords(const RtfPicture &picture)
 
 QString readable(QString text)
 {
-    return text.replace(u'\t', QStringLiteral("→"))
-        .replace(QChar::LineSeparator, QStringLiteral("⏎"));
+    return text.replace(u'\t', u"→"_qs).replace(QChar::LineSeparator, u"⏎"_qs);
 }
 
 } // namespace
@@ -117,7 +115,7 @@ QString rtfDump(const QTextDocument &document)
         // The format of an empty paragraph is that of the text that will be typed there.
         const QString mark = charWords(block.charFormat());
         if (block.length() == 1 && !mark.isEmpty())
-            line += u'{' + mark + QStringLiteral(":}");
+            line += u'{' + mark + u":}"_qs;
         lines.append(line);
     }
     return lines.join(u'\n');

@@ -1,5 +1,6 @@
 #include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfReader.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QImage>
@@ -57,131 +58,122 @@ class RichTextPages_test : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void emptyText();
-    void wholeLines();
-    void lineHigherThanThePage();
-    void widthsAndRelease();
-    void indentsAreTwips_data();
-    void indentsAreTwips();
-    void drawsOnlyThePage();
-    void blackOnAnyDesktop();
+    void emptyText()
+    {
+        QTextDocument document;
+        readInto(document, "");
+        RichTextPages pages(document);
+        QCOMPARE(pages.firstBeyond(0, letter), 0);
+        QCOMPARE(pages.height(0, 0, letter.width()), 0);
+    }
+
+    void wholeLines()
+    {
+        QTextDocument document;
+        readInto(document, lines(200));
+        RichTextPages pages(document);
+        const int lineHeight = pages.height(0, 4, letter.width());
+        QVERIFY(lineHeight > 200 && lineHeight < 260); // 10 points and some
+        // Ten lines fit, eleven do not; a page never ends inside a line.
+        const int ten = pages.height(0, 50, letter.width());
+        QCOMPARE(pages.firstBeyond(0, {letter.width(), ten}), 50);
+        QCOMPARE(pages.firstBeyond(0, {letter.width(), ten + lineHeight / 2}), 50);
+        const auto starts = cut(pages, {letter.width(), ten}, 200 * 5 - 1);
+        QCOMPARE(starts.size(), 20);
+        QCOMPARE(starts.last(), 950);
+        QCOMPARE(pages.firstBeyond(950, {letter.width(), ten}), 200 * 5 - 1);
+    }
+
+    void lineHigherThanThePage()
+    {
+        QTextDocument document;
+        readInto(document, "\\fs400 A\\par B");
+        RichTextPages pages(document);
+        QCOMPARE(pages.firstBeyond(0, {letter.width(), 100}), 2);
+        QCOMPARE(pages.firstBeyond(2, {letter.width(), 100}), 3);
+    }
+
+    void widthsAndRelease()
+    {
+        QTextDocument document;
+        readInto(document, QByteArray("word ").repeated(1000));
+        RichTextPages pages(document);
+        const auto wide = cut(pages, {9000, 3000}, 5000).size();
+        const auto narrow = cut(pages, {3000, 3000}, 5000).size();
+        QVERIFY(narrow > 2 * wide);
+        pages.release();
+        readInto(document, "word");
+        QCOMPARE(pages.firstBeyond(0, {9000, 3000}), 4);
+    }
+
+    void indentsAreTwips_data()
+    {
+        rows<QByteArray, int>({
+            {"none", QByteArray("I"), 0},
+            {"left", QByteArray("\\li1440 I"), 1440},
+            {"first line", QByteArray("\\li1440\\fi-720 I"), 720},
+            {"tab stop", QByteArray("\\tx2880\\tab I"), 2880},
+            {"tab stop behind an indent", QByteArray("\\li1440\\tx2880\\tab I"), 2880},
+            {"hanging tab", QByteArray("\\li1440\\fi-720\\tab I"), 1440},
+            {"default tab stop", QByteArray("\\tab I"), 720},
+        });
+    }
+
+    void indentsAreTwips()
+    {
+        const auto [body, left] = row<QByteArray, int>();
+        QTextDocument document;
+        readInto(document, body);
+        RichTextPages pages(document);
+        QImage image(600, 60, QImage::Format_RGB32); // 10 twips a pixel
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(0.1, 0.1);
+        pages.draw(painter, QRect(0, 0, 6000, 600), 0, document.characterCount() - 1);
+        painter.end();
+        const int offset = inked(image).left() * 10 - left;
+        QVERIFY2(
+            offset >= 0 && offset <= 60, qPrintable(QString::number(offset))); // the letter's own
+    }
+
+    void drawsOnlyThePage()
+    {
+        QTextDocument document;
+        readInto(document, lines(30));
+        RichTextPages pages(document);
+        const int lineHeight = pages.height(0, 4, 6000);
+        QImage image(600, 600, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(0.1, 0.1);
+        pages.draw(painter, QRect(1000, 2000, 5000, 3000), 25, 40); // lines 6 to 8
+        painter.end();
+        const QRect box = inked(image);
+        QVERIFY(box.left() >= 100);
+        QVERIFY(box.top() >= 200);
+        QVERIFY(box.bottom() <= 200 + 3 * lineHeight / 10);
+        QVERIFY(box.bottom() >= 200 + 2 * lineHeight / 10);
+    }
+
+    void blackOnAnyDesktop()
+    {
+        QPalette dark;
+        dark.setColor(QPalette::Text, Qt::white);
+        const QPalette before = QGuiApplication::palette();
+        QGuiApplication::setPalette(dark);
+        QTextDocument document;
+        readInto(document, "\\fs100 X");
+        RichTextPages pages(document);
+        QImage image(200, 200, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(0.1, 0.1);
+        pages.draw(painter, QRect(0, 0, 2000, 2000), 0, 1);
+        painter.end();
+        QGuiApplication::setPalette(before);
+        QVERIFY(!inked(image).isEmpty());
+    }
 };
-
-void RichTextPages_test::emptyText()
-{
-    QTextDocument document;
-    readInto(document, "");
-    RichTextPages pages(document);
-    QCOMPARE(pages.firstBeyond(0, letter), 0);
-    QCOMPARE(pages.height(0, 0, letter.width()), 0);
-}
-
-void RichTextPages_test::wholeLines()
-{
-    QTextDocument document;
-    readInto(document, lines(200));
-    RichTextPages pages(document);
-    const int lineHeight = pages.height(0, 4, letter.width());
-    QVERIFY(lineHeight > 200 && lineHeight < 260); // 10 points and some
-    // Ten lines fit, eleven do not; a page never ends inside a line.
-    const int ten = pages.height(0, 50, letter.width());
-    QCOMPARE(pages.firstBeyond(0, {letter.width(), ten}), 50);
-    QCOMPARE(pages.firstBeyond(0, {letter.width(), ten + lineHeight / 2}), 50);
-    const auto starts = cut(pages, {letter.width(), ten}, 200 * 5 - 1);
-    QCOMPARE(starts.size(), 20);
-    QCOMPARE(starts.last(), 950);
-    QCOMPARE(pages.firstBeyond(950, {letter.width(), ten}), 200 * 5 - 1);
-}
-
-void RichTextPages_test::lineHigherThanThePage()
-{
-    QTextDocument document;
-    readInto(document, "\\fs400 A\\par B");
-    RichTextPages pages(document);
-    QCOMPARE(pages.firstBeyond(0, {letter.width(), 100}), 2);
-    QCOMPARE(pages.firstBeyond(2, {letter.width(), 100}), 3);
-}
-
-void RichTextPages_test::widthsAndRelease()
-{
-    QTextDocument document;
-    readInto(document, QByteArray("word ").repeated(1000));
-    RichTextPages pages(document);
-    const auto wide = cut(pages, {9000, 3000}, 5000).size();
-    const auto narrow = cut(pages, {3000, 3000}, 5000).size();
-    QVERIFY(narrow > 2 * wide);
-    pages.release();
-    readInto(document, "word");
-    QCOMPARE(pages.firstBeyond(0, {9000, 3000}), 4);
-}
-
-void RichTextPages_test::indentsAreTwips_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<int>("left");
-    QTest::newRow("none") << QByteArray("I") << 0;
-    QTest::newRow("left") << QByteArray("\\li1440 I") << 1440;
-    QTest::newRow("first line") << QByteArray("\\li1440\\fi-720 I") << 720;
-    QTest::newRow("tab stop") << QByteArray("\\tx2880\\tab I") << 2880;
-    QTest::newRow("tab stop behind an indent") << QByteArray("\\li1440\\tx2880\\tab I") << 2880;
-    QTest::newRow("hanging tab") << QByteArray("\\li1440\\fi-720\\tab I") << 1440;
-    QTest::newRow("default tab stop") << QByteArray("\\tab I") << 720;
-}
-
-void RichTextPages_test::indentsAreTwips()
-{
-    QFETCH(const QByteArray, body);
-    QFETCH(const int, left);
-    QTextDocument document;
-    readInto(document, body);
-    RichTextPages pages(document);
-    QImage image(600, 60, QImage::Format_RGB32); // 10 twips a pixel
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.scale(0.1, 0.1);
-    pages.draw(painter, QRect(0, 0, 6000, 600), 0, document.characterCount() - 1);
-    painter.end();
-    const int offset = inked(image).left() * 10 - left;
-    QVERIFY2(offset >= 0 && offset <= 60, qPrintable(QString::number(offset))); // the letter's own
-}
-
-void RichTextPages_test::drawsOnlyThePage()
-{
-    QTextDocument document;
-    readInto(document, lines(30));
-    RichTextPages pages(document);
-    const int lineHeight = pages.height(0, 4, 6000);
-    QImage image(600, 600, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.scale(0.1, 0.1);
-    pages.draw(painter, QRect(1000, 2000, 5000, 3000), 25, 40); // lines 6 to 8
-    painter.end();
-    const QRect box = inked(image);
-    QVERIFY(box.left() >= 100);
-    QVERIFY(box.top() >= 200);
-    QVERIFY(box.bottom() <= 200 + 3 * lineHeight / 10);
-    QVERIFY(box.bottom() >= 200 + 2 * lineHeight / 10);
-}
-
-void RichTextPages_test::blackOnAnyDesktop()
-{
-    QPalette dark;
-    dark.setColor(QPalette::Text, Qt::white);
-    const QPalette before = QGuiApplication::palette();
-    QGuiApplication::setPalette(dark);
-    QTextDocument document;
-    readInto(document, "\\fs100 X");
-    RichTextPages pages(document);
-    QImage image(200, 200, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.scale(0.1, 0.1);
-    pages.draw(painter, QRect(0, 0, 2000, 2000), 0, 1);
-    painter.end();
-    QGuiApplication::setPalette(before);
-    QVERIFY(!inked(image).isEmpty());
-}
 
 TSM_TEST(RichTextPages_test);
 #include "tst_RichTextPages.moc"

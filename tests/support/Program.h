@@ -9,6 +9,7 @@
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
+#include "support/SetDump.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/frmToolSet.h"
 
@@ -20,31 +21,33 @@
 class Program
 {
 public:
-    explicit Program(const QString &home, const QStringList &printerNames = {})
+    explicit Program(const QString &home, const QStringList &printerNames = {},
+        const QString &commandLine = QString())
         : storage(1252, home + u"/cache", home + u"/data")
-        , m_store(home + u"/settings")
+        , store(home + u"/settings")
         , m_settings(home)
-        , m_printers([printerNames] { return printerNames; })
+        , printers([printerNames] { return printerNames; })
         , frame(
-              state, m_settings, m_store,
+              state, m_settings, store,
               [this](Frame &owner) -> DocumentWindow * {
-                  return new frmToolSet(owner, state, m_settings, m_store, storage, m_printers);
+                  return new frmToolSet(owner, state, m_settings, store, storage, printers);
               },
-              QString())
+              commandLine)
     {
         storage.snapshotDelay = std::chrono::milliseconds(10);
         frame.show();
     }
 
+    void waitForQueue() { QTRY_VERIFY(!frame.findChild<QTimer *>(u"tmrAction"_qs)->isActive()); }
     void run(const QString &word)
     {
         frame.setAction(word);
-        QTRY_VERIFY(!frame.findChild<QTimer *>(u"tmrAction"_qs)->isActive());
+        waitForQueue();
     }
     frmToolSet *open(const QString &path)
     {
         frame.openFile(path);
-        run(QString());
+        waitForQueue();
         return window();
     }
     /// The last one opened.
@@ -54,6 +57,12 @@ public:
             ? nullptr
             : static_cast<frmToolSet *>(frame.openDocuments().constLast());
     }
+    /// As the user does with Delete, who is not asked.
+    void remove(frmToolSet *form, int row)
+    {
+        listOf(form)->selectRows({row});
+        run(u"silentdelete"_qs);
+    }
     static ListView *listOf(frmToolSet *window) { return window->findChild<ListView *>(); }
     static ToolListModel *modelOf(frmToolSet *window)
     {
@@ -61,27 +70,31 @@ public:
     }
 
     ToolSetStorage storage;
+    SettingsStore store;
 
 private:
-    SettingsStore m_store;
     Settings m_settings;
-    Printers m_printers;
 
 public:
+    Printers printers;
     mTSM state;
     MDI frame;
 };
 
 namespace Sets {
 
-/// A file with tools of these one-letter names.
+/// A file with tools of these one-letter names. Tool "x" has the location "C:\X" and the help text
+/// "help of x".
 inline bool put(const QString &path, const QString &names, ToolSetStorage &storage)
 {
     CVBATools set(storage);
+    set.setDescription(u"About "_qs + QFileInfo(path).fileName());
     QStringList keys;
     for (const QChar name : names) {
         const auto tool = std::make_shared<CVBATool>();
         tool->Description = name;
+        tool->setLocation(u"C:\\"_qs + name.toUpper());
+        tool->HelpString = u"help of "_qs + name;
         set.Add(tool);
         keys.append(name);
     }
@@ -93,14 +106,13 @@ inline bool put(const QString &path, const QString &names, ToolSetStorage &stora
 inline QString names(const QString &path, ToolSetStorage &storage)
 {
     CVBATools set(storage);
-    QString all = set.Load(path) ? QString() : u"(unreadable)"_qs;
-    for (const ToolPtr &tool : set)
-        all += tool->Description;
-    return all;
+    if (!set.Load(path))
+        return u"(unreadable)"_qs;
+    return SetDump::names(set).join(u' ');
 }
 
 /// All files below a folder that match, in no particular order.
-inline QStringList files(const QString &folder, const QString &pattern)
+inline QStringList files(const QString &folder, const QString &pattern = u"*"_qs)
 {
     QStringList found;
     QDirIterator walk(folder, {pattern}, QDir::Files, QDirIterator::Subdirectories);
