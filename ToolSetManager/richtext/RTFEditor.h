@@ -27,7 +27,8 @@ public:
     void setTextRTF(const QString &rtf); ///< Raises no Change.
     int BorderStyle() const { return rtControl->BorderStyle(); } ///< Of the text box.
     void setBorderStyle(int style) { rtControl->setBorderStyle(style); }
-    /// Twips. 0 sets the automatic margin, the box's width less 60; any other value that margin.
+    /// Twips. 0 sets the automatic margin, as it is at first: the box's width less 60. Any other
+    /// value sets that margin.
     /// Kept: an automatic margin reads back as what it is, a set one as 0.
     int RightMargin() const;
     void setRightMargin(int twips);
@@ -142,6 +143,6 @@ private:
     QHash<QString, QIcon> m_images;
     bool m_changed = false; ///< Change is due.
     bool m_synchronising = false; ///< The boxes follow the selection: they must not write to it.
-    bool m_automaticMargin = false;
+    bool m_automaticMargin = true;
     bool m_userMode = true;
 };

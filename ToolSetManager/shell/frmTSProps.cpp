@@ -40,7 +40,6 @@ frmTSProps::frmTSProps(QWidget *parent)
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     lbl->setBuddy(txtDescription);
     Label1->setBuddy(rtf);
-    rtf->setRightMargin(0);
 
     cmdOK->setDefault(true);
     connect(cmdOK, &QPushButton::clicked, this, &frmTSProps::cmdOK_Click);

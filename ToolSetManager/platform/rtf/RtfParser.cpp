@@ -2,7 +2,6 @@
 
 #include "platform/rtf/RtfGroup.h"
 
-#include <QFont>
 #include <QTextDocument>
 
 namespace {
@@ -29,7 +28,7 @@ RtfParser::RtfParser(const RtfReader &options, QByteArrayView bytes, QTextDocume
     , m_document(document)
     , m_tokenizer(bytes)
     , m_builder(document)
-    , m_documentPage(options.defaultCodePage)
+    , m_formats(m_builder, document, options.defaultCodePage)
     , m_pictureMemory(pictureBudget(options, bytes.size()))
 {
 }
@@ -218,7 +217,7 @@ void RtfParser::unicode(int number)
         character(QChar::lowSurrogate(code));
     } else if (number > 0 && number <= 0xFFFF) {
         // Symbol fonts are also written with its bytes in the range for private use.
-        const RtfFont *font = currentFont();
+        const RtfFont *font = m_formats.font(m_state.characters);
         if ((number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20 && font
             && RtfCharset::isSymbolFont(font->family)) {
             const RtfCharset symbols(RtfCharset::fontPage(font->family));
@@ -278,48 +277,17 @@ void RtfParser::closeRun()
         m_lastTextFormat = m_format;
 }
 
-const RtfFont *RtfParser::currentFont() const
-{
-    const int number = m_state.characters.font;
-    return m_fonts.find(number == RtfCharState::noFont ? m_defaultFont : number);
-}
-
 const RtfCharset &RtfParser::charset()
 {
-    if (!m_charset) {
-        const RtfFont *font = currentFont();
-        const int page = font ? font->codePage : m_documentPage;
-        auto &entry = m_charsets[page];
-        if (!entry)
-            entry = std::make_shared<const RtfCharset>(page);
-        m_charset = entry.get();
-    }
+    if (!m_charset)
+        m_charset = &m_formats.charset(m_state.characters);
     return *m_charset;
 }
 
 int RtfParser::currentFormat()
 {
-    if (m_format >= 0)
-        return m_format;
-    const RtfCharState &state = m_state.characters;
-    const auto [entry, isNew] = m_formats.try_emplace(state, 0);
-    if (isNew) {
-        RtfCharStyle style;
-        const RtfFont *font = currentFont();
-        style.family = font ? font->family : m_document.defaultFont().family();
-        style.halfPoints = state.halfPoints;
-        style.offset = state.offset;
-        style.flags = state.flags;
-        style.colour = m_colours.find(state.colour);
-        if (state.background > 0) // 0 is "none", whatever the table says
-            style.background = m_colours.find(state.background);
-        // States that differ in the charset alone look the same and make one run.
-        auto &number = m_styles[style];
-        if (number == 0)
-            number = m_builder.addFormat(style.toFormat()) + 1;
-        entry->second = number - 1;
-    }
-    m_format = entry->second;
+    if (m_format < 0)
+        m_format = m_formats.format(m_state.characters);
     return m_format;
 }
 
@@ -404,17 +372,17 @@ void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
     switch (keyword.word) {
     case RtfWord::AnsiCodePage:
         if (token.parameter > 0)
-            m_documentPage = token.parameter;
+            m_formats.setDocumentPage(token.parameter);
         break;
     case RtfWord::CodePage:
-        m_documentPage = keyword.value;
+        m_formats.setDocumentPage(keyword.value);
         break;
     case RtfWord::DefaultTab:
         if (const int twips = RtfParagraphStyle::bounded(token.parameter); twips > 0)
             RtfParagraphStyle::setDefaultTab(m_document, twips);
         break;
     case RtfWord::DefaultFont:
-        m_defaultFont = token.parameter;
+        m_formats.setDefaultFont(token.parameter);
         break;
     default:
         break;
@@ -426,13 +394,11 @@ void RtfParser::groupWord(RtfKeyword keyword)
     decodePending();
     switch (keyword.word) {
     case RtfWord::FontTable:
-        m_fonts.read(m_tokenizer, m_documentPage);
-        m_formats.clear();
+        m_formats.readFonts(m_tokenizer);
         closeGroup();
         break;
     case RtfWord::ColourTable:
-        m_colours.read(m_tokenizer);
-        m_formats.clear();
+        m_formats.readColours(m_tokenizer);
         closeGroup();
         break;
     case RtfWord::ListTable:
@@ -513,7 +479,7 @@ RtfParagraphStyle RtfParser::paragraphStyle() const
 
 void RtfParser::endParagraph()
 {
-    addParagraph(m_state.inTable && !m_cellEdges.empty() ? rowStyle() : paragraphStyle());
+    addParagraph(m_state.inTable && m_row.hasCells() ? m_row.style() : paragraphStyle());
 }
 
 void RtfParser::addParagraph(const RtfParagraphStyle &style)
@@ -542,21 +508,6 @@ void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
     case RtfWord::InTable:
         change().inTable = !token.hasParameter || token.parameter != 0;
         break;
-    case RtfWord::RowDefaults:
-        m_cellEdges.clear();
-        m_rowLeft = 0;
-        m_rowGap = 0;
-        break;
-    case RtfWord::RowLeft:
-        m_rowLeft = RtfParagraphStyle::bounded(token.parameter);
-        break;
-    case RtfWord::RowGap:
-        m_rowGap = RtfParagraphStyle::bounded(token.parameter);
-        break;
-    case RtfWord::CellEdge:
-        if (m_cellEdges.size() < RtfParagraphStyle::maximumTabs)
-            m_cellEdges.push_back(RtfParagraphStyle::bounded(token.parameter));
-        break;
     case RtfWord::Cell:
     case RtfWord::NestedCell:
         character(u'\t');
@@ -572,6 +523,7 @@ void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
         readNestedTableProperties();
         break;
     default:
+        m_row.apply(keyword, token);
         break;
     }
 }
@@ -580,19 +532,7 @@ void RtfParser::endRow()
 {
     if (m_cellEnded)
         m_line.chop(1); // tabs stand between cells, not behind the last
-    addParagraph(rowStyle());
-}
-
-RtfParagraphStyle RtfParser::rowStyle() const
-{
-    RtfParagraphStyle style;
-    style.leftIndent = qMax(0, RtfParagraphStyle::bounded(m_rowLeft + m_rowGap));
-    for (size_t i = 0; i + 1 < m_cellEdges.size(); ++i) {
-        const int position = RtfParagraphStyle::bounded(m_cellEdges[i] + m_rowGap);
-        if (style.tabs.isEmpty() || position > style.tabs.last().position)
-            style.tabs.append({position, RtfTab::Left});
-    }
-    return style;
+    addParagraph(m_row.style());
 }
 
 void RtfParser::endNestedRow()

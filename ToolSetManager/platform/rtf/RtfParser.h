@@ -1,18 +1,18 @@
 #pragma once
 
 #include "platform/rtf/RtfBuilder.h"
-#include "platform/rtf/RtfCharset.h"
+#include "platform/rtf/RtfFormats.h"
 #include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfPicture.h"
 #include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfRow.h"
 #include "platform/rtf/RtfState.h"
 #include "platform/rtf/RtfTables.h"
 #include "platform/rtf/RtfTokenizer.h"
 
 #include <QHash>
 
-#include <memory>
-#include <unordered_map>
+#include <vector>
 
 /// One run of the reader over one text: the state between tokens. The stack of states is on the
 /// heap, and a group that changes nothing takes no room on it.
@@ -59,14 +59,12 @@ private:
     void decodePending();
     void closeRun();
     const RtfCharset &charset();
-    const RtfFont *currentFont() const;
     int currentFormat();
     RtfLine &line() { return m_state.oldListText ? m_label : m_line; }
 
     // --- Paragraphs ---
     void endParagraph();
     RtfParagraphStyle paragraphStyle() const;
-    RtfParagraphStyle rowStyle() const;
     void addParagraph(const RtfParagraphStyle &style);
     void endRow();
     void endNestedRow();
@@ -92,12 +90,8 @@ private:
     bool m_pageBreak = false; ///< The next paragraph starts a page.
 
     // --- Document ---
-    int m_documentPage;
-    int m_defaultFont = 0;
-    RtfFontTable m_fonts;
-    RtfColourTable m_colours;
+    RtfFormats m_formats;
     RtfListTable m_lists;
-    QHash<int, std::shared_ptr<const RtfCharset>> m_charsets; ///< By code page.
 
     // --- Text ---
     RtfLine m_line;
@@ -107,13 +101,9 @@ private:
     const RtfCharset *m_charset = nullptr; ///< Of the current font; null when not looked up.
     int m_format = -1; ///< Of the current state; -1 when not looked up.
     int m_lastTextFormat = -1; ///< Of the current paragraph's last text.
-    std::unordered_map<RtfCharState, int, RtfCharState::Hash> m_formats;
-    QHash<RtfCharStyle, int> m_styles; ///< Format number plus 1.
 
     // --- Tables ---
-    std::vector<int> m_cellEdges;
-    int m_rowLeft = 0;
-    int m_rowGap = 0;
+    RtfRow m_row;
     bool m_cellEnded = false; ///< The line's last character is the tab of the last cell.
 
     // --- Pictures ---
