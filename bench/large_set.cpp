@@ -2,7 +2,7 @@
 // Prints how long each step took until it was painted, and how long the windows did not react
 // meanwhile without showing the hourglass. To be run on a display: xvfb-run bench/.../large_set
 
-#include "safety/Program.h"
+#include "support/Program.h"
 #include "support/SampleSet.h"
 
 #include <QApplication>
@@ -98,7 +98,9 @@ int main(int argc, char *argv[])
     const QString path = samples.file(count);
     Program program(samples.path(u"home"_qs));
     program.storage.snapshotDelay = std::chrono::seconds(2);
-    QCoreApplication::processEvents();
+    program.frame.activateWindow();
+    if (!QTest::qWaitForWindowActive(&program.frame))
+        std::puts("without the focus: keys do nothing");
     startTicking();
     std::printf("| step | ms | longest without hourglass, ms |\n|---|---:|---:|\n");
 
@@ -137,12 +139,31 @@ int main(int argc, char *argv[])
     });
     measure("move it to the end", program,
         [=] { QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier); });
+    if (list->selectedRows().value(0) != count - count / 10)
+        std::puts("not moved");
     const auto wait = [] { QTest::qWait(6000); };
     measure("snapshot written meanwhile", program, wait, Step::Many);
     measure("delete it", program, [&] { program.frame.setAction(u"silentdelete"_qs); });
     measure("show as a list", program, [&] { program.frame.setAction(u"list"_qs); });
     measure("save", program, [&] { program.frame.setAction(u"save"_qs); });
     std::printf("%d tools left\n", model->rowCount());
+    measure("copy all", program, [&] {
+        list->currentView()->selectAll();
+        program.frame.setAction(u"copy"_qs);
+    });
+    measure("paste them into a new set", program, [&] {
+        program.frame.setAction(u"newtoolset"_qs);
+        program.frame.setAction(u"paste"_qs);
+    });
+    std::printf("%d tools pasted\n", Program::modelOf(program.window())->rowCount());
+    QTimer no;
+    QObject::connect(&no, &QTimer::timeout, [] {
+        if (auto *question = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            question->button(QMessageBox::No)->click();
+    });
+    no.start(10);
+    measure("close that", program, [&] { program.window()->parentWidget()->close(); });
+    no.stop();
     measure("close", program, [=] { window->parentWidget()->close(); });
 
     const QString small = samples.file(100);

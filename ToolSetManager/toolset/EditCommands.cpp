@@ -68,6 +68,7 @@ void EditCommands::sortByPosition()
 
 void EditCommands::fillClipboard(bool ghosted)
 {
+    const Hourglass hourglass;
     const QList<int> rows = m_list.selectedRows();
     auto tools = std::make_unique<CVBATools>(m_storage);
     // Without a new name for any of them: the clipboard holds the source's own tools, whose names

@@ -73,9 +73,23 @@ QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIn
     const int margin =
         option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
     const QSize icon = m_owner->listView()->iconSize();
-    const int text = option.fontMetrics.horizontalAdvance(index.data(Qt::DisplayRole).toString());
+    const int text = widthOf(index.data(Qt::DisplayRole).toString(), option);
     return {qMin(icon.width() + text + 6 * margin, longest),
         qMax(icon.height(), option.fontMetrics.height()) + 2};
+}
+
+int LabelDelegate::widthOf(const QString &text, const QStyleOptionViewItem &option) const
+{
+    // The view asks for every label again whenever the selection changes.
+    constexpr qsizetype most = 500000;
+    if (m_widthFont != option.font || m_widths.size() >= most) {
+        m_widths.clear();
+        m_widthFont = option.font;
+    }
+    int &width = m_widths[text];
+    if (width == 0)
+        width = option.fontMetrics.horizontalAdvance(text);
+    return width;
 }
 
 void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const

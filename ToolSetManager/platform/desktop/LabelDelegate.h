@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QFont>
+#include <QHash>
 #include <QPointer>
 #include <QStyledItemDelegate>
 
@@ -30,6 +32,10 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
+    int widthOf(const QString &text, const QStyleOptionViewItem &option) const;
+
     ListView *m_owner;
     mutable QPointer<QWidget> m_editor;
+    mutable QFont m_widthFont; ///< What the widths belong to.
+    mutable QHash<QString, int> m_widths; ///< Of the list view's labels, in logical pixels.
 };
