@@ -4,7 +4,7 @@
 //
 //   doc CAPTION|DIGEST   a window, once everything that was offered has been recovered
 //   ready                the edits begin
-//   state DOC N DIGEST   document DOC ("file" or "untitled") shows its Nth state
+//   state DOC N DIGEST   document DOC ("file" or "untitledN") shows its Nth state
 //   aged DOC N           that state has been on the screen for some time
 //   saving DIGEST        the command to save it is given
 //   saved DIGEST         it has been carried out
@@ -149,7 +149,7 @@ private:
     {
         frmToolSet *opened = nullptr;
         Document file {"file", nullptr};
-        Document untitled {"untitled", nullptr};
+        Document untitled {"untitled0", nullptr};
         const auto documents = m_frame->openDocuments();
         for (DocumentWindow *document : documents) {
             auto *window = static_cast<frmToolSet *>(document);
@@ -325,7 +325,9 @@ private:
             if (document->Caption().startsWith(u"Untitled"_qs) && !m_documents[1].window) {
                 // A number of its own, as the next program would give it.
                 document->setCaption(u"Untitled 1"_qs);
-                m_documents[1] = {"untitled", static_cast<frmToolSet *>(document)};
+                // A name of its own: what the one before has shown may still be about to age.
+                m_documents[1] = {"untitled" + QByteArray::number(++m_untitled),
+                    static_cast<frmToolSet *>(document)};
             }
         }
     }
@@ -400,7 +402,8 @@ private:
     QTimer *m_tick;
     QPointer<MDI> m_frame;
     Phase m_phase = Opening;
-    QList<Document> m_documents; ///< "file" and "untitled"; the second may have no window.
+    QList<Document> m_documents; ///< "file" and "untitledN"; the second may have no window.
+    int m_untitled = 0;
     QString m_path;
     const int m_delay = qEnvironmentVariableIntValue("HAND_DELAY");
     const bool m_edits = qEnvironmentVariableIntValue("HAND_EDITS") != 0;

@@ -176,10 +176,7 @@ private:
         } else if (word == "ready") {
             run.ready = true;
         } else if (word == "state") {
-            Shown &shown = run.shown[rest[0]];
-            if (rest[1] == "0") // another untitled set
-                shown = {};
-            shown.states.append(rest[2]);
+            run.shown[rest[0]].states.append(rest[2]);
         } else if (word == "aged") {
             Shown &shown = run.shown[rest[0]];
             if (rest[1].toInt() < shown.states.size())
