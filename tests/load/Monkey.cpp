@@ -3,28 +3,11 @@
 #include "platform/desktop/Toolbar.h"
 #include "safety/SetDigest.h"
 #include "shell/CommandTable.h"
+#include "support/Answers.h"
 #include "support/TestDrag.h"
 #include "toolset/ToolSetMenus.h"
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QEventLoop>
-#include <QFileDialog>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListView>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QSet>
-#include <QTabBar>
-#include <QTreeView>
-#include <QWindow>
+#include <QtWidgets>
 
 namespace {
 
@@ -350,9 +333,7 @@ void Monkey::answerFile(QFileDialog *dialog)
         return;
     }
     tell(dialog->windowTitle() + u" "_qs + path);
-    dialog->findChild<QListView *>(u"listView"_qs)->clearSelection();
-    dialog->findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(path);
-    QMetaObject::invokeMethod(dialog, "accept");
+    Answers::choose(dialog, path);
 }
 
 /// Uses any one control.

@@ -4,14 +4,7 @@
 #include "support/TestRunner.h"
 #include "toolset/ToolSetMenus.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QDialog>
-#include <QLineEdit>
-#include <QPixmapCache>
-#include <QPushButton>
-#include <QTemporaryDir>
-#include <QTimer>
+#include <QtWidgets>
 
 #include <malloc.h>
 

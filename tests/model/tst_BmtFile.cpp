@@ -7,12 +7,8 @@
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -224,22 +220,22 @@ private Q_SLOTS:
             QTest::newRow(what) << head + before.bytes() + tool.bytes()
                                 << head + after.bytes() + tool.bytes() << 1252;
         };
+        row("blanks are trimmed",
+            {.name = "  first ",
+                .location = " a ",
+                .hotkey = " b",
+                .appName16 = "c ",
+                .commandLine = "  ",
+                .appName32 = " d e ",
+                .picture = tool.picture},
+            {.name = "first",
+                .location = "a",
+                .hotkey = "b",
+                .appName16 = "c",
+                .appName32 = "d e",
+                .picture = tool.picture});
         Fields before = tool;
         Fields after = tool;
-        before.name = "  first ";
-        before.location = " a ";
-        before.hotkey = " b";
-        before.appName16 = "c ";
-        before.commandLine = "  ";
-        before.appName32 = " d e ";
-        after.name = "first";
-        after.location = "a";
-        after.hotkey = "b";
-        after.appName16 = "c";
-        after.commandLine = "";
-        after.appName32 = "d e";
-        row("blanks are trimmed", before, after);
-        before = after = tool;
         before.name = after.name = "\tfirst\xA0";
         before.location = after.location = "\n";
         row("other white space is kept", before, after);
@@ -296,14 +292,11 @@ private Q_SLOTS:
 
     void cutOffAnywhere()
     {
-        Fields tool;
-        tool.help = "help";
-        tool.picture = pictureField(onePixel);
         QByteArray file = header(2, 140, 0, "long", "short");
         QList<qsizetype> ends;
         for (const char *name : {"first", "second", "third"}) {
-            tool.name = name;
-            file += tool.bytes();
+            file +=
+                Fields {.name = name, .help = "help", .picture = pictureField(onePixel)}.bytes();
             ends.append(file.size());
         }
         for (qsizetype length = 0; length <= file.size(); ++length) {
@@ -343,7 +336,8 @@ private Q_SLOTS:
         row("-1 elements", word(1) + extent(0xFFFFFFFF) + bitmap, false, false);
         row("the most elements", word(1) + extent(0x7FFFFFFF) + bitmap, false, false);
         row("the fewest elements", word(1) + extent(0x80000000) + bitmap, false, false);
-        row("-1 times -1 elements", word(2) + extent(0xFFFFFFFF).repeated(2) + bitmap, false, false);
+        row("-1 times -1 elements", word(2) + extent(0xFFFFFFFF).repeated(2) + bitmap, false,
+            false);
         row("a product beyond 64 bits", word(4) + extent(0x7FFFFFFF).repeated(4) + bitmap, false,
             false);
     }
@@ -487,51 +481,44 @@ private Q_SLOTS:
         QCOMPARE(scratch(), onePixel + '\0'); // nothing of the larger picture is left behind it
     }
 
-    void unstorable_data()
-    {
-        // field: -1 and -2: the descriptions of the set.
-        columns<int, QString, QStringList>();
-        const QString tooLong(65536, u'x');
-        for (int i = 0; i < toolTexts.size(); ++i) {
-            const char *name = toolTexts[i].first;
-            const QString field = QString::fromLatin1(name);
-            QTest::addRow("a character of another script in the %s", name)
-                << i << u"a€ж"_qs
-                << QStringList {field, u"ж"_qs, i == 0 ? u"a€ж"_qs : u"\"Mine\""_qs};
-            if (i > 0) {
-                QTest::addRow("65,536 characters in the %s", name)
-                    << i << tooLong << QStringList {field, u"\"Mine\""_qs, u"65,536"_qs};
-            }
-        }
-        QTest::newRow("a pair of surrogates")
-            << 1 << u"\U0001F600"_qs << QStringList {u"\U0001F600"_qs};
-        QTest::newRow("the set's description")
-            << -1 << u"ж"_qs << QStringList {u"description of the tool set"_qs};
-        QTest::newRow("the set's long description")
-            << -2 << tooLong << QStringList {u"long description of the tool set"_qs};
-    }
-
     void unstorable()
     {
-        const auto [field, value, mentioned] = row<int, QString, QStringList>();
+        struct Case
+        {
+            int field; ///< -1 and -2: the descriptions of the set.
+            QString value;
+            QStringList mentioned;
+        };
+        const QString tooLong(65536, u'x');
+        QList<Case> cases {{1, u"\U0001F600"_qs, {u"\U0001F600"_qs}},
+            {-1, u"ж"_qs, {u"description of the tool set"_qs}},
+            {-2, tooLong, {u"long description of the tool set"_qs}},
+            {0, u"a€ж"_qs, {u"name"_qs, u"ж"_qs, u"a€ж"_qs}}};
+        for (int i = 1; i < toolTexts.size(); ++i) {
+            const QString field = QString::fromLatin1(toolTexts[i].first);
+            cases.append({i, u"a€ж"_qs, {field, u"ж"_qs, u"\"Mine\""_qs}});
+            cases.append({i, tooLong, {field, u"\"Mine\""_qs, u"65,536"_qs}});
+        }
         QVERIFY(put(path(), "former"));
-        CVBATools set(*m_storage);
-        const auto tool = std::make_shared<CVBATool>();
-        tool->Description = u"Mine"_qs;
-        if (field == -1)
-            set.setDescription(value);
-        else if (field == -2)
-            set.setLongDescription(value);
-        else
-            *tool.*toolTexts[field].second = value;
-        QVERIFY(set.Add(tool));
-        QVERIFY(!save(set));
-        for (const QString &part : std::as_const(mentioned))
-            QVERIFY2(
-                set.ErrorDescription.contains(part), qPrintable(set.ErrorDescription.left(300)));
-        QCOMPARE(contentOf(path()), QByteArray("former"));
-        QVERIFY(backups().isEmpty());
-        QCOMPARE(set.ToolSetName, QString());
+        for (const auto &[field, value, mentioned] : cases) {
+            CVBATools set(*m_storage);
+            const auto tool = std::make_shared<CVBATool>();
+            tool->Description = u"Mine"_qs;
+            if (field == -1)
+                set.setDescription(value);
+            else if (field == -2)
+                set.setLongDescription(value);
+            else
+                *tool.*toolTexts[field].second = value;
+            QVERIFY(set.Add(tool));
+            QVERIFY(!save(set));
+            for (const QString &part : mentioned)
+                QVERIFY2(set.ErrorDescription.contains(part),
+                    qPrintable(set.ErrorDescription.left(300)));
+            QCOMPARE(contentOf(path()), QByteArray("former"));
+            QVERIFY(backups().isEmpty());
+            QCOMPARE(set.ToolSetName, QString());
+        }
     }
 
     void longestTexts()

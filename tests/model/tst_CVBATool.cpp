@@ -1,8 +1,6 @@
 #include "model/CVBATool.h"
-#include "support/Rows.h"
-#include "support/TestRunner.h"
 
-#include <QTest>
+#include "support/TestRunner.h"
 
 class CVBATool_test : public QObject
 {
@@ -21,35 +19,26 @@ private Q_SLOTS:
         QCOMPARE(tool.Location(), u"c:\\y.exe"_qs);
     }
 
-    void switches_data()
-    {
-        rows<int, int, bool, int>({
-            {"toolbar off", 31, 1, false, 30},
-            {"toolbar on", 0, 1, true, 1},
-            {"list off leaves the unknown bits", 0x7FFF, 2, false, 0x7FFD},
-            {"list on leaves the sign bit", -32768, 2, true, -32766},
-            {"out of process on", 0, 16, true, 16},
-            {"out of process off", -1, 16, false, -17},
-        });
-    }
-
     void switches()
     {
-        const auto [before, which, on, after] = row<int, int, bool, int>();
-        CVBATool tool;
-        tool.AccessOptions = static_cast<qint16>(before);
-        if (which == 1)
-            tool.setIntoolBar(on);
-        else if (which == 2)
-            tool.setInList(on);
-        else
-            tool.setRunOutOfProcess(on);
-        QCOMPARE(int(tool.AccessOptions), after);
-        QCOMPARE(tool.IntoolBar(), (after & 1) != 0);
-        QCOMPARE(tool.InList(), (after & 2) != 0);
-        QCOMPARE(tool.UseHotKey(), (after & 4) != 0);
-        QCOMPARE(tool.EnableVBEvents(), (after & 8) != 0);
-        QCOMPARE(tool.RunOutOfProcess(), (after & 16) != 0);
+        const std::tuple<int, void (CVBATool::*)(bool), bool, int> rows[] = {
+            {31, &CVBATool::setIntoolBar, false, 30},
+            {0, &CVBATool::setIntoolBar, true, 1},
+            {0x7FFF, &CVBATool::setInList, false, 0x7FFD}, // the unknown bits stay
+            {-32768, &CVBATool::setInList, true, -32766},
+            {0, &CVBATool::setRunOutOfProcess, true, 16},
+            {-1, &CVBATool::setRunOutOfProcess, false, -17},
+        };
+        for (const auto &[before, set, on, after] : rows) {
+            CVBATool tool;
+            tool.AccessOptions = static_cast<qint16>(before);
+            (tool.*set)(on);
+            QCOMPARE(int(tool.AccessOptions), after);
+            const bool switches[] = {tool.IntoolBar(), tool.InList(), tool.UseHotKey(),
+                tool.EnableVBEvents(), tool.RunOutOfProcess()};
+            for (int bit = 0; bit < 5; ++bit)
+                QCOMPARE(switches[bit], (after >> bit & 1) != 0);
+        }
     }
 
     void truthValues()

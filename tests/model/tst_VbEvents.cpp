@@ -2,7 +2,6 @@
 #include "support/TestRunner.h"
 
 #include <QSet>
-#include <QTest>
 
 using VbEvents::text;
 

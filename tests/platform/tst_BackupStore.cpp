@@ -3,11 +3,7 @@
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 
 using Files::contentOf;
 using Files::put;

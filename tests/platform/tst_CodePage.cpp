@@ -1,9 +1,8 @@
 #include "platform/text/CodePage.h"
-#include "support/Rows.h"
+
 #include "support/TestRunner.h"
 
 #include <QSet>
-#include <QTest>
 
 class CodePage_test : public QObject
 {
@@ -27,49 +26,37 @@ private Q_SLOTS:
         }
     }
 
-    void knownCharacters_data()
-    {
-        rows<int, QByteArray, QString>({
-            {"Thai", 874, QByteArray("\x80\xA1\xFB"), u"\u20AC\u0E01\u0E5B"_qs},
-            {"Central European", 1250, QByteArray("\x8A\xB9\xF5"), u"Šąő"_qs},
-            {"Cyrillic", 1251, QByteArray("\xC0\xFF\xB8"), u"Аяё"_qs},
-            {"Western", 1252, QByteArray("\x80\x9F\xE9"), u"€Ÿé"_qs},
-            {"Greek", 1253, QByteArray("\xC1\xF9\xA2"), u"ΑωΆ"_qs},
-            {"Turkish", 1254, QByteArray("\xDD\xFE\xD0"), u"İşĞ"_qs},
-            {"Hebrew", 1255, QByteArray("\xE0\xA4\xFA"), u"\u05D0\u20AA\u05EA"_qs},
-            {"Arabic", 1256, QByteArray("\xC7\x81\xA1"), u"\u0627\u067E\u060C"_qs},
-            {"Baltic", 1257, QByteArray("\xC0\xF0\xFE"), u"Ąšž"_qs},
-            {"Vietnamese", 1258, QByteArray("\xD0\xFE\xCC"), u"Đ₫\u0300"_qs},
-            {"an unknown number is Western", 437, QByteArray("\x80"), u"€"_qs},
-        });
-    }
-
     void knownCharacters()
     {
-        const auto [number, bytes, text] = row<int, QByteArray, QString>();
-        const CodePage codePage(number);
-        QCOMPARE(codePage.decode(bytes), text);
-        QVERIFY(codePage.encode(text) == bytes);
-    }
-
-    void refusing_data()
-    {
-        rows<QString, int, QByteArray>({
-            {"another script", u"€ ж!"_qs, 2, QByteArray("\x80 ?!")},
-            {"a pair of surrogates is one character", u"a\U0001F600b"_qs, 1, QByteArray("a?b")},
-            {"at the very start", u"жaж"_qs, 0, QByteArray("?a?")},
-            {"a look-alike is not replaced", u"fi\uFB01"_qs, 2, QByteArray("fi?")},
-            {"behind a null character", u"\0ж"_qs, 1, QByteArray("\0?", 2)},
-        });
+        const std::tuple<int, QByteArray, QString> rows[] = {
+            {874, "\x80\xA1\xFB", u"\u20AC\u0E01\u0E5B"_qs}, {1250, "\x8A\xB9\xF5", u"Šąő"_qs},
+            {1251, "\xC0\xFF\xB8", u"Аяё"_qs}, {1252, "\x80\x9F\xE9", u"€Ÿé"_qs},
+            {1253, "\xC1\xF9\xA2", u"ΑωΆ"_qs}, {1254, "\xDD\xFE\xD0", u"İşĞ"_qs},
+            {1255, "\xE0\xA4\xFA", u"\u05D0\u20AA\u05EA"_qs},
+            {1256, "\xC7\x81\xA1", u"\u0627\u067E\u060C"_qs}, {1257, "\xC0\xF0\xFE", u"Ąšž"_qs},
+            {1258, "\xD0\xFE\xCC", u"Đ₫\u0300"_qs}, {437, "\x80", u"€"_qs}}; // unknown: Western
+        for (const auto &[number, bytes, text] : rows) {
+            const CodePage codePage(number);
+            QCOMPARE(codePage.decode(bytes), text);
+            QVERIFY(codePage.encode(text) == bytes);
+        }
     }
 
     void refusing()
     {
-        const auto [text, index, lossy] = row<QString, int, QByteArray>();
+        const std::tuple<QString, int, QByteArray> rows[] = {
+            {u"€ ж!"_qs, 2, "\x80 ?!"},
+            {u"a\U0001F600b"_qs, 1, "a?b"}, // a pair of surrogates is one character
+            {u"жaж"_qs, 0, "?a?"},
+            {u"fi\uFB01"_qs, 2, "fi?"}, // a look-alike is not replaced
+            {u"\0ж"_qs, 1, QByteArray("\0?", 2)},
+        };
         const CodePage codePage(1252);
-        QVERIFY(!codePage.encode(text));
-        QCOMPARE(codePage.firstUnencodable(text), index);
-        QCOMPARE(codePage.encodeLossy(text), lossy);
+        for (const auto &[text, index, lossy] : rows) {
+            QVERIFY(!codePage.encode(text));
+            QCOMPARE(codePage.firstUnencodable(text), index);
+            QCOMPARE(codePage.encodeLossy(text), lossy);
+        }
     }
 
     void numberForLocale()

@@ -3,8 +3,6 @@
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
-#include <QTest>
-
 using namespace Bytes;
 
 namespace {

@@ -2,7 +2,6 @@
 #include "support/TestRunner.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 namespace {
 

@@ -5,9 +5,6 @@
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
-#include <QTemporaryDir>
-#include <QTest>
-
 using Bytes::dword;
 using Bytes::words;
 

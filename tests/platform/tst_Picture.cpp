@@ -5,7 +5,6 @@
 #include "support/TestRunner.h"
 
 #include <QBuffer>
-#include <QTest>
 
 using Bytes::dword;
 using Bytes::word;

@@ -4,7 +4,6 @@
 #include "support/TestRunner.h"
 
 #include <QBuffer>
-#include <QTest>
 #include <QtEndian>
 
 using ProgramFile::bitmap;

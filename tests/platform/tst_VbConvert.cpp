@@ -2,7 +2,6 @@
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
-#include <QTest>
 #include <QVariant>
 
 namespace {

@@ -1,12 +1,7 @@
 #include "platform/desktop/mFileUtil.h"
 #include "support/Files.h"
-#include "support/Rows.h"
-#include "support/TestRunner.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
+#include "support/TestRunner.h"
 
 class mFileUtil_test : public QObject
 {
@@ -24,33 +19,27 @@ private Q_SLOTS:
         }
     }
 
-    void realSpelling_data()
-    {
-        rows<QString, QString>({
-            {"only one of three folders holds the file", u"TOOLS/DEEP/SET.BMT"_qs,
-                u"tools/Deep/Set.bmt"_qs},
-            {"a folder that matches exactly and does not hold the file", u"Tools/deep/set.bmt"_qs,
-                u"tools/Deep/Set.bmt"_qs},
-            {"the exact spelling first", u"Other/a.bmt"_qs, u"Other/a.bmt"_qs},
-            {"the other exact spelling first", u"Other/A.bmt"_qs, u"Other/A.bmt"_qs},
-            {"letters beyond ASCII", u"OTHER/É X.BMT"_qs, u"Other/é x.bmt"_qs},
-            {"a hidden file", u"OTHER/.HIDDEN.BMT"_qs, u"Other/.Hidden.bmt"_qs},
-            {"a folder up and a double separator", u"TOOLS//../OTHER/A.BMT"_qs, u"Other/A.bmt"_qs},
-            {"a folder with a separator at its end", u"OTHER/"_qs, u"Other"_qs},
-            {"nothing of that name", u"OTHER/B.BMT"_qs, QString()},
-            {"a file in place of a folder", u"OTHER/A.BMT/X"_qs, QString()},
-        });
-    }
-
     void realSpelling()
     {
-        const auto [asked, found] = row<QString, QString>();
+        const std::pair<QString, QString> rows[] = {
+            // Only one of three folders holds the file.
+            {u"TOOLS/DEEP/SET.BMT"_qs, u"tools/Deep/Set.bmt"_qs},
+            {u"Tools/deep/set.bmt"_qs, u"tools/Deep/Set.bmt"_qs},
+            {u"Other/a.bmt"_qs, u"Other/a.bmt"_qs}, // the exact spelling first
+            {u"Other/A.bmt"_qs, u"Other/A.bmt"_qs}, {u"OTHER/É X.BMT"_qs, u"Other/é x.bmt"_qs},
+            {u"OTHER/.HIDDEN.BMT"_qs, u"Other/.Hidden.bmt"_qs},
+            {u"TOOLS//../OTHER/A.BMT"_qs, u"Other/A.bmt"_qs}, {u"OTHER/"_qs, u"Other"_qs},
+            {u"OTHER/B.BMT"_qs, QString()},
+            {u"OTHER/A.BMT/X"_qs, QString()}, // a file in place of a folder
+        };
         const QString top = m_folder.path() + u'/';
-        const QString expected = found.isEmpty() ? found : top + found;
-        QCOMPARE(mFileUtil::RealSpelling(top + asked), expected);
-        QCOMPARE(mFileUtil::RealSpelling(top.toUpper() + asked), expected);
-        QCOMPARE(
-            mFileUtil::RealSpelling(asked), QString()); // from which folder would be anyone's guess
+        for (const auto &[asked, found] : rows) {
+            const QString expected = found.isEmpty() ? found : top + found;
+            QCOMPARE(mFileUtil::RealSpelling(top + asked), expected);
+            QCOMPARE(mFileUtil::RealSpelling(top.toUpper() + asked), expected);
+            // From which folder would be anyone's guess.
+            QCOMPARE(mFileUtil::RealSpelling(asked), QString());
+        }
     }
 
     void usableFolder()

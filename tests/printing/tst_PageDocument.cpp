@@ -4,7 +4,6 @@
 #include "support/TestRunner.h"
 
 #include <QPainter>
-#include <QTest>
 
 using PrintedPages::linesOf;
 

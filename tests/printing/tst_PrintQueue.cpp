@@ -13,7 +13,6 @@
 #include "support/TestRunner.h"
 
 #include <QProcess>
-#include <QTest>
 #include <QWidget>
 
 using PrintedPages::pagesOfPdf;

@@ -8,7 +8,6 @@
 #include "support/TestRunner.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using PrintedPages::linesOf;
 

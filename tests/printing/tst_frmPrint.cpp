@@ -19,8 +19,6 @@
 #include <QPointer>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QTemporaryDir>
-#include <QTest>
 
 using PrintedPages::pagesOfPdf;
 

@@ -1,18 +1,11 @@
 #include "platform/desktop/Toolbar.h"
 #include "richtext/RTFEditor.h"
-#include "support/Rows.h"
+
 #include "support/TestRunner.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QColorDialog>
-#include <QComboBox>
 #include <QPrintDialog>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-#include <QVBoxLayout>
+#include <QtWidgets>
 
 #include <memory>
 
@@ -94,43 +87,28 @@ private Q_SLOTS:
         QCOMPARE(stored.toFloat(), 3000.f);
     }
 
-    void properties_data()
-    {
-        rows<QVariantMap, int, int, bool>({
-            {"nothing stored", QVariantMap(), 1, -1, true},
-            {"stored", QVariantMap {{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}}, 0, 2500,
-                false},
-            {"automatic", QVariantMap {{u"RightMargin"_qs, 0}}, 1, -1, true},
-        });
-    }
-
     void properties()
     {
-        const auto [bag, expectedBorder, boxMargin, automatic] = row<QVariantMap, int, int, bool>();
-        editor->setRightMargin(0);
-        editor->UserControl_ReadProperties(bag);
-        QCOMPARE(editor->BorderStyle(), expectedBorder);
-        QCOMPARE(box->RightMargin(), automatic ? box->widthInTwips() - 60 : boxMargin);
-        QCOMPARE(editor->RightMargin() != 0, automatic);
-    }
-
-    void toolbarFollows_data()
-    {
-        rows<QString, QString>({
-            {"plain", rtf("abcd"), u""_qs},
-            {"all", rtf("\\b\\i\\ul abcd"), u"+bold +italic +underline "_qs},
-            {"mixed", rtf("\\i a\\b b\\ul cd"), u"?bold +italic ?underline "_qs},
-        });
+        const std::tuple<QVariantMap, int, int> rows[] = {
+            // border, margin (0: of the box)
+            {{}, 1, 0},
+            {{{u"BorderStyle"_qs, 0}, {u"RightMargin"_qs, 2500.f}}, 0, 2500},
+            {{{u"RightMargin"_qs, 0}}, 1, 0},
+        };
+        for (const auto &[bag, border, margin] : rows) {
+            editor->setRightMargin(0);
+            editor->UserControl_ReadProperties(bag);
+            QCOMPARE(editor->BorderStyle(), border);
+            QCOMPARE(box->RightMargin(), margin ? margin : box->widthInTwips() - 60);
+            QCOMPARE(editor->RightMargin() != 0, margin == 0);
+        }
     }
 
     void toolbarFollows()
     {
-        const auto [text, state] = row<QString, QString>();
-        editor->setTextRTF(rtf("\\b\\i x\\b0\\i0 y"));
-        select(0, 2);
-        QTRY_VERIFY(editor->isMixed(u"bold"_qs));
-        editor->setTextRTF(text);
-        select(0, 4);
+        const std::pair<QString, QString> rows[] = {{rtf("abcd"), u""_qs},
+            {rtf("\\b\\i\\ul abcd"), u"+bold +italic +underline "_qs},
+            {rtf("\\i a\\b b\\ul cd"), u"?bold +italic ?underline "_qs}};
         const auto shown = [this] {
             QString words;
             for (const char *key : {"bold", "italic", "underline"}) {
@@ -141,8 +119,15 @@ private Q_SLOTS:
             }
             return words;
         };
-        QTRY_COMPARE(shown(), state);
-        QCOMPARE(editor->TextRTF(), text); // following writes nothing
+        for (const auto &[text, state] : rows) {
+            editor->setTextRTF(rtf("\\b\\i x\\b0\\i0 y"));
+            select(0, 2);
+            QTRY_VERIFY(editor->isMixed(u"bold"_qs));
+            editor->setTextRTF(text);
+            select(0, 4);
+            QTRY_COMPARE(shown(), state);
+            QCOMPARE(editor->TextRTF(), text); // following writes nothing
+        }
     }
 
     void mixedButton()
@@ -245,31 +230,30 @@ private Q_SLOTS:
     {
         QDialog dialog;
         auto *inDialog = new RTFEditor(&dialog);
+        auto *ok = new QPushButton(u"OK"_qs, &dialog);
         auto *layout = new QVBoxLayout(&dialog);
         layout->addWidget(inDialog);
-        auto *ok = new QPushButton(u"OK"_qs, &dialog);
-        ok->setDefault(true);
         layout->addWidget(ok);
+        ok->setDefault(true);
         QSignalSpy pressed(ok, &QPushButton::clicked);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         inDialog->setFocus();
         auto *text = inDialog->findChild<RichTextBox *>();
         QVERIFY(text->hasFocus());
-        QTest::keyClicks(text, u"a"_qs);
-        QTest::keyClick(text, Qt::Key_Tab);
-        QTest::keyClick(text, Qt::Key_Return);
-        QTest::keyClick(text, Qt::Key_Enter);
-        QTest::keyClicks(text, u"b"_qs);
+        for (const Qt::Key key : {Qt::Key_A, Qt::Key_Tab, Qt::Key_Return, Qt::Key_Enter, Qt::Key_B})
+            QTest::keyClick(text, key);
         QCOMPARE(text->Text(), u"a\t\n\nb"_qs);
         QVERIFY(text->hasFocus());
         QCOMPARE(pressed.size(), 0);
-        QTest::keyClick(text, Qt::Key_Backtab, Qt::ShiftModifier);
+        const auto back = [] {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        };
+        back();
         QVERIFY(inDialog->findChild<QComboBox *>(u"cboFontSize"_qs)->hasFocus());
         // All of the toolbar can be reached, and Tab from outside leads into the text.
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        for (int i = 0; i < 3; ++i)
+            back();
         auto *toolbar = inDialog->findChild<Toolbar *>();
         QCOMPARE(
             QApplication::focusWidget(), toolbar->widgetForAction(toolbar->button(u"color"_qs)));

@@ -3,15 +3,9 @@
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QMimeData>
 #include <QPrinter>
-#include <QScrollBar>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTextBlock>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>

@@ -4,7 +4,6 @@
 
 #include <QPointer>
 #include <QScrollBar>
-#include <QTest>
 #include <QToolTip>
 
 class frmToolHelp_test : public QObject

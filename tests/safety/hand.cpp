@@ -14,30 +14,16 @@
 // The environment has HAND_SEED, HAND_DELAY (milliseconds from a change to its snapshot; the
 // program's own when empty) and HAND_EDITS (0: closes all windows and the program at once).
 
-#include "model/CVBATools.h"
-#include "platform/desktop/ListView.h"
 #include "platform/desktop/Toolbar.h"
 #include "safety/SetDigest.h"
-#include "shell/MDI.h"
 #include "shell/RecoveryBar.h"
-#include "toolset/ToolListModel.h"
+#include "support/Answers.h"
+#include "support/Program.h"
 #include "toolset/ToolPropertiesLink.h"
 #include "toolset/ToolSetMenus.h"
-#include "toolset/frmToolSet.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QDateTime>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QListView>
-#include <QMessageBox>
-#include <QPointer>
-#include <QPushButton>
-#include <QRandomGenerator>
 #include <QTest>
-#include <QTimer>
+#include <QtWidgets>
 
 #include <cstdio>
 
@@ -89,15 +75,10 @@ private:
     enum Phase { Opening, Recovering, Editing };
 
     int random(int below) { return m_random.bounded(below); }
-    static ListView *listOf(frmToolSet *window) { return window->findChild<ListView *>(); }
-    static ToolListModel *modelOf(frmToolSet *window)
-    {
-        return window->findChild<ToolListModel *>();
-    }
     /// Of what the window shows, with what is typed into its properties dialog.
     static QByteArray digest(frmToolSet *window)
     {
-        QList<ToolPtr> tools = modelOf(window)->toolsInPositionOrder();
+        QList<ToolPtr> tools = Program::modelOf(window)->toolsInPositionOrder();
         const auto *properties = window->findChild<ToolPropertiesLink *>();
         for (ToolPtr &tool : tools) {
             if (tool.get() == properties->editedTool())
@@ -124,24 +105,19 @@ private:
     {
         if (!m_frame || !idle())
             return;
-        switch (m_phase) {
-        case Opening:
-            if (auto *bar = m_frame->findChild<RecoveryBar *>()) {
-                QTest::mouseClick(bar->findChild<QPushButton *>(u"cmdRecover"_qs), Qt::LeftButton);
-            }
+        if (m_phase == Opening) {
+            if (auto *bar = m_frame->findChild<RecoveryBar *>())
+                bar->findChild<QPushButton *>(u"cmdRecover"_qs)->click();
             m_phase = Recovering;
-            break;
-        case Recovering:
+        } else if (m_phase == Recovering) {
             begin();
-            break;
-        case Editing:
+        } else {
             hurrySnapshots();
             observe();
             if (m_edits)
                 edit();
             else
                 end();
-            break;
         }
     }
 
@@ -249,36 +225,36 @@ private:
         Document &document = m_documents[m_documents[1].window && random(4) == 0 ? 1 : 0];
         frmToolSet *window = document.window;
         m_frame->activateDocument(window);
-        ListView *list = listOf(window);
+        ListView *list = Program::listOf(window);
         list->setFocus();
-        const int rows = modelOf(window)->rowCount();
-        if (rows == 0) {
-            press("newtool");
-            return;
-        }
+        const int rows = Program::modelOf(window)->rowCount();
+        if (rows == 0)
+            return press("newtool");
         list->UnselectAll();
         list->setSelectedItem(random(rows));
         const int what = random(100);
-        if (what < 25)
+        if (what < 25) {
             rename(list, text());
-        else if (what < 28)
+        } else if (what < 28) {
             rename(list, u"\u0436"_qs + text()); // no file can hold this
-        else if (what < 40)
-            move(list);
-        else if (what < 50)
-            press(rows > 150 ? "delete" : "newtool");
-        else if (what < 58)
-            press("newtool");
-        else if (what < 70)
+        } else if (what < 40) {
+            constexpr Qt::Key keys[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
+            QTest::keyClick(
+                list->currentView(), keys[random(4)], Qt::ControlModifier | Qt::ShiftModifier);
+        } else if (what < 58) {
+            press(what < 50 && rows > 150 ? "delete" : "newtool");
+        } else if (what < 70) {
             press("toolproperties");
-        else if (what < 78)
-            copyAndPaste();
-        else if (what < 83)
+        } else if (what < 78) {
+            press("copy");
+            press("paste");
+        } else if (what < 83) {
             press("properties");
-        else if (what < 86)
+        } else if (what < 86) {
             closeOrMakeUntitled();
-        else
+        } else {
             save();
+        }
     }
 
     static void rename(ListView *list, const QString &name)
@@ -291,19 +267,6 @@ private:
             line->setText(name); // keyClicks() has ASCII only
             QTest::keyClick(line, Qt::Key_Return);
         }
-    }
-
-    void move(ListView *list)
-    {
-        constexpr Qt::Key keys[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
-        QTest::keyClick(
-            list->currentView(), keys[random(4)], Qt::ControlModifier | Qt::ShiftModifier);
-    }
-
-    void copyAndPaste()
-    {
-        press("copy");
-        press("paste");
     }
 
     void closeOrMakeUntitled()
@@ -338,11 +301,11 @@ private:
         m_frame->activateDocument(window);
         // Names that no file can hold: mostly they are mended first.
         const bool mends = random(8) > 0;
-        for (int row = 0; mends && row < modelOf(window)->rowCount(); ++row) {
-            if (modelOf(window)->toolAt(row)->Description.contains(u'\u0436')) {
-                listOf(window)->UnselectAll();
-                listOf(window)->setSelectedItem(row);
-                rename(listOf(window), text());
+        for (int row = 0; mends && row < Program::modelOf(window)->rowCount(); ++row) {
+            if (Program::modelOf(window)->toolAt(row)->Description.contains(u'\u0436')) {
+                Program::listOf(window)->UnselectAll();
+                Program::listOf(window)->setSelectedItem(row);
+                rename(Program::listOf(window), text());
                 return;
             }
         }
@@ -370,31 +333,27 @@ private:
     void answer(QDialog *dialog)
     {
         if (auto *box = qobject_cast<QMessageBox *>(dialog)) {
-            const QString asked = box->text();
-            m_saveFailed = m_saveFailed || asked.startsWith(u"Error saving"_qs);
-            const bool lettingGo = asked.startsWith(u"Save changes to"_qs);
+            m_saveFailed = m_saveFailed || box->text().startsWith(u"Error saving"_qs);
+            const bool lettingGo = box->text().startsWith(u"Save changes to"_qs);
             QAbstractButton *button = box->button(lettingGo ? QMessageBox::No : QMessageBox::Yes);
-            (button ? button : box->button(QMessageBox::Ok))->click();
-        } else if (auto *files = qobject_cast<QFileDialog *>(dialog)) {
-            files->findChild<QListView *>(u"listView"_qs)->clearSelection();
-            files->findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(m_path);
-            QMetaObject::invokeMethod(files, "accept");
+            return (button ? button : box->button(QMessageBox::Ok))->click();
+        }
+        if (auto *files = qobject_cast<QFileDialog *>(dialog))
+            return Answers::choose(files, m_path);
+        auto *line = dialog->findChild<QLineEdit *>(
+            random(2) == 0 ? u"txtDescription"_qs : u"txtLocation"_qs);
+        if (!line)
+            line = dialog->findChild<QLineEdit *>(u"txtDescription"_qs);
+        line->selectAll();
+        QTest::keyClicks(line, text());
+        auto *ok = dialog->findChild<QPushButton *>(u"cmdOK"_qs);
+        if (line->isVisible() && dialog->objectName() == u"frmToolProps"_qs && random(3) == 0) {
+            // What is typed and not applied yet is on the screen, too.
+            hurrySnapshots();
+            observe();
+            QTimer::singleShot(random(8 * m_delay + 10), ok, &QPushButton::click);
         } else {
-            const QString field = random(2) == 0 ? u"txtDescription"_qs : u"txtLocation"_qs;
-            auto *line = dialog->findChild<QLineEdit *>(field);
-            if (!line)
-                line = dialog->findChild<QLineEdit *>(u"txtDescription"_qs);
-            line->selectAll();
-            QTest::keyClicks(line, text());
-            auto *ok = dialog->findChild<QPushButton *>(u"cmdOK"_qs);
-            if (line->isVisible() && dialog->objectName() == u"frmToolProps"_qs && random(3) == 0) {
-                // What is typed and not applied yet is on the screen, too.
-                hurrySnapshots();
-                observe();
-                QTimer::singleShot(random(8 * m_delay + 10), ok, &QPushButton::click);
-            } else {
-                ok->click();
-            }
+            ok->click();
         }
     }
 

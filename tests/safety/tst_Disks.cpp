@@ -8,7 +8,6 @@
 #include <QProcess>
 #include <QScopeGuard>
 #include <QStorageInfo>
-#include <QTemporaryDir>
 
 #include <sched.h>
 #include <sys/mount.h>

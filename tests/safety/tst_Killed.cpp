@@ -2,13 +2,7 @@
 #include "support/Program.h"
 #include "support/TestRunner.h"
 
-#include <QDirIterator>
-#include <QElapsedTimer>
-#include <QMap>
-#include <QProcess>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtCore>
 
 /// Ends the program (SIGKILL) at random moments while a hand (hand.cpp) works in it, and looks
 /// whether the next start still has what had been on the screen.

@@ -13,7 +13,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 
 /// What is kept of unsaved changes, and how it comes back.
 
@@ -234,8 +233,7 @@ private Q_SLOTS:
         QString proposed;
         answers.dialog(u"QFileDialog"_qs, [&](QDialog *dialog) {
             proposed = dialog->findChild<QLineEdit *>(u"fileNameEdit"_qs)->text();
-            dialog->findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(path(u"b.bmt"_qs));
-            QMetaObject::invokeMethod(dialog, "accept");
+            Answers::choose(qobject_cast<QFileDialog *>(dialog), path(u"b.bmt"_qs));
         });
         program.run(u"save"_qs);
         QCOMPARE(proposed, u"Recovered - a.bmt"_qs);

@@ -1,11 +1,10 @@
 #include "platform/desktop/SettingsStore.h"
 #include "shell/CFileList.h"
-#include "support/Rows.h"
+
 #include "support/TestRunner.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 static const QString application = u"VB Quillon For VB5"_qs;
 static const QString section = u"FileList"_qs;
@@ -23,27 +22,24 @@ class CFileList_test : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void adding_data()
-    {
-        rows<QString, QString>({
-            {"the last one comes first, in upper case", u"/a /b"_qs, u"/B /A"_qs},
-            {"an old one moves to the front", u"/a /b /a"_qs, u"/A /B"_qs},
-            {"letter case does not matter", u"/a /b /A"_qs, u"/A /B"_qs},
-            {"the fifth drops the oldest", u"/a /b /c /d /e"_qs, u"/E /D /C /B"_qs},
-            {"the only one, again", u"/a /a"_qs, u"/A"_qs},
-        });
-    }
-
     void adding()
     {
-        const auto [added, expected] = row<QString, QString>();
-        CFileList files;
-        QSignalSpy raised(&files, &CFileList::FileAdded);
-        const QStringList paths = added.split(u' ');
-        for (const QString &path : paths)
-            files.Add(path);
-        QCOMPARE(text(files), expected);
-        QCOMPARE(raised.size(), paths.size());
+        const std::pair<QString, QString> rows[] = {
+            {u"/a /b"_qs, u"/B /A"_qs}, // the last one comes first, in upper case
+            {u"/a /b /a"_qs, u"/A /B"_qs},
+            {u"/a /b /A"_qs, u"/A /B"_qs},
+            {u"/a /b /c /d /e"_qs, u"/E /D /C /B"_qs}, // the fifth drops the oldest
+            {u"/a /a"_qs, u"/A"_qs},
+        };
+        for (const auto &[added, expected] : rows) {
+            CFileList files;
+            QSignalSpy raised(&files, &CFileList::FileAdded);
+            const QStringList paths = added.split(u' ');
+            for (const QString &path : paths)
+                files.Add(path);
+            QCOMPARE(text(files), expected);
+            QCOMPARE(raised.size(), paths.size());
+        }
     }
 
     void storing()
@@ -65,32 +61,24 @@ private Q_SLOTS:
         QCOMPARE(text(loaded), u"/A, B.BMT /2 /1"_qs);
     }
 
-    void oddStores_data()
-    {
-        rows<QString, int, QString>({
-            {"no count", QString(), 4, u"/X /Y"_qs},
-            {"no number", u"many"_qs, 4, u"/X /Y"_qs},
-            {"a negative number", u"-1"_qs, 4, u"/X /Y"_qs},
-            {"a number too large", u"40000"_qs, 4, u"/X /Y"_qs},
-            {"a small number", u" &H1 "_qs, 1, u"/X"_qs},
-        });
-    }
-
     void oddStores()
     {
-        const auto [maxCount, max, expected] = row<QString, int, QString>();
-        const QTemporaryDir folder;
-        SettingsStore store(folder.path());
-        if (!maxCount.isNull())
-            store.SaveSetting(application, section, u"Max Count"_qs, maxCount);
-        store.SaveSetting(application, section, u"Recent File 1"_qs, u"/x"_qs);
-        store.SaveSetting(application, section, u"Recent File 2"_qs, QString());
-        store.SaveSetting(application, section, u"Recent File 3"_qs, u"/X"_qs);
-        store.SaveSetting(application, section, u"Recent File 4"_qs, u"/y"_qs);
-        CFileList files;
-        files.Load(store, application, section, prefix);
-        QCOMPARE(int(files.Max()), max);
-        QCOMPARE(text(files), expected);
+        const std::tuple<QString, int, QString> rows[] = {{QString(), 4, u"/X /Y"_qs},
+            {u"many"_qs, 4, u"/X /Y"_qs}, {u"-1"_qs, 4, u"/X /Y"_qs}, {u"40000"_qs, 4, u"/X /Y"_qs},
+            {u" &H1 "_qs, 1, u"/X"_qs}};
+        for (const auto &[maxCount, max, expected] : rows) {
+            const QTemporaryDir folder;
+            SettingsStore store(folder.path());
+            if (!maxCount.isNull())
+                store.SaveSetting(application, section, u"Max Count"_qs, maxCount);
+            int number = 0;
+            for (const QString &path : {u"/x"_qs, QString(), u"/X"_qs, u"/y"_qs})
+                store.SaveSetting(application, section, prefix + QString::number(++number), path);
+            CFileList files;
+            files.Load(store, application, section, prefix);
+            QCOMPARE(int(files.Max()), max);
+            QCOMPARE(text(files), expected);
+        }
     }
 };
 

@@ -7,14 +7,7 @@
 #include "support/TestDrag.h"
 #include "support/TestRunner.h"
 
-#include <QAction>
-#include <QLabel>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMenuBar>
-#include <QProgressBar>
-#include <QTemporaryDir>
+#include <QtWidgets>
 
 /// The real frame with real tool set windows in it.
 class MDI_test : public QObject

@@ -2,13 +2,12 @@
 #include "shell/MWindowPosition.h"
 #include "shell/Settings.h"
 #include "shell/WindowArranger.h"
-#include "support/Rows.h"
+
 #include "support/TestRunner.h"
 
 #include <QFile>
 #include <QScreen>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QWidget>
 
 static const QString application = u"VB Quillon For VB5"_qs;
@@ -61,21 +60,17 @@ private Q_SLOTS:
         QCOMPARE(settings.Width(), qint16(0));
     }
 
-    void keptOnScreen_data()
-    {
-        rows<QRect, QRect>({
-            {"inside", QRect(100, 50, 400, 300), QRect(100, 50, 400, 300)},
-            {"wider than the screen", QRect(100, 50, 2000, 300), QRect(0, 50, 1000, 300)},
-            {"beyond the right", QRect(900, 50, 400, 300), QRect(600, 50, 400, 300)},
-            {"beyond the bottom", QRect(100, 790, 400, 300), QRect(100, 500, 400, 300)},
-            {"left of the screen", QRect(-500, -20, 400, 300), QRect(0, 0, 400, 300)},
-        });
-    }
-
     void keptOnScreen()
     {
-        const auto [stored, expected] = row<QRect, QRect>();
-        QCOMPARE(MWindowPosition::keptOnScreen(stored, QSize(1000, 800)), expected);
+        const std::pair<QRect, QRect> rows[] = {
+            {{100, 50, 400, 300}, {100, 50, 400, 300}},
+            {{100, 50, 2000, 300}, {0, 50, 1000, 300}}, // wider than the screen
+            {{900, 50, 400, 300}, {600, 50, 400, 300}},
+            {{100, 790, 400, 300}, {100, 500, 400, 300}},
+            {{-500, -20, 400, 300}, {0, 0, 400, 300}},
+        };
+        for (const auto &[stored, expected] : rows)
+            QCOMPARE(MWindowPosition::keptOnScreen(stored, QSize(1000, 800)), expected);
     }
 
     void placeAndSize()
@@ -108,27 +103,21 @@ private Q_SLOTS:
         QCOMPARE(window.geometry(), QRect(10, (screenHeight - 200) / 2, 300, 200));
     }
 
-    void tiles_data()
-    {
-        rows<int, bool, QRect>({
-            {"two, one above the other", 2, true, QRect(0, 50, 90, 50)},
-            {"two, side by side", 2, false, QRect(45, 0, 45, 100)},
-            {"five in two columns", 5, true, QRect(0, 50, 45, 50)},
-            {"one", 1, true, QRect()},
-            {"a hundred", 100, true, QRect(0, 10, 9, 10)},
-        });
-    }
-
     void tiles()
     {
-        const auto [count, horizontal, expectedSecond] = row<int, bool, QRect>();
-        const QList<QRect> places = WindowArranger::tiles(QRect(0, 0, 90, 100), count, horizontal);
-        QCOMPARE(places.size(), count);
-        QCOMPARE(places.value(1), expectedSecond);
-        int covered = 0;
-        for (const QRect &place : places)
-            covered += place.width() * place.height();
-        QCOMPARE(covered, 90 * 100);
+        const std::tuple<int, bool, QRect> rows[] = {// how many, one above the other, the second
+            {2, true, QRect(0, 50, 90, 50)}, {2, false, QRect(45, 0, 45, 100)},
+            {5, true, QRect(0, 50, 45, 50)}, {1, true, QRect()}, {100, true, QRect(0, 10, 9, 10)}};
+        for (const auto &[count, horizontal, second] : rows) {
+            const QList<QRect> places =
+                WindowArranger::tiles(QRect(0, 0, 90, 100), count, horizontal);
+            QCOMPARE(places.size(), count);
+            QCOMPARE(places.value(1), second);
+            int covered = 0;
+            for (const QRect &place : places)
+                covered += place.width() * place.height();
+            QCOMPARE(covered, 90 * 100);
+        }
     }
 };
 

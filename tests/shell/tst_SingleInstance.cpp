@@ -3,10 +3,7 @@
 #include "support/Files.h"
 #include "support/TestRunner.h"
 
-#include <QDir>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 static const QString windowClass = u"TestForm"_qs;
 static const QString caption = u"Test caption"_qs;

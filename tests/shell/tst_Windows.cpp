@@ -9,22 +9,7 @@
 #include "tooledit/frmFileButton.h"
 #include "toolset/ToolSetMenus.h"
 
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QAction>
-#include <QApplication>
-#include <QDir>
-#include <QHeaderView>
-#include <QLabel>
-#include <QListView>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMenuBar>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeView>
+#include <QtWidgets>
 
 /// Every window as those meet it who work without a mouse or without eyes. With TSM_PICTURES set
 /// to a folder, it keeps a picture of each there.

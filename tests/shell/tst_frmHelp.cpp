@@ -3,15 +3,7 @@
 #include "shell/frmHelp.h"
 #include "support/TestRunner.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QScrollBar>
-#include <QSet>
-#include <QTest>
-#include <QTextBlock>
-#include <QTextTable>
-#include <QToolButton>
-#include <QTreeWidget>
+#include <QtWidgets>
 
 /// The help window on the real manual.
 class frmHelp_test : public QObject

@@ -2,14 +2,13 @@
 #include "model/ToolSetStorage.h"
 #include "platform/rtf/RichTextBox.h"
 #include "shell/frmTSProps.h"
-#include "support/Rows.h"
+#include "support/SetDump.h"
 #include "support/TestRunner.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <memory>
@@ -46,30 +45,23 @@ private Q_SLOTS:
         set->setLongDescription(u"{\\rtf1 lo\\b ng}"_qs);
     }
 
-    void shows_data()
-    {
-        rows<int, bool, bool, int>({
-            {"from a file of version 1", 1, false, false, 1},
-            {"new", 0, true, true, 0},
-            {"other bits stay, set", 6, true, false, 7},
-            {"other bits stay, cleared", 7, false, true, 6},
-            {"negative", -1, false, true, -2},
-        });
-    }
-
     void shows()
     {
-        const auto [flags, hidden, hiddenThen, expectedFlagsThen] = row<int, bool, bool, int>();
-        set->setFLAGS(flags);
-        run(set.get(), [&](frmTSProps &dialog) {
-            QCOMPARE(dialog.windowTitle(), u"Tool Set Properties"_qs);
-            QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u" short "_qs);
-            QCOMPARE(child<RichTextBox>(dialog, "rtControl")->Text(), u"long"_qs);
-            QCOMPARE(child<QCheckBox>(dialog, "chkHide")->isChecked(), hidden);
-            child<QCheckBox>(dialog, "chkHide")->setChecked(hiddenThen);
-            child<QPushButton>(dialog, "cmdOK")->click();
-        });
-        QCOMPARE(set->FLAGS(), expectedFlagsThen);
+        const std::tuple<int, bool, int> rows[] = {// flags, ticked, flags when ticked otherwise
+            {1, false, 0}, // a file of version 1
+            {0, true, 1}, {6, true, 7}, {7, false, 6}, {-1, false, -2}};
+        for (const auto &[flags, hidden, then] : rows) {
+            set->setFLAGS(flags);
+            run(set.get(), [&, hidden = hidden](frmTSProps &dialog) {
+                QCOMPARE(dialog.windowTitle(), u"Tool Set Properties"_qs);
+                QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u" short "_qs);
+                QCOMPARE(child<RichTextBox>(dialog, "rtControl")->Text(), u"long"_qs);
+                QCOMPARE(child<QCheckBox>(dialog, "chkHide")->isChecked(), hidden);
+                child<QCheckBox>(dialog, "chkHide")->setChecked(!hidden);
+                child<QPushButton>(dialog, "cmdOK")->click();
+            });
+            QCOMPARE(set->FLAGS(), then);
+        }
     }
 
     void stores()
@@ -91,30 +83,22 @@ private Q_SLOTS:
         QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
     }
 
-    void cancelTouchesNothing_data()
-    {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("button") << false;
-        QTest::newRow("Escape in the text") << true;
-    }
-
     void cancelTouchesNothing()
     {
-        QFETCH(const bool, byKey);
         set->setFLAGS(5);
-        run(set.get(), [&](frmTSProps &dialog) {
-            auto *text = child<RichTextBox>(dialog, "rtControl");
-            QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"x"_qs);
-            QTest::keyClicks(text, u"x"_qs);
-            child<QCheckBox>(dialog, "chkHide")->toggle();
-            if (byKey)
-                QTest::keyClick(text, Qt::Key_Escape);
-            else
-                child<QPushButton>(dialog, "cmdCancel")->click();
-        });
-        QCOMPARE(set->Description(), u" short "_qs);
-        QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
-        QCOMPARE(set->FLAGS(), 5);
+        for (const bool byKey : {false, true}) {
+            run(set.get(), [&](frmTSProps &dialog) {
+                auto *text = child<RichTextBox>(dialog, "rtControl");
+                QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"x"_qs);
+                QTest::keyClicks(text, u"x"_qs);
+                child<QCheckBox>(dialog, "chkHide")->toggle();
+                if (byKey)
+                    QTest::keyClick(text, Qt::Key_Escape);
+                else
+                    child<QPushButton>(dialog, "cmdCancel")->click();
+            });
+            QCOMPARE(SetDump::lines(*set), QStringList(u"0 5|{\\rtf1 lo\\b ng}| short "_qs));
+        }
     }
 
     void withoutASet()

@@ -1,13 +1,7 @@
 #include "support/Answers.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QListView>
-#include <QPointer>
 #include <QTest>
-#include <QTimer>
+#include <QtWidgets>
 
 Answers::Answers(QObject *parent)
     : QObject(parent)
@@ -49,12 +43,17 @@ void Answers::file(const QString &title, const QString &path)
                                files->reject();
                                return true;
                            }
-                           // A file selected in the list would count more than the name.
-                           files->findChild<QListView *>(u"listView"_qs)->clearSelection();
-                           files->findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(path);
-                           QMetaObject::invokeMethod(files, "accept");
+                           choose(files, path);
                            return true;
                        }});
+}
+
+void Answers::choose(QFileDialog *dialog, const QString &path)
+{
+    // A file selected in the list would count more than the name.
+    dialog->findChild<QListView *>(u"listView"_qs)->clearSelection();
+    dialog->findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(path);
+    QMetaObject::invokeMethod(dialog, "accept");
 }
 
 void Answers::dialog(const QString &name, std::function<void(QDialog *)> act)

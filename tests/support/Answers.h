@@ -21,6 +21,8 @@ public:
     void message(const QString &text, QMessageBox::StandardButton button);
     /// A file dialog: types the path and confirms; an empty path cancels.
     void file(const QString &title, const QString &path);
+    /// Types the path into a file dialog and confirms.
+    static void choose(QFileDialog *dialog, const QString &path);
     /// Any other dialog, by its object name; \a act must close it.
     void dialog(const QString &name, std::function<void(QDialog *)> act);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 /// Files of tests.
 namespace Files {

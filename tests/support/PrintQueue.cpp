@@ -2,7 +2,6 @@
 
 #include "support/Files.h"
 
-#include <QDir>
 #include <QStandardPaths>
 #include <QTest>
 

@@ -7,7 +7,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <limits>
 
@@ -49,23 +48,18 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(u"former content"_qs);
     }
 
-    void picture_data()
-    {
-        QTest::addColumn<QRect>("part");
-        QTest::newRow("all of the window") << QRect(0, 0, 20, 20);
-        QTest::newRow("a part: right and bottom are exclusive") << QRect(3, 5, 7, 9);
-        QTest::newRow("one pixel") << QRect(19, 19, 1, 1);
-    }
-
     void picture()
     {
-        QFETCH(QRect, part);
-        capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
-        const QImage expected = pattern(20).copy(part);
-        QCOMPARE(m_target->Picture().convertToFormat(QImage::Format_RGB32), expected);
-        QCOMPARE(
-            QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), expected);
-        QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
+        // All of the window, a part (right and bottom are exclusive), one pixel.
+        for (const QRect &part : {QRect(0, 0, 20, 20), QRect(3, 5, 7, 9), QRect(19, 19, 1, 1)}) {
+            init();
+            capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
+            const QImage expected = pattern(20).copy(part);
+            QCOMPARE(m_target->Picture().convertToFormat(QImage::Format_RGB32), expected);
+            QCOMPARE(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32),
+                expected);
+            QVERIFY(QGuiApplication::clipboard()->text().isEmpty());
+        }
     }
 
     /// More than a window: the screen, with the window where it stands.
@@ -78,25 +72,19 @@ private Q_SLOTS:
         QVERIFY(image.pixel(0, 0) != image.pixel(24, 27));
     }
 
-    void nothingToCapture_data()
-    {
-        QTest::addColumn<QRect>("part");
-        QTest::newRow("no width") << QRect(0, 0, 0, 5);
-        QTest::newRow("no height") << QRect(0, 0, 5, 0);
-        QTest::newRow("right before left") << QRect(0, 0, -5, 5);
-        QTest::newRow("more than can be had") << QRect(0, 0, 100'000, 100'000);
-    }
-
     /// No bitmap, so the clipboard stays, and what it holds is what the control gets.
     void nothingToCapture()
     {
-        QFETCH(QRect, part);
-        capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
-        QCOMPARE(QGuiApplication::clipboard()->text(), u"former content"_qs);
-        QVERIFY(m_target->Picture().isNull());
-        QGuiApplication::clipboard()->setImage(pattern(6));
-        capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
-        QCOMPARE(m_target->Picture().convertToFormat(QImage::Format_RGB32), pattern(6));
+        for (const QRect &part : {QRect(0, 0, 0, 5), QRect(0, 0, 5, 0), QRect(0, 0, -5, 5),
+                 QRect(0, 0, 100'000, 100'000)}) {
+            init();
+            capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
+            QCOMPARE(QGuiApplication::clipboard()->text(), u"former content"_qs);
+            QVERIFY(m_target->Picture().isNull());
+            QGuiApplication::clipboard()->setImage(pattern(6));
+            capture::CaptureScreenRectToPicture(onScreen(*m_window, part), *m_target);
+            QCOMPARE(m_target->Picture().convertToFormat(QImage::Format_RGB32), pattern(6));
+        }
     }
 
     void overflow()

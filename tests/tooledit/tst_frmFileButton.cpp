@@ -13,12 +13,9 @@
 #include "tooledit/frmFileButton.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QToolButton>
 
 namespace {

@@ -6,7 +6,7 @@
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/ProgramFile.h"
-#include "support/Rows.h"
+
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 #include "tooledit/EventsPage.h"
@@ -14,16 +14,7 @@
 #include "tooledit/frmFileButton.h"
 #include "tooledit/frmToolProps.h"
 
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDir>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolButton>
+#include <QtWidgets>
 
 namespace {
 
@@ -215,69 +206,67 @@ private Q_SLOTS:
         QVERIFY(!canApply());
     }
 
-    void closing_data()
-    {
-        // answer: 0: no question
-        rows<QString, bool, int, bool>({
-            {"OK", u"cmdOK"_qs, true, 0, true},
-            {"Cancel, nothing changed", u"cmdCancel"_qs, false, 0, false},
-            {"Cancel, Yes", u"cmdCancel"_qs, true, int(QMessageBox::Yes), true},
-            {"Cancel, No", u"cmdCancel"_qs, true, int(QMessageBox::No), false},
-            {"closed, Yes", QString(), true, int(QMessageBox::Yes), true},
-            {"closed, No", QString(), true, int(QMessageBox::No), false},
-        });
-    }
-
     void closing()
     {
-        const auto [button, changed, answer, saved] = row<QString, bool, int, bool>();
-        Answers answers;
-        if (answer != 0)
-            answers.message(question, static_cast<QMessageBox::StandardButton>(answer));
-        if (changed)
-            type("txtCommandLine", u"/new"_qs);
-        if (button.isEmpty())
-            m_dialog->close();
-        else
-            press(qPrintable(button));
-        QVERIFY(!m_dialog->isVisible());
-        QCOMPARE(m_dialog->OK(), button == u"cmdOK"_qs);
-        QCOMPARE(m_tool->CommandLine, saved ? u"/new"_qs : u"/x"_qs);
-        QCOMPARE(m_heard.contains(u"Change"_qs), saved);
-    }
-
-    void stepping_data()
-    {
-        rows<QString, int, int>({
-            {"next, nothing changed", u"cmdNext"_qs, 0, 0},
-            {"prior, nothing changed", u"cmdPrior"_qs, 0, 0},
-            {"next, Yes", u"cmdNext"_qs, int(QMessageBox::Yes), 0},
-            {"prior, No", u"cmdPrior"_qs, int(QMessageBox::No), 1},
-            {"next on the help page", u"cmdNext"_qs, 0, 2},
-        });
+        constexpr auto unasked = QMessageBox::NoButton;
+        const std::tuple<const char *, bool, QMessageBox::StandardButton, bool> rows[] = {
+            // button (none: the window's own), changed, answer, saved
+            {"cmdOK", true, unasked, true},
+            {"cmdCancel", false, unasked, false},
+            {"cmdCancel", true, QMessageBox::Yes, true},
+            {"cmdCancel", true, QMessageBox::No, false},
+            {nullptr, true, QMessageBox::Yes, true},
+            {nullptr, true, QMessageBox::No, false},
+        };
+        for (const auto &[button, changed, answer, saved] : rows) {
+            init();
+            Answers answers;
+            if (answer != unasked)
+                answers.message(question, answer);
+            if (changed)
+                type("txtCommandLine", u"/new"_qs);
+            if (button)
+                press(button);
+            else
+                m_dialog->close();
+            QVERIFY(!m_dialog->isVisible());
+            QCOMPARE(m_dialog->OK(), QByteArrayView(button) == "cmdOK");
+            QCOMPARE(m_tool->CommandLine, saved ? u"/new"_qs : u"/x"_qs);
+            QCOMPARE(m_heard.contains(u"Change"_qs), saved);
+        }
     }
 
     void stepping()
     {
-        const auto [button, answer, tab] = row<QString, int, int>();
+        constexpr auto unasked = QMessageBox::NoButton;
+        const std::tuple<QString, QMessageBox::StandardButton, int> rows[] = {
+            // button, answer, page
+            {u"Next"_qs, unasked, 0},
+            {u"Prior"_qs, unasked, 0},
+            {u"Next"_qs, QMessageBox::Yes, 0},
+            {u"Prior"_qs, QMessageBox::No, 1},
+            {u"Next"_qs, unasked, 2},
+        };
         const ToolPtr other = tool(u"Other"_qs);
-        const auto give = [&] { m_dialog->setTool(other); };
-        connect(m_dialog.get(), &frmToolProps::RequestNextTool, this, give);
-        connect(m_dialog.get(), &frmToolProps::RequestPriorTool, this, give);
-        Answers answers;
-        if (answer != 0) {
-            answers.message(question, static_cast<QMessageBox::StandardButton>(answer));
-            type("txtCommandLine", u"/new"_qs);
+        for (const auto &[button, answer, tab] : rows) {
+            init();
+            const auto give = [&] { m_dialog->setTool(other); };
+            connect(m_dialog.get(), &frmToolProps::RequestNextTool, this, give);
+            connect(m_dialog.get(), &frmToolProps::RequestPriorTool, this, give);
+            Answers answers;
+            if (answer != unasked) {
+                answers.message(question, answer);
+                type("txtCommandLine", u"/new"_qs);
+            }
+            control<QTabWidget>("sstAll")->setCurrentIndex(tab);
+            press(qPrintable(u"cmd"_qs + button));
+            QCOMPARE(m_heard.constLast(), button);
+            QCOMPARE(m_tool->CommandLine, answer == QMessageBox::Yes ? u"/new"_qs : u"/x"_qs);
+            QCOMPARE(control<QLineEdit>("txtDescription")->text(), u"Other"_qs);
+            QCOMPARE(m_dialog->Tool(), other);
+            QVERIFY(!canApply());
+            QCOMPARE(m_dialog->focusWidget() == control<RichTextBox>("rtControl"), tab == 2);
         }
-        control<QTabWidget>("sstAll")->setCurrentIndex(tab);
-        press(qPrintable(button));
-        QCOMPARE(m_heard.constLast(), button == u"cmdNext"_qs ? u"Next"_qs : u"Prior"_qs);
-        QCOMPARE(m_tool->CommandLine, answer == QMessageBox::Yes ? u"/new"_qs : u"/x"_qs);
-        QCOMPARE(control<QLineEdit>("txtDescription")->text(), u"Other"_qs);
-        QCOMPARE(m_dialog->Tool(), other);
-        QVERIFY(!canApply());
-        QCOMPARE(m_dialog->focusWidget() == control<RichTextBox>("rtControl"), tab == 2);
-        disconnect(m_dialog.get(), nullptr, this, nullptr);
     }
 
     void browseTool()

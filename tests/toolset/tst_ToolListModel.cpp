@@ -7,7 +7,6 @@
 #include <QAbstractItemModelTester>
 #include <QPersistentModelIndex>
 #include <QTemporaryDir>
-#include <QTest>
 
 /// The list of a set of tools named by single letters, in whatever order it is looked at.
 class ToolListModel_test : public QObject

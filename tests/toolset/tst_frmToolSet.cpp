@@ -10,17 +10,8 @@
 #include "support/TestRunner.h"
 #include "toolset/ToolSetMenus.h"
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QClipboard>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPointer>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTreeView>
+#include <QtWidgets>
 
 /// Real windows on a frame that only notes what they ask of it.
 class frmToolSet_test : public QObject

@@ -6,7 +6,6 @@
 
 #include <QFont>
 #include <QPainter>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QUrl>

@@ -8,7 +8,6 @@
 
 #include <QBuffer>
 #include <QFont>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
