@@ -23,6 +23,8 @@ public:
     qint16 ClipboardMode = NothingPending;
     /// Caption of the window that the tools come from; the window is found again by it.
     QString SourceCaption;
+    /// A drag of the clipboard's tools is under way: no other drag is one of tools.
+    bool DraggingTools = false;
 
     // --- The drag gate: a drag of tools may start only while it is open ---
     bool DragGate() const { return m_dragGate; }

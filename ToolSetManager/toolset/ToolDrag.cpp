@@ -12,6 +12,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPointer>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -57,7 +58,10 @@ void ToolDrag::lvTools_OLEStartDrag()
     auto *data = new QMimeData;
     data->setText(text);
     const QPointer<ToolDrag> alive(this);
-    m_list.OLEDrag(data, dragPicture(rows));
+    {
+        const QScopedValueRollback dragging(m_state.DraggingTools, true);
+        m_list.OLEDrag(data, dragPicture(rows));
+    }
     if (alive)
         lvTools_OLECompleteDrag();
 }
@@ -117,9 +121,8 @@ int ToolDrag::targetRow(const QDropEvent &event) const
 
 void ToolDrag::lvTools_OLEDragOver(QDragMoveEvent *event)
 {
-    // Text from another program, or a drag of something else of ours, is no tool.
-    const bool ours = event->source() && m_state.ToolClipboard && !m_state.SourceCaption.isEmpty();
-    if (!ours)
+    // Text from another program, or from a help window of ours, is no tool.
+    if (!m_state.DraggingTools || !m_state.ToolClipboard)
         return;
     const int row = targetRow(*event);
     // Kept: the keyboard is not asked. Within a window a drag moves, between windows it copies.
@@ -144,7 +147,7 @@ void ToolDrag::lvTools_OLEGiveFeedback(Qt::DropAction effect)
 
 void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
 {
-    if (!event->source() || !m_state.ToolClipboard)
+    if (!m_state.DraggingTools || !m_state.ToolClipboard)
         return;
     event->setDropAction(m_edit.isSource() ? Qt::MoveAction : Qt::CopyAction);
     event->accept();
