@@ -23,7 +23,6 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolButton>
 
 namespace {
 
@@ -278,6 +277,26 @@ private Q_SLOTS:
         QVERIFY(!canApply());
         QCOMPARE(m_dialog->focusWidget() == control<RichTextBox>("rtControl"), tab == 2);
         disconnect(m_dialog.get(), nullptr, this, nullptr);
+    }
+
+    void keys()
+    {
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
+        const auto pageAfter = [this](Qt::Key key) {
+            QTest::keyClick(m_dialog->focusWidget(), key, Qt::ControlModifier);
+            return control<QTabWidget>("sstAll")->currentIndex();
+        };
+        QCOMPARE(pageAfter(Qt::Key_Tab), 1);
+        QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Tab); // to the groups of events
+        QCOMPARE(pageAfter(Qt::Key_PageDown), 2);
+        control<RichTextBox>("rtControl")->setFocus();
+        QCOMPARE(pageAfter(Qt::Key_Tab), 0);
+        QCOMPARE(pageAfter(Qt::Key_PageUp), 2);
+        // Enter is for the button that has the focus, only without one for OK.
+        control<QPushButton>("cmdNext")->setFocus();
+        QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Return);
+        QCOMPARE(m_heard, QStringList {u"Next"_qs});
+        QVERIFY(m_dialog->isVisible());
     }
 
     void browseTool()
