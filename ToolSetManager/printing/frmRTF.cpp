@@ -52,6 +52,7 @@ frmRTF::frmRTF(const Printers &printers, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     lblMsg->setObjectName(QStringLiteral("lblMsg"));
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    cmdCancel->setDefault(true);
     setBold(rtfHeader);
     setBold(rtfFooter);
 

@@ -13,6 +13,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -96,6 +97,10 @@ RTFEditor::RTFEditor(QWidget *parent)
             action->setToolTip(latin(button.toolTip)); // without the key: the text is given
         }
     }
+    auto *bullets = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L, this);
+    bullets->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(bullets, &QShortcut::activated, this,
+        [this] { toggle(SelBullet(), &RichTextBox::setSelBullet); });
     auto *row = new QHBoxLayout(m_bar);
     row->setContentsMargins(0, 0, 0, 2);
     row->addWidget(tbControl);
@@ -260,6 +265,7 @@ void RTFEditor::tbControl_ButtonClick(const QString &key)
         chooseColour();
     else if (key == QStringLiteral("print"))
         printSelection();
+    rtControl->setFocus(); // as the boxes do: whoever came by Tab goes on writing
 }
 
 void RTFEditor::toggle(std::optional<bool> value, void (RichTextBox::*set)(bool))

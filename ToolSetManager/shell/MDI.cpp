@@ -5,6 +5,7 @@
 #include "platform/desktop/FileDrag.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
+#include "platform/desktop/MenuBarStyle.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/mFileUtil.h"
@@ -78,6 +79,9 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setStatusBar(status);
     addToolBar(tbTools);
     setAcceptDrops(true);
+    auto *menuBarStyle = new MenuBarStyle;
+    menuBarStyle->setParent(this);
+    menuBar()->setStyle(menuBarStyle);
     setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
     mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);

@@ -47,10 +47,8 @@ QWidget *EventsPage::groupPage(int index)
     cmdSelectNone[g] = new QPushButton(QStringLiteral("Select &None"), page);
     cmdSelectNone[g]->setObjectName(QStringLiteral("cmdSelectNone%1").arg(index));
     auto *buttons = new QHBoxLayout;
-    for (QPushButton *button : {cmdSelectAll[g], cmdSelectNone[g]}) {
-        button->setAutoDefault(false);
+    for (QPushButton *button : {cmdSelectAll[g], cmdSelectNone[g]})
         buttons->addWidget(button);
-    }
     buttons->addStretch(1);
     connect(
         cmdSelectAll[g], &QPushButton::clicked, this, [this, index] { cmdSelectAll_Click(index); });

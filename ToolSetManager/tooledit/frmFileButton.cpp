@@ -28,7 +28,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
-#include <QToolButton>
 
 namespace {
 
@@ -121,7 +120,7 @@ void frmFileButton::makeControls()
     picIcoCtrl->setObjectName(QStringLiteral("picIcoCtrl"));
     const auto stepper = [this](int index, const QString &icon, QStyle::StandardPixmap fallback,
                              const QString &name, const QKeySequence &shortcut) {
-        auto *button = new QToolButton(picIcoCtrl);
+        auto *button = new QPushButton(picIcoCtrl);
         button->setObjectName(QStringLiteral("cmdIcon%1").arg(index));
         button->setIcon(Icons::named(icon, fallback));
         button->setAccessibleName(name);
@@ -131,8 +130,7 @@ void frmFileButton::makeControls()
         // would step only once.
         connect(new QShortcut(shortcut, this), &QShortcut::activated, this,
             [this, index] { cmdIcon_Click(index); });
-        button->setFocusPolicy(Qt::StrongFocus);
-        connect(button, &QToolButton::clicked, this, [this, index] { cmdIcon_Click(index); });
+        connect(button, &QPushButton::clicked, this, [this, index] { cmdIcon_Click(index); });
         return button;
     };
     cmdIcon = {stepper(0, QStringLiteral("go-previous"), QStyle::SP_ArrowLeft,
@@ -158,8 +156,6 @@ void frmFileButton::makeControls()
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     cmdHelp = new QPushButton(QStringLiteral("&Help"), this);
     cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
-    for (QPushButton *button : {cmdCancel, cmdHelp})
-        button->setAutoDefault(false);
 
     connect(DriveList, &DriveListBox::Change, this, &frmFileButton::DriveList_Change);
     connect(DirList, &DirListBox::Change, this, &frmFileButton::DirList_Change);

@@ -15,7 +15,6 @@ class PictureControl;
 class QComboBox;
 class QLineEdit;
 class QPushButton;
-class QToolButton;
 class SettingsStore;
 class frmHelp;
 
@@ -123,7 +122,7 @@ private:
     PictureControl *picButton;
     PictureControl *imgConvert;
     QWidget *picIcoCtrl;
-    std::array<QToolButton *, 2> cmdIcon;
+    std::array<QPushButton *, 2> cmdIcon;
     QLineEdit *txtIcon;
     IconStrip *lvIcons;
     IconStripModel *m_strip;

@@ -25,8 +25,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
-#include <QToolButton>
 
 namespace {
 
@@ -70,12 +71,11 @@ frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidg
 
     const auto stepper = [this](const QString &name, const QString &icon,
                              QStyle::StandardPixmap fallback, const QString &tip) {
-        auto *button = new QToolButton(this);
+        auto *button = new QPushButton(this);
         button->setObjectName(name);
         button->setIcon(Icons::named(icon, fallback));
         button->setToolTip(tip);
         button->setAccessibleName(tip);
-        button->setFocusPolicy(Qt::StrongFocus);
         return button;
     };
     cmdPrior = stepper(QStringLiteral("cmdPrior"), QStringLiteral("go-previous"),
@@ -85,18 +85,28 @@ frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidg
     const auto button = [this](const QString &name, const QString &caption) {
         auto *made = new QPushButton(caption, this);
         made->setObjectName(name);
-        made->setAutoDefault(false);
         return made;
     };
     cmdOK = button(QStringLiteral("cmdOK"), QStringLiteral("OK"));
     cmdOK->setDefault(true);
     cmdCancel = button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"));
     cmdApply = button(QStringLiteral("cmdApply"), QStringLiteral("&Apply"));
-    connect(cmdPrior, &QToolButton::clicked, this, &frmToolProps::cmdPrior_Click);
-    connect(cmdNext, &QToolButton::clicked, this, &frmToolProps::cmdNext_Click);
+    connect(cmdPrior, &QPushButton::clicked, this, &frmToolProps::cmdPrior_Click);
+    connect(cmdNext, &QPushButton::clicked, this, &frmToolProps::cmdNext_Click);
     connect(cmdOK, &QPushButton::clicked, this, &frmToolProps::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmToolProps::cmdCancel_Click);
     connect(cmdApply, &QPushButton::clicked, this, &frmToolProps::cmdApply_Click);
+    const auto turns = [this](const QKeySequence &keys, int step) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, step] {
+            sstAll->setCurrentIndex(
+                (sstAll->currentIndex() + step + sstAll->count()) % sstAll->count());
+            sstAll->tabBar()->setFocus(Qt::ShortcutFocusReason);
+        });
+    };
+    turns(Qt::CTRL | Qt::Key_Tab, 1);
+    turns(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+    turns(Qt::CTRL | Qt::Key_PageDown, 1);
+    turns(Qt::CTRL | Qt::Key_PageUp, -1);
     layOut();
     Form_Load();
 }
@@ -121,7 +131,6 @@ QWidget *frmToolProps::generalPage()
     const auto button = [&](const QString &name, const QString &caption, const QString &tip) {
         auto *made = new QPushButton(caption, page);
         made->setObjectName(name);
-        made->setAutoDefault(false);
         made->setToolTip(tip);
         return made;
     };
@@ -241,10 +250,20 @@ void frmToolProps::Form_QueryUnload()
     SaveQuestion();
 }
 
+void frmToolProps::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    setAttribute(Qt::WA_KeyboardFocusChange); // or the tab would not show that it has the focus
+}
+
 void frmToolProps::done(int result)
 {
     Form_QueryUnload();
     QDialog::done(result);
+    // A question and its dialog that close in one go leave some window managers with no window that
+    // has the focus.
+    if (QWidget *owner = parentWidget())
+        owner->window()->activateWindow();
 }
 
 // --- The tool ---

@@ -11,7 +11,6 @@ class QComboBox;
 class QLineEdit;
 class QPushButton;
 class QTabWidget;
-class QToolButton;
 class RTFEditor;
 class Settings;
 class SettingsStore;
@@ -51,6 +50,9 @@ Q_SIGNALS:
     void RequestNextTool();
     void RequestPriorTool();
     void UpdatePicture(const QImage &Picture);
+
+protected:
+    void showEvent(QShowEvent *event) override;
 
 private Q_SLOTS:
     void cboToolType_Click();
@@ -107,8 +109,8 @@ private:
     PictureControl *imgBlank;
     EventsPage *m_events;
     RTFEditor *rtHelp;
-    QToolButton *cmdPrior;
-    QToolButton *cmdNext;
+    QPushButton *cmdPrior;
+    QPushButton *cmdNext;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;
     QPushButton *cmdApply;

@@ -42,7 +42,13 @@ ToolDrag::ToolDrag(DocumentWindow &document, Frame &frame, mTSM &state, ListView
 void ToolDrag::lvTools_OLEStartDrag()
 {
     const QList<int> rows = m_list.selectedRows();
-    if (!m_state.DragGate() || rows.isEmpty())
+    if (!m_state.DragGate()) {
+        m_frame.setPanelText(Frame::namesPanel,
+            QStringLiteral("No drag yet: they begin a second after a tool set was opened or saved "
+                           "under a name."));
+        return;
+    }
+    if (rows.isEmpty())
         return;
     // A cut that was never pasted ends here: its source must not lose tools by this drop.
     if (m_state.ClipboardMode == mTSM::CutPending)
@@ -178,6 +184,8 @@ void ToolDrag::lvTools_OLECompleteDrag()
 void ToolDrag::lvTools_MouseUp()
 {
     m_list.setDropHighlight(-1);
+    if (!m_state.DragGate())
+        clearPanels(); // of the hint
 }
 
 void ToolDrag::clearPanels()

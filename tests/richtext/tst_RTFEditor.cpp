@@ -257,6 +257,14 @@ private Q_SLOTS:
         auto *toolbar = inDialog->findChild<Toolbar *>();
         QCOMPARE(
             QApplication::focusWidget(), toolbar->widgetForAction(toolbar->button(u"color"_qs)));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY(text->hasFocus()); // or the next Enter would be OK's
+        QVERIFY(inDialog->SelUnderline().value());
+        for (const bool bullet : {true, false}) {
+            QTest::keyClick(text, Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+            QCOMPARE(inDialog->SelBullet().value(), bullet);
+        }
         ok->setFocus();
         QTest::keyClick(ok, Qt::Key_Tab);
         QVERIFY(text->hasFocus());

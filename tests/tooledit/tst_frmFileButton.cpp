@@ -16,7 +16,6 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
-#include <QToolButton>
 
 namespace {
 
@@ -153,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(text("txtIcon"), u"1 of 16"_qs);
         for (const bool byKeys : {false, true}) {
             const auto step = [&](const char *name) {
-                auto *stepper = control<QToolButton>(name);
+                auto *stepper = control<QPushButton>(name);
                 stepper->setFocus();
                 if (byKeys)
                     QTest::keyClick(stepper, Qt::Key_Space);
@@ -184,7 +183,7 @@ private Q_SLOTS:
         QCOMPARE(state(), u"4 of 5, strip 3 of 5, white white white"_qs);
         QTest::keyClick(strip, Qt::Key_Left);
         QCOMPARE(state(), u"3 of 5, strip 2 of 5, blue blue blue"_qs);
-        QTest::mouseClick(control<QToolButton>("cmdIcon1"), Qt::LeftButton);
+        QTest::mouseClick(control<QPushButton>("cmdIcon1"), Qt::LeftButton);
         QCOMPARE(state(), u"4 of 5, strip 3 of 5, white white white"_qs);
         choose(u"ONE.DLL"_qs); // none of the former file
         QCOMPARE(state(), u"1 of 1, strip 0 of 1, green green green"_qs);
@@ -285,8 +284,11 @@ private Q_SLOTS:
 
     void doubleClickAndCancel()
     {
-        choose(u"green.ico"_qs);
         auto *list = control<FileListBox>("FileList");
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Down);
+        QCOMPARE(list->FileName(), u"five.exe"_qs); // the first, not the one below it
+        choose(u"green.ico"_qs);
         QTest::mouseDClick(
             list->viewport(), Qt::LeftButton, {}, list->visualRect(list->currentIndex()).center());
         QVERIFY(m_dialog->OK());

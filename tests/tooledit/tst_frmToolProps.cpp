@@ -269,6 +269,26 @@ private Q_SLOTS:
         }
     }
 
+    void keys()
+    {
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
+        const auto pageAfter = [this](Qt::Key key) {
+            QTest::keyClick(m_dialog->focusWidget(), key, Qt::ControlModifier);
+            return control<QTabWidget>("sstAll")->currentIndex();
+        };
+        QCOMPARE(pageAfter(Qt::Key_Tab), 1);
+        QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Tab); // to the groups of events
+        QCOMPARE(pageAfter(Qt::Key_PageDown), 2);
+        control<RichTextBox>("rtControl")->setFocus();
+        QCOMPARE(pageAfter(Qt::Key_Tab), 0);
+        QCOMPARE(pageAfter(Qt::Key_PageUp), 2);
+        // Enter is for the button that has the focus, only without one for OK.
+        control<QPushButton>("cmdNext")->setFocus();
+        QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Return);
+        QCOMPARE(m_heard, QStringList {u"Next"_qs});
+        QVERIFY(m_dialog->isVisible());
+    }
+
     void browseTool()
     {
         const QByteArray program = ProgramFile::pe({{{}, 1, {ProgramFile::plain(32, blue)}}});

@@ -5,6 +5,9 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QScreen>
+#include <QTreeView>
 
 namespace {
 
@@ -70,6 +73,11 @@ bool CommonDialog::run(QFileDialog &dialog)
             dialog.setDirectory(proposed.absoluteDir());
         dialog.selectFile(proposed.fileName());
     }
+    // The toolkit's own dialog cuts the dates off, even where there is room.
+    const auto *list = dialog.findChild<QTreeView *>();
+    for (int column = 1; list && column < list->header()->count(); ++column)
+        list->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    dialog.resize(QSize(760, 460).boundedTo(dialog.screen()->availableSize() * 0.9));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         if (CancelError) {
             throw VbError(

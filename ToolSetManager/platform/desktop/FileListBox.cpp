@@ -48,6 +48,13 @@ QString FileListBox::FileName() const
 void FileListBox::keyPressEvent(QKeyEvent *event)
 {
     m_pressedKey = event->key();
+    const bool first = event->key() == Qt::Key_Down || event->key() == Qt::Key_Home;
+    if (first && FileName().isEmpty() && m_model->rowCount() > 0) {
+        // The view would step over the first file, where its frame is, without choosing it.
+        selectionModel()->setCurrentIndex(
+            m_model->index(0, 0), QItemSelectionModel::ClearAndSelect);
+        return;
+    }
     QListView::keyPressEvent(event);
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         event->ignore(); // the dialog's default button

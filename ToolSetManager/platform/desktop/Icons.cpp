@@ -8,7 +8,7 @@
 namespace {
 
 /// Styles grey an icon towards a light window, which on a dark one hardly shows; fainter is plain
-/// on both.
+/// on both. On the highlight the theme's icons take the colour of the text beside them.
 class DimmingEngine : public QIconEngine
 {
 public:
@@ -34,6 +34,15 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
+        if (mode == QIcon::Selected) {
+            const qreal scale = painter->device()->devicePixelRatioF();
+            QPixmap image = scaledPixmap(rect.size() * scale, mode, state, scale);
+            image.setDevicePixelRatio(scale);
+            QRect place({}, image.deviceIndependentSize().toSize());
+            place.moveCenter(rect.center());
+            painter->drawPixmap(place, image);
+            return;
+        }
         const double opacity = painter->opacity();
         if (mode == QIcon::Disabled)
             painter->setOpacity(opacity * share);
@@ -51,6 +60,11 @@ public:
     {
         QPixmap full = m_icon.pixmap(size / scale, scale, drawn(mode), state);
         full.setDevicePixelRatio(1);
+        if (mode == QIcon::Selected && !m_icon.name().isEmpty() && !full.isNull()) {
+            QPainter painter(&full);
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(full.rect(), QGuiApplication::palette().highlightedText());
+        }
         if (mode != QIcon::Disabled || full.isNull())
             return full;
         QPixmap faint(full.size());
