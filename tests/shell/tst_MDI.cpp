@@ -231,6 +231,21 @@ private Q_SLOTS:
         QCOMPARE(Sets::files(path("data/recovery")).size(), 1);
     }
 
+    /// The program's icon is drawn when the frame stands; a window may have come before.
+    void iconsOfTheWindows()
+    {
+        m_program->run(u"newtoolset"_qs);
+        QPixmap green(64, 64);
+        green.fill(Qt::green);
+        frame().setWindowIcon(green);
+        m_program->run(u"newtoolset"_qs);
+        for (int i = 0; i < 2; ++i) {
+            const QImage title = subWindow(i)->grab(QRect(0, 0, 40, 30)).toImage();
+            const auto *pixels = reinterpret_cast<const QRgb *>(title.constBits());
+            QVERIFY(std::count(pixels, pixels + title.width() * title.height(), 0xFF00FF00) > 50);
+        }
+    }
+
     void captionOfAMaximisedChild()
     {
         m_program->run(u"newtoolset"_qs);
