@@ -1,5 +1,4 @@
 #include "model/CVBATool.h"
-
 #include "support/TestRunner.h"
 
 class CVBATool_test : public QObject

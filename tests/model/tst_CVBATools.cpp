@@ -1,7 +1,6 @@
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
-
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 

@@ -1,6 +1,5 @@
 #include "platform/desktop/BackupStore.h"
 #include "support/Files.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QDirIterator>

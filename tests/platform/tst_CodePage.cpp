@@ -1,5 +1,4 @@
 #include "platform/text/CodePage.h"
-
 #include "support/TestRunner.h"
 
 #include <QSet>

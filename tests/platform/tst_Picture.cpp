@@ -1,7 +1,6 @@
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 #include "support/Bytes.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QBuffer>

@@ -1,6 +1,5 @@
 #include "platform/picture/ProgramIcons.h"
 #include "support/ProgramFile.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QBuffer>
@@ -181,19 +180,8 @@ private Q_SLOTS:
         }
     }
 
-    void choice_data()
-    {
-        rows<int, QSize, QRgb>({
-            {"the very size, and its deepest", 32, QSize(32, 32), red},
-            {"the next larger", 20, QSize(32, 32), red},
-            {"the largest when all are smaller", 300, QSize(256, 256), blue},
-            {"the smallest when all are larger", 4, QSize(16, 16), green},
-        });
-    }
-
     void choice()
     {
-        const auto [wanted, size, colour] = row<int, QSize, QRgb>();
         QImage large(256, 256, QImage::Format_ARGB32);
         large.fill(blue);
         const auto coarse = [](int side) {
@@ -204,12 +192,16 @@ private Q_SLOTS:
         std::vector<Frame> silent = frames; // directories that do not tell the depth
         for (Frame &frame : silent)
             frame.bits = 0;
-        for (const QByteArray &file :
-            {ProgramFile::pe({{{}, 1, frames}}), ProgramFile::ne({{{}, 1, frames}}),
-                ProgramFile::ico(frames), ProgramFile::ico(frames, 2), ProgramFile::ico(silent)}) {
-            const QImage image = iconsIn(file).icon(0, wanted);
-            QCOMPARE(image.size(), size);
-            QCOMPARE(colourOf(image), colour);
+        const std::tuple<int, int, QRgb> rows[] = {{32, 32, red}, // and of that its deepest
+            {20, 32, red}, {300, 256, blue}, {4, 16, green}};
+        for (const auto &[wanted, side, colour] : rows) {
+            for (const QByteArray &file : {ProgramFile::pe({{{}, 1, frames}}),
+                     ProgramFile::ne({{{}, 1, frames}}), ProgramFile::ico(frames),
+                     ProgramFile::ico(frames, 2), ProgramFile::ico(silent)}) {
+                const QImage image = iconsIn(file).icon(0, wanted);
+                QCOMPARE(image.size(), QSize(side, side));
+                QCOMPARE(colourOf(image), colour);
+            }
         }
         // A thousand icons may share a directory of 65,535 frames: only the first are looked at.
         std::vector<Frame> all(256, plain(8, white));
@@ -243,41 +235,35 @@ private Q_SLOTS:
         }
     }
 
-    void cutOff_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        const std::vector<Icon> icons {
-            {{}, 1, {plain(8, red), plain(16, green)}}, {u"A"_qs, 0, {plain(8, blue)}}};
-        QTest::newRow("PE32") << ProgramFile::pe(icons);
-        QTest::newRow("PE32+") << ProgramFile::pe(icons, true);
-        QTest::newRow("NE") << ProgramFile::ne(icons);
-        QTest::newRow("an icon file") << ProgramFile::ico(icons[0].frames);
-    }
-
     /// Cut off anywhere, and with any byte changed: an icon is right, or it is none (a changed byte
     /// may be one of its pixels).
     void cutOff()
     {
-        QFETCH(QByteArray, file);
-        const ProgramIcons whole = iconsIn(file);
-        for (qsizetype length = 0; length < file.size(); ++length) {
-            const ProgramIcons icons = iconsIn(file.left(length));
-            QVERIFY(icons.count() == 0 || icons.count() == whole.count());
-            for (int i = 0; i < icons.count(); ++i) {
-                const QImage image = icons.icon(i, 8);
-                QVERIFY2(image.isNull() || image == whole.icon(i, 8) || image == whole.icon(i, 16),
-                    qPrintable(u"cut off at %1"_qs.arg(length)));
+        const std::vector<Icon> all {
+            {{}, 1, {plain(8, red), plain(16, green)}}, {u"A"_qs, 0, {plain(8, blue)}}};
+        for (const QByteArray &file : {ProgramFile::pe(all), ProgramFile::pe(all, true),
+                 ProgramFile::ne(all), ProgramFile::ico(all[0].frames)}) {
+            const ProgramIcons whole = iconsIn(file);
+            for (qsizetype length = 0; length < file.size(); ++length) {
+                const ProgramIcons icons = iconsIn(file.left(length));
+                QVERIFY(icons.count() == 0 || icons.count() == whole.count());
+                for (int i = 0; i < icons.count(); ++i) {
+                    const QImage image = icons.icon(i, 8);
+                    QVERIFY2(
+                        image.isNull() || image == whole.icon(i, 8) || image == whole.icon(i, 16),
+                        qPrintable(u"cut off at %1"_qs.arg(length)));
+                }
             }
-        }
-        for (qsizetype i = 0; i < file.size(); ++i) {
-            QByteArray changed = file;
-            for (const char value : {'\0', '\1', '\x7F', '\x80', '\xFF'}) {
-                changed[i] = value;
-                const ProgramIcons icons = iconsIn(changed);
-                QVERIFY(icons.count() <= 0x1FFFE);
-                for (int n = 0; n < std::min(icons.count(), 3); ++n) {
-                    const QImage image = icons.icon(n, 16);
-                    QVERIFY(image.width() <= 1024 && image.height() <= 1024);
+            for (qsizetype i = 0; i < file.size(); ++i) {
+                QByteArray changed = file;
+                for (const char value : {'\0', '\1', '\x7F', '\x80', '\xFF'}) {
+                    changed[i] = value;
+                    const ProgramIcons icons = iconsIn(changed);
+                    QVERIFY(icons.count() <= 0x1FFFE);
+                    for (int n = 0; n < std::min(icons.count(), 3); ++n) {
+                        const QImage image = icons.icon(n, 16);
+                        QVERIFY(image.width() <= 1024 && image.height() <= 1024);
+                    }
                 }
             }
         }

@@ -1,11 +1,7 @@
 #include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
-
+#include "support/Files.h"
 #include "support/TestRunner.h"
-
-#include <QFile>
-#include <QMap>
-#include <QTemporaryDir>
 
 class SettingsStore_test : public QObject
 {
@@ -52,11 +48,8 @@ private Q_SLOTS:
 
     void handWritten()
     {
-        QFile file(m_folder->filePath(m_application + u".conf"_qs));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(
-            "[Settings]\nMacro Path=/home/a, b/macros\nVB Events=False\n\n[Printer]\nLeft=15\n");
-        file.close();
+        QVERIFY(Files::put(m_folder->filePath(m_application + u".conf"_qs),
+            "[Settings]\nMacro Path=/home/a, b/macros\nVB Events=False\n\n[Printer]\nLeft=15\n"));
         const SettingsStore store(m_folder->path());
         QCOMPARE(store.GetSetting(m_application, u"Settings"_qs, u"Macro Path"_qs),
             u"/home/a, b/macros"_qs);
@@ -73,8 +66,7 @@ private Q_SLOTS:
 
     void cannotBeWritten()
     {
-        QFile file(m_folder->filePath(u"file"_qs));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(Files::put(m_folder->filePath(u"file"_qs), ""));
         SettingsStore store(m_folder->filePath(u"file/below"_qs));
         int number = 0;
         try {

@@ -1,6 +1,5 @@
 #include "platform/desktop/mFileUtil.h"
 #include "support/Files.h"
-
 #include "support/TestRunner.h"
 
 class mFileUtil_test : public QObject

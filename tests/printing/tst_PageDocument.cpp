@@ -1,6 +1,5 @@
 #include "platform/print/PageDocument.h"
 #include "support/PrintedPages.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QPainter>

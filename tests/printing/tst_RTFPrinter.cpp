@@ -5,7 +5,6 @@
 #include "printing/frmRTF.h"
 #include "support/Answers.h"
 #include "support/PrintedPages.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QFile>

@@ -4,7 +4,6 @@
 #include "platform/print/PageDocument.h"
 #include "printing/ToolsetReport.h"
 #include "support/PrintedPages.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QTemporaryDir>

@@ -12,7 +12,6 @@
 #include "support/Files.h"
 #include "support/Find.h"
 #include "support/PrintedPages.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QComboBox>

@@ -1,6 +1,5 @@
 #include "platform/desktop/Toolbar.h"
 #include "richtext/RTFEditor.h"
-
 #include "support/TestRunner.h"
 
 #include <QPrintDialog>

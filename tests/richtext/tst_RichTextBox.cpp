@@ -1,6 +1,5 @@
 #include "platform/rtf/RichTextBox.h"
 #include "platform/rtf/RichTextPages.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QPrinter>

@@ -3,6 +3,7 @@
 #include "shell/RecoveryBar.h"
 #include "support/Answers.h"
 #include "support/Files.h"
+#include "support/Find.h"
 #include "support/Program.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
@@ -251,12 +252,8 @@ private Q_SLOTS:
         Answers answers;
         for (const auto button : {QMessageBox::No, QMessageBox::Yes}) {
             QCOMPARE(snapshots().size(), 2);
-            auto *bar = program.frame.findChild<RecoveryBar *>();
-            QVERIFY(bar);
-            QTRY_VERIFY(bar->isVisible());
             answers.message(u"Do you want to delete the changes that were not saved?"_qs, button);
-            QTest::mouseClick(bar->findChild<QPushButton *>(u"cmdDiscard"_qs), Qt::LeftButton);
-            program.run(QString());
+            press(program, "cmdDiscard");
         }
         QVERIFY(snapshots().isEmpty());
         QTRY_VERIFY(!program.frame.findChild<RecoveryBar *>());
@@ -272,10 +269,9 @@ private Q_SLOTS:
         Answers answers;
         for (int i = 0; i < 2; ++i)
             answers.message(u"The unsaved changes in *"_qs, QMessageBox::Ok);
-        QTest::mouseClick(program.frame.findChild<QPushButton *>(u"cmdRecover"_qs), Qt::LeftButton);
-        program.run(QString());
+        press(program, "cmdRecover");
         QVERIFY(program.frame.openDocuments().isEmpty());
-        QCOMPARE(Sets::files(path(u"data/recovery"_qs), u"*"_qs).size(), 2); // not thrown away
+        QCOMPARE(Sets::files(path(u"data/recovery"_qs)).size(), 2); // not thrown away
         QVERIFY(snapshots().isEmpty());
     }
 
@@ -290,6 +286,16 @@ private:
     {
         return Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs);
     }
+    /// A button of the bar that offers recovery.
+    static void press(Program &program, const char *button)
+    {
+        auto *bar = program.frame.findChild<RecoveryBar *>();
+        QVERIFY(bar);
+        QTRY_VERIFY(bar->isVisible());
+        QTest::mouseClick(child<QPushButton>(bar, button), Qt::LeftButton);
+        program.run(QString());
+    }
+
     /// Leaves snapshots behind as a program does that is killed.
     void interrupt()
     {

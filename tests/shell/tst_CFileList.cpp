@@ -1,6 +1,5 @@
 #include "platform/desktop/SettingsStore.h"
 #include "shell/CFileList.h"
-
 #include "support/TestRunner.h"
 
 #include <QSignalSpy>

@@ -2,7 +2,6 @@
 #include "shell/MWindowPosition.h"
 #include "shell/Settings.h"
 #include "shell/WindowArranger.h"
-
 #include "support/TestRunner.h"
 
 #include <QFile>

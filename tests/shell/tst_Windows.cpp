@@ -3,6 +3,7 @@
 #include "printing/frmRTF.h"
 #include "support/Answers.h"
 #include "support/Files.h"
+#include "support/Find.h"
 #include "support/Program.h"
 #include "support/ProgramFile.h"
 #include "support/TestRunner.h"
@@ -114,12 +115,9 @@ class Windows_test : public QObject
 {
     Q_OBJECT
 
-    using Test = void (*)(Windows_test &);
-
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Program> m_program;
     std::unique_ptr<Answers> m_answers;
-    QString m_picture;
 
     MDI *frame() const { return &m_program->frame; }
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -133,23 +131,24 @@ class Windows_test : public QObject
         Program::listOf(m_program->open(file))->setSelectedItem(0);
     }
     void run(const QString &word) { m_program->run(word); }
-    void modal(const QString &name, const std::function<void(QDialog *)> &act)
+    /// Looks at the dialog of that name when it opens, and closes it.
+    void expect(const QString &name, const QString &picture)
     {
-        m_answers->dialog(name, [act](QDialog *dialog) {
-            act(dialog);
+        m_answers->dialog(name, [=, this](QDialog *dialog) {
+            look(dialog, picture);
             dialog->reject();
         });
     }
 
-    ToolSetMenus *menus() const { return frame()->findChild<ToolSetMenus *>(); }
+    ToolSetMenus *menus() const { return m_program->window()->findChild<ToolSetMenus *>(); }
     /// All that is wrong with a window, and with the menus of its menu bar.
-    void look(QWidget *window, const QString &page = QString())
+    void look(QWidget *window, const QString &name)
     {
         QVERIFY(QTest::qWaitForWindowExposed(window));
         QCoreApplication::processEvents();
         const QString folder = qEnvironmentVariable("TSM_PICTURES");
         if (!folder.isEmpty())
-            window->grab().save(folder + u'/' + m_picture + page + u".png"_qs);
+            window->grab().save(folder + u'/' + name + u".png"_qs);
 
         QStringList wrong;
         walk(QAccessible::queryAccessibleInterface(window), wrong);
@@ -177,7 +176,7 @@ class Windows_test : public QObject
         }
         wrong += clashes(letters);
         wrong.removeDuplicates();
-        QCOMPARE(wrong.join(u'\n'), QString());
+        QVERIFY2(wrong.isEmpty(), qPrintable(name + u'\n' + wrong.join(u'\n')));
         const QSize screen = window->screen()->availableSize();
         QVERIFY(window->minimumSizeHint().boundedTo(QSize(1024, 740)) == window->minimumSizeHint());
         QVERIFY2(
@@ -192,7 +191,7 @@ class Windows_test : public QObject
             if (inner)
                 this->tabs(inner, window);
             else
-                look(window, u' ' + tabs->tabText(i));
+                look(window, u"tool properties, "_qs + tabs->tabText(i));
         }
     }
 
@@ -213,103 +212,67 @@ private Q_SLOTS:
         m_program.reset();
     }
 
-    void windows_data()
+    void frames()
     {
-        QTest::addColumn<Test>("open");
-        const auto row = [](const char *name, Test open) { QTest::newRow(name) << open; };
-
-        row("frame without a set", [](Windows_test &t) { t.look(t.frame()); });
-        row("frame with an empty set", [](Windows_test &t) {
-            t.run(u"newtoolset"_qs);
-            t.look(t.frame());
-        });
-        row("frame with a set", [](Windows_test &t) {
-            t.openSet();
-            t.look(t.frame(), u" details"_qs);
-            t.run(u"list"_qs);
-            t.look(t.frame(), u" list"_qs);
-        });
-        row("recovery bar", [](Windows_test &t) {
-            t.frame()->offerRecovery({t.path("everyday.bmt"), t.path("other.bmt")});
-            t.look(t.frame());
-        });
-        row("tool properties", [](Windows_test &t) {
-            t.openSet();
-            t.modal(u"frmToolProps"_qs, [&](QDialog *dialog) {
-                t.tabs(dialog->findChild<QTabWidget *>(u"sstAll"_qs), dialog);
-            });
-            t.run(u"toolproperties"_qs);
-        });
-        row("picker", [](Windows_test &t) {
-            const QDir folder(t.path("programs"));
-            QVERIFY(folder.mkpath(u"inner"_qs));
-            QVERIFY(Files::put(folder.filePath(u"icons.exe"_qs),
-                ProgramFile::pe({{{}, 1, {ProgramFile::plain(32, qRgb(40, 90, 200))}},
-                    {{}, 2, {ProgramFile::plain(32, qRgb(200, 90, 40))}}})));
-            frmFileButton picker(t.m_program->store, t.frame());
-            picker.setFileName(t.path("scratch.bmp"));
-            picker.setFolder(folder.path());
-            picker.show();
-            t.look(&picker, u" empty"_qs);
-            auto *files = picker.findChild<QAbstractItemView *>(u"FileList"_qs);
-            QVERIFY(files);
-            files->setFocus();
-            QTest::keyClick(files, Qt::Key_I);
-            t.look(&picker);
-        });
-        row("tool set properties", [](Windows_test &t) {
-            t.openSet();
-            t.modal(u"frmTSProps"_qs, [&](QDialog *dialog) { t.look(dialog); });
-            t.run(u"properties"_qs);
-        });
-        row("tool help", [](Windows_test &t) {
-            t.openSet();
-            t.menus()->mnuViewX[ToolSetMenus::ViewToolHelp]->trigger();
-            auto *help = t.frame()->findChild<QWidget *>(u"frmToolHelp"_qs);
-            QVERIFY(help);
-            t.look(help);
-        });
-        row("manual", [](Windows_test &t) {
-            t.frame()->showHelp(QString::fromUtf16(Frame::programHelp));
-            t.look(t.frame()->findChild<QWidget *>(u"frmHelp"_qs));
-        });
-        row("about", [](Windows_test &t) {
-            t.modal(u"frmAbout"_qs, [&](QDialog *dialog) { t.look(dialog); });
-            t.frame()->showAbout();
-        });
-        row("print preview", [](Windows_test &t) {
-            t.openSet();
-            t.modal(u"frmPrint"_qs, [&](QDialog *dialog) { t.look(dialog); });
-            t.menus()->mnuFilePrintPreview->trigger();
-        });
-        row("print setup", [](Windows_test &t) {
-            t.openSet();
-            t.modal(u"PrintSetupDialog"_qs, [&](QDialog *dialog) { t.look(dialog); });
-            t.menus()->mnuFilex[ToolSetMenus::FilePrintSetup]->trigger();
-        });
-        row("print progress", [](Windows_test &t) {
-            const PrintProgress progress(t.frame(), u"Printing page %1 of %2"_qs, 40);
-            t.modal(u"PrintProgress"_qs, [&](QDialog *dialog) { t.look(dialog); });
-            t.frame()->findChild<QDialog *>(u"PrintProgress"_qs)->exec();
-        });
-        row("printing a document", [](Windows_test &t) {
-            auto *form = new frmRTF(t.m_program->printers, t.frame());
-            form->show();
-            t.look(form);
-            form->close();
-        });
-        row("message", [](Windows_test &t) {
-            t.modal(QString(), [&](QDialog *dialog) { t.look(dialog); });
-            MsgBox::show(t.frame(), u"Save changes to C:\\everyday.bmt"_qs,
-                MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
-        });
+        look(frame(), u"frame without a set"_qs);
+        run(u"newtoolset"_qs);
+        look(frame(), u"frame with an empty set"_qs);
+        openSet();
+        look(frame(), u"frame in details view"_qs);
+        run(u"list"_qs);
+        look(frame(), u"frame in list view"_qs);
+        menus()->mnuViewX[ToolSetMenus::ViewToolHelp]->trigger();
+        look(child<QWidget>(frame(), "frmToolHelp"), u"tool help"_qs);
+        frame()->offerRecovery({path("everyday.bmt"), path("other.bmt")});
+        look(frame(), u"recovery bar"_qs);
+        frame()->showHelp(QString::fromUtf16(Frame::programHelp));
+        look(child<QWidget>(frame(), "frmHelp"), u"manual"_qs);
+        auto *form = new frmRTF(m_program->printers, frame());
+        form->show();
+        look(form, u"printing a document"_qs);
+        form->close();
     }
 
-    void windows()
+    void dialogs()
     {
-        QFETCH(const Test, open);
-        m_picture = QString::fromLatin1(QTest::currentDataTag());
-        open(*this);
+        openSet();
+        m_answers->dialog(u"frmToolProps"_qs, [&](QDialog *dialog) {
+            tabs(child<QTabWidget>(dialog, "sstAll"), dialog);
+            dialog->reject();
+        });
+        run(u"toolproperties"_qs);
+        expect(u"frmTSProps"_qs, u"tool set properties"_qs);
+        run(u"properties"_qs);
+        expect(u"frmPrint"_qs, u"print preview"_qs);
+        menus()->mnuFilePrintPreview->trigger();
+        expect(u"PrintSetupDialog"_qs, u"print setup"_qs);
+        menus()->mnuFilex[ToolSetMenus::FilePrintSetup]->trigger();
+        const PrintProgress progress(frame(), u"Printing page %1 of %2"_qs, 40);
+        expect(u"PrintProgress"_qs, u"print progress"_qs);
+        child<QDialog>(frame(), "PrintProgress")->exec();
+        expect(u"frmAbout"_qs, u"about"_qs);
+        frame()->showAbout();
+        expect(QString(), u"message"_qs);
+        MsgBox::show(frame(), u"Save changes to C:\\everyday.bmt"_qs, MsgBox::Buttons::YesNoCancel,
+            MsgBox::Icon::Question);
+    }
+
+    void picker()
+    {
+        const QDir folder(path("programs"));
+        QVERIFY(folder.mkpath(u"inner"_qs));
+        QVERIFY(Files::put(folder.filePath(u"icons.exe"_qs),
+            ProgramFile::pe({{{}, 1, {ProgramFile::plain(32, qRgb(40, 90, 200))}},
+                {{}, 2, {ProgramFile::plain(32, qRgb(200, 90, 40))}}})));
+        frmFileButton picker(m_program->store, frame());
+        picker.setFileName(path("scratch.bmp"));
+        picker.setFolder(folder.path());
+        picker.show();
+        look(&picker, u"picker, empty"_qs);
+        auto *files = child<QAbstractItemView>(&picker, "FileList");
+        files->setFocus();
+        QTest::keyClick(files, Qt::Key_I);
+        look(&picker, u"picker"_qs);
     }
 
     void hints()
@@ -322,7 +285,7 @@ private Q_SLOTS:
         auto *list = frame()->findChild<ListView *>();
         QVERIFY(list->currentView()->hasFocus());
         QVERIFY(list->currentView()->accessibleDescription().contains(u"Ins"_qs));
-        modal(u"frmToolProps"_qs, [](QDialog *) {});
+        m_answers->dialog(u"frmToolProps"_qs, &QDialog::reject);
         run(u"newtool"_qs);
         QCOMPARE(list->currentView()->accessibleDescription(), QString());
         m_answers->message(u"*"_qs, QMessageBox::Yes);

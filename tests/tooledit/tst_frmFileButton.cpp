@@ -8,7 +8,6 @@
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/ProgramFile.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 #include "tooledit/frmFileButton.h"
 

@@ -6,7 +6,6 @@
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/ProgramFile.h"
-
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 #include "tooledit/EventsPage.h"

@@ -1,6 +1,5 @@
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
-#include "support/Rows.h"
 #include "support/TestRunner.h"
 #include "toolset/ToolListModel.h"
 
@@ -33,25 +32,22 @@ private Q_SLOTS:
         m_model->setTools(m_set.get());
     }
 
-    void sorting_data()
-    {
-        rows<int, bool, QString>({
-            {"names without letter case", 0, false, u"a3 B2 c4 d1 e5"_qs},
-            {"names, descending", 0, true, u"e5 d1 c4 B2 a3"_qs},
-            {"positions", 1, false, u"d1 B2 a3 c4 e5"_qs},
-            {"positions, descending", 1, true, u"e5 c4 a3 B2 d1"_qs},
-            {"equal locations by position", 2, false, u"e5 c4 B2 a3 d1"_qs},
-            {"equal locations by position, descending", 2, true, u"d1 B2 a3 c4 e5"_qs},
-        });
-    }
-
     void sorting()
     {
-        const auto [column, descending, expected] = row<int, bool, QString>();
-        m_model->sort(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
-        QCOMPARE(shown(), expected);
-        // What is written does not depend on how it is looked at.
-        QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B a c e"_qs);
+        const std::tuple<int, Qt::SortOrder, QString> rows[] = {
+            {0, Qt::AscendingOrder, u"a3 B2 c4 d1 e5"_qs}, // letter case does not matter
+            {0, Qt::DescendingOrder, u"e5 d1 c4 B2 a3"_qs},
+            {1, Qt::AscendingOrder, u"d1 B2 a3 c4 e5"_qs},
+            {1, Qt::DescendingOrder, u"e5 c4 a3 B2 d1"_qs},
+            {2, Qt::AscendingOrder, u"e5 c4 B2 a3 d1"_qs}, // equal ones by position
+            {2, Qt::DescendingOrder, u"d1 B2 a3 c4 e5"_qs},
+        };
+        for (const auto &[column, order, expected] : rows) {
+            m_model->sort(column, order);
+            QCOMPARE(shown(), expected);
+            // What is written does not depend on how it is looked at.
+            QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B a c e"_qs);
+        }
     }
 
     void selectionFollowsItsTool()
@@ -76,55 +72,44 @@ private Q_SLOTS:
         QCOMPARE(m_model->renameTool(0, QString()), u"Tool(1)"_qs);
     }
 
-    void moving_data()
-    {
-        rows<QString, QString, QString>({
-            {"one down: below the target", u"B"_qs, u"c"_qs, u"d1 a2 c3 B4 e5"_qs},
-            {"one up: above the target", u"c"_qs, u"B"_qs, u"d1 c2 B3 a4 e5"_qs},
-            {"to the start", u"e"_qs, u"d"_qs, u"e1 d2 B3 a4 c5"_qs},
-            {"to the end", u"d"_qs, u"e"_qs, u"B1 a2 c3 e4 d5"_qs},
-            {"several down keep their order", u"dB"_qs, u"c"_qs, u"a1 c2 d3 B4 e5"_qs},
-            {"several up keep their order", u"ce"_qs, u"B"_qs, u"d1 c2 e3 B4 a5"_qs},
-            {"from both sides", u"de"_qs, u"a"_qs, u"B1 a2 d3 e4 c5"_qs},
-            {"gathered at one of them", u"dce"_qs, u"c"_qs, u"B1 a2 d3 c4 e5"_qs},
-            {"onto itself", u"a"_qs, u"a"_qs, u"d1 B2 a3 c4 e5"_qs},
-            {"all of them", u"dBace"_qs, u"B"_qs, u"d1 B2 a3 c4 e5"_qs},
-        });
-    }
-
     void moving()
     {
-        const auto [moved, target, expected] = row<QString, QString, QString>();
-        m_model->sort(2, Qt::DescendingOrder); // rows and positions differ
-        const QList<int> rows = m_model->MoveTools(rowsOf(moved), rowsOf(target).constFirst());
-        QCOMPARE(shown(), expected);
-        QCOMPARE(rows, rowsOf(moved));
-        QCOMPARE(m_set->Count(), 5);
-    }
-
-    void removing_data()
-    {
-        rows<QString, QString>({
-            {"one", u"a"_qs, u"d1 B2 e4 c3"_qs},
-            {"scattered ones", u"Bc"_qs, u"d1 a2 e3"_qs},
-            {"all", u"dBace"_qs, QString()},
-        });
+        const std::tuple<QString, QString, QString> rows[] = {
+            {u"B"_qs, u"c"_qs, u"d1 a2 c3 B4 e5"_qs}, // down: below the target
+            {u"c"_qs, u"B"_qs, u"d1 c2 B3 a4 e5"_qs}, // up: above it
+            {u"e"_qs, u"d"_qs, u"e1 d2 B3 a4 c5"_qs},
+            {u"d"_qs, u"e"_qs, u"B1 a2 c3 e4 d5"_qs},
+            {u"dB"_qs, u"c"_qs, u"a1 c2 d3 B4 e5"_qs}, // several keep their order
+            {u"ce"_qs, u"B"_qs, u"d1 c2 e3 B4 a5"_qs},
+            {u"de"_qs, u"a"_qs, u"B1 a2 d3 e4 c5"_qs}, // from both sides
+            {u"dce"_qs, u"c"_qs, u"B1 a2 d3 c4 e5"_qs}, // gathered at one of them
+            {u"a"_qs, u"a"_qs, u"d1 B2 a3 c4 e5"_qs},
+            {u"dBace"_qs, u"B"_qs, u"d1 B2 a3 c4 e5"_qs},
+        };
+        for (const auto &[moved, target, expected] : rows) {
+            init();
+            m_model->sort(2, Qt::DescendingOrder); // rows and positions differ
+            const QList<int> found = m_model->MoveTools(rowsOf(moved), rowsOf(target).constFirst());
+            QCOMPARE(shown(), expected);
+            QCOMPARE(found, rowsOf(moved));
+            QCOMPARE(m_set->Count(), 5);
+        }
     }
 
     void removing()
     {
-        const auto [removed, expected] = row<QString, QString>();
-        m_model->sort(0, Qt::AscendingOrder);
-        m_model->removeTools(rowsOf(removed));
-        m_model->sort(1, Qt::AscendingOrder);
         // Positions close up in their own order, however the list was sorted meanwhile.
-        QStringList byPosition = expected.split(u' ', Qt::SkipEmptyParts);
-        std::sort(byPosition.begin(), byPosition.end(),
-            [](const QString &a, const QString &b) { return a.back() < b.back(); });
-        QCOMPARE(shown(), byPosition.join(u' '));
-        QCOMPARE(m_set->Count(), byPosition.size());
-        for (const QChar name : removed)
-            QVERIFY(!m_set->Items().contains(name));
+        for (const auto &[removed, expected] : {std::pair(u"a"_qs, u"d1 B2 c3 e4"_qs),
+                 {u"Bc"_qs, u"d1 a2 e3"_qs}, {u"dBace"_qs, QString()}}) {
+            init();
+            m_model->sort(0, Qt::AscendingOrder);
+            m_model->removeTools(rowsOf(removed));
+            m_model->sort(1, Qt::AscendingOrder);
+            QCOMPARE(shown(), expected);
+            QCOMPARE(m_set->Count(), 5 - removed.size());
+            for (const QChar name : removed)
+                QVERIFY(!m_set->Items().contains(name));
+        }
     }
 
     void appendingIntoASort()

@@ -63,53 +63,45 @@ class RtfWriter_test : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void words_data()
-    {
-        columns<QByteArray, QByteArray>();
-        const auto row = [](const char *name, const char *rtf, const char *body) {
-            QTest::newRow(name) << QByteArray(
-                                       "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial;}"
-                                       "{\\f2\\fcharset2 Symbol;}}{\\colortbl;\\red1\\green2"
-                                       "\\blue3;}\\fs20 ")
-                    + rtf + '}' << QByteArray(body);
-        };
-        row("text", "a", "\\pard\\f0\\fs20 a\\par\r\n}");
-        row("empty", "", "\\pard\\f0\\fs20\\par\r\n}");
-        row("only differences", "\\b a\\i b\\b0\\i0 c\\par d",
-            "\\pard\\f0\\fs20\\b a\\i b\\b0\\i0 c\\par\r\nd\\par\r\n}");
-        row("paragraph style when it changes", "\\qc a\\par b\\par\\pard c",
-            "\\pard\\qc\\f0\\fs20 a\\par\r\nb\\par\r\n\\pard c\\par\r\n}");
-        row("all of a paragraph",
-            "\\qj\\fi-360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr"
-            "\\tx1440 a",
-            "\\pard\\qj\\fi-"
-            "360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr\\tx1440\\f0\\fs20 "
-            "a\\par\r\n}");
-        row("bullets", "{\\*\\pn\\pnlvlblt}\\fi-200\\li200 a\\par b\\par\\pard c",
-            "\\pard{\\pntext\\f0\\'b7\\tab}{\\*\\pn\\pnlvlblt\\pnf0\\pnindent200{\\pntxtb\\'b7}}"
-            "\\fi-200\\li200\\f1\\fs20 a\\par\r\n{\\pntext\\f0\\'b7\\tab}b\\par\r\n\\pard "
-            "c\\par\r\n}");
-        row("escapes and special characters", "\\\\\\{\\}\\tab a\\line\\~\\-\\_",
-            "\\pard\\f0\\fs20\\\\\\{\\}\\tab a\\line\\~\\-\\_\\par\r\n}");
-        row("Western characters", "\\u228?\\u8364?", "\\pard\\f0\\fs20\\'e4\\'80\\par\r\n}");
-        row("Cyrillic in a font of its own", "a\\u1071?b",
-            "\\pard\\f0\\fs20 a\\f1\\'dfb\\par\r\n}");
-        row("symbols", "\\f2 a", "\\pard\\f0\\fs20 a\\par\r\n}");
-        row("Unicode where no font has it", "\\u-10179?\\u-8704?1",
-            "\\pard\\f0\\fs20\\u-10179?\\u-8704?1\\par\r\n}");
-        row("offset and switches", "\\up6 a\\dn4 b\\up0\\super c\\nosupersub\\protect\\v\\cf1 d",
-            "\\pard\\f0\\fs20\\up6 a\\dn4 b\\up0\\super c\\cf1\\protect\\v\\nosupersub "
-            "d\\par\r\n}");
-        row("format of an empty paragraph", "\\b a\\b0\\par\\i\\par\\i0 b",
-            "\\pard\\f0\\fs20\\b a\\par\r\n\\b0\\i\\par\r\n\\i0 b\\par\r\n}");
-    }
-
     void words()
     {
-        const auto [rtf, body] = row<QByteArray, QByteArray>();
-        QTextDocument document;
-        readInto(document, rtf);
-        QCOMPARE(bodyOf(RtfWriter::write(document)), body);
+        const std::pair<QByteArray, QByteArray> rows[] = {
+            {"a", "\\pard\\f0\\fs20 a\\par\r\n}"},
+            {"", "\\pard\\f0\\fs20\\par\r\n}"},
+            {"\\b a\\i b\\b0\\i0 c\\par d",
+                "\\pard\\f0\\fs20\\b a\\i b\\b0\\i0 c\\par\r\nd\\par\r\n}"},
+            {"\\qc a\\par b\\par\\pard c",
+                "\\pard\\qc\\f0\\fs20 a\\par\r\nb\\par\r\n\\pard c\\par\r\n}"},
+            {"\\qj\\fi-360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr"
+             "\\tx1440 a",
+                "\\pard\\qj\\fi-"
+                "360\\li720\\ri360\\sb60\\sa60\\sl360\\slmult1\\tx720\\tqr\\tx1440\\f0\\fs20 "
+                "a\\par\r\n}"},
+            {"{\\*\\pn\\pnlvlblt}\\fi-200\\li200 a\\par b\\par\\pard c",
+                "\\pard{\\pntext\\f0\\'b7\\tab}{\\*\\pn\\pnlvlblt\\pnf0\\pnindent200{\\pntxtb\\'b7}"
+                "}"
+                "\\fi-200\\li200\\f1\\fs20 a\\par\r\n{\\pntext\\f0\\'b7\\tab}b\\par\r\n\\pard "
+                "c\\par\r\n}"},
+            {"\\\\\\{\\}\\tab a\\line\\~\\-\\_",
+                "\\pard\\f0\\fs20\\\\\\{\\}\\tab a\\line\\~\\-\\_\\par\r\n}"},
+            {"\\u228?\\u8364?", "\\pard\\f0\\fs20\\'e4\\'80\\par\r\n}"},
+            {"a\\u1071?b", "\\pard\\f0\\fs20 a\\f1\\'dfb\\par\r\n}"},
+            {"\\f2 a", "\\pard\\f0\\fs20 a\\par\r\n}"},
+            {"\\u-10179?\\u-8704?1", "\\pard\\f0\\fs20\\u-10179?\\u-8704?1\\par\r\n}"},
+            {"\\up6 a\\dn4 b\\up0\\super c\\nosupersub\\protect\\v\\cf1 d",
+                "\\pard\\f0\\fs20\\up6 a\\dn4 b\\up0\\super c\\cf1\\protect\\v\\nosupersub "
+                "d\\par\r\n}"},
+            {"\\b a\\b0\\par\\i\\par\\i0 b",
+                "\\pard\\f0\\fs20\\b a\\par\r\n\\b0\\i\\par\r\n\\i0 b\\par\r\n}"},
+        };
+        for (const auto &[rtf, body] : rows) {
+            QTextDocument document;
+            readInto(document,
+                "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial;}{\\f2\\fcharset2 Symbol;}}"
+                "{\\colortbl;\\red1\\green2\\blue3;}\\fs20 "
+                    + rtf + '}');
+            QCOMPARE(bodyOf(RtfWriter::write(document)), body);
+        }
     }
 
     void tables()
@@ -180,28 +172,24 @@ private Q_SLOTS:
         QCOMPARE(RtfWriter::write(second), written);
     }
 
-    void selection_data()
-    {
-        // ab[bold cd]|ef
-        rows<int, int, QByteArray>({
-            {"inside a run", 1, 2, QByteArray("\\pard\\f0\\fs24 b}")},
-            {"across runs", 1, 3, QByteArray("\\pard\\f0\\fs24 b\\b c}")},
-            {"with the mark", 3, 5, QByteArray("\\pard\\f0\\fs24\\b d\\par\r\n}")},
-            {"across the mark", 3, 6, QByteArray("\\pard\\f0\\fs24\\b d\\par\r\n\\b0 e}")},
-            {"nothing", 3, 3, QByteArray("\\pard}")},
-        });
-    }
-
     void selection()
     {
-        const auto [from, to, expectedBody] = row<int, int, QByteArray>();
+        const std::tuple<int, int, QByteArray> rows[] = {
+            // of ab[bold cd]|ef
+            {1, 2, "\\pard\\f0\\fs24 b}"},
+            {1, 3, "\\pard\\f0\\fs24 b\\b c}"},
+            {3, 5, "\\pard\\f0\\fs24\\b d\\par\r\n}"},
+            {3, 6, "\\pard\\f0\\fs24\\b d\\par\r\n\\b0 e}"},
+            {3, 3, "\\pard}"},
+        };
         QTextDocument document;
         readInto(document, "{\\rtf1{\\fonttbl{\\f0 Arial;}}ab\\b cd\\par\\b0 ef}");
-        QTextCursor cursor(&document);
-        cursor.setPosition(from);
-        cursor.setPosition(to, QTextCursor::KeepAnchor);
-        const QByteArray rtf = RtfWriter::writeSelection(cursor);
-        QCOMPARE(bodyOf(rtf), expectedBody);
+        for (const auto &[from, to, body] : rows) {
+            QTextCursor cursor(&document);
+            cursor.setPosition(from);
+            cursor.setPosition(to, QTextCursor::KeepAnchor);
+            QCOMPARE(bodyOf(RtfWriter::writeSelection(cursor)), body);
+        }
     }
 
     void pictures_data()
@@ -268,29 +256,22 @@ private Q_SLOTS:
         QCOMPARE(RtfWriter::write(second), written);
     }
 
-    void pictureFromAnImage_data()
+    void pictureFromAnImage()
     {
-        columns<QImage, int>();
-        QTest::newRow("16 colours") << photo(16) << 4;
-        QTest::newRow("200 colours") << photo(200) << 8;
         QImage many(64, 64, QImage::Format_RGB32);
         for (int i = 0; i < 64 * 64; ++i)
             many.setPixel(i % 64, i / 64, qRgb(i % 64, i / 64, 7));
-        QTest::newRow("many colours") << many << 24;
-        QTest::newRow("odd width") << many.copy(0, 0, 3, 5) << 4;
-    }
-
-    void pictureFromAnImage()
-    {
-        const auto [image, expectedBits] = row<QImage, int>();
-        const RtfPicture picture = RtfPicture::fromImage(image);
-        QCOMPARE(int(picture.data.at(82 + 14)), expectedBits); // the bitmap's header is at 82
-        QCOMPARE(picture.goal, image.size() * 15);
-        qint64 memory = 1 << 20;
-        const QImage decoded = picture.decode({}, memory);
-        QCOMPARE(decoded.convertToFormat(QImage::Format_RGB32), image);
-        qint64 little = 10;
-        QVERIFY(picture.decode({}, little).isNull());
+        for (const auto &[image, bits] :
+            {std::pair(photo(16), 4), {photo(200), 8}, {many, 24}, {many.copy(0, 0, 3, 5), 4}}) {
+            const RtfPicture picture = RtfPicture::fromImage(image);
+            QCOMPARE(int(picture.data.at(82 + 14)), bits); // the bitmap's header is at 82
+            QCOMPARE(picture.goal, image.size() * 15);
+            qint64 memory = 1 << 20;
+            const QImage decoded = picture.decode({}, memory);
+            QCOMPARE(decoded.convertToFormat(QImage::Format_RGB32), image);
+            qint64 little = 10;
+            QVERIFY(picture.decode({}, little).isNull());
+        }
     }
 
     /// Spelled by hand: a reader of our own would pass over a wrong size.
