@@ -170,6 +170,13 @@ private Q_SLOTS:
             for (const char *name : {"cmdIcon0", "cmdIcon1"})
                 QCOMPARE(step(name), u"1 of 1, strip 0 of 1, green green none"_qs);
         }
+        // By a shortcut among the files: letting go of Alt does not go back to the first icon.
+        choose(u"five.exe"_qs);
+        auto *files = control<FileListBox>("FileList");
+        QTest::keyPress(files, Qt::Key_Alt);
+        QTest::keyClick(files, Qt::Key_Right, Qt::AltModifier);
+        QTest::keyRelease(files, Qt::Key_Alt, Qt::AltModifier);
+        QCOMPARE(state(), u"2 of 5, strip 1 of 5, green green green"_qs);
     }
 
     /// An icon chosen in the strip is as good as one that was stepped to.

@@ -47,7 +47,9 @@ QString FileListBox::FileName() const
 
 void FileListBox::keyPressEvent(QKeyEvent *event)
 {
-    m_pressedKey = event->key();
+    // Alt alone chooses no file: let go after a shortcut, it must not read the present one again.
+    if (event->key() != Qt::Key_Alt)
+        m_pressedKey = event->key();
     const bool first = event->key() == Qt::Key_Down || event->key() == Qt::Key_Home;
     if (first && FileName().isEmpty() && m_model->rowCount() > 0) {
         // The view would step over the first file, where its frame is, without choosing it.
