@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace {
@@ -44,6 +45,10 @@ frmTSProps::frmTSProps(QWidget *parent)
     cmdOK->setDefault(true);
     connect(cmdOK, &QPushButton::clicked, this, &frmTSProps::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmTSProps::cmdCancel_Click);
+
+    // Tab stays in the text; without this only Shift+Tab leads out of it.
+    connect(new QShortcut(Qt::CTRL | Qt::Key_Tab, this), &QShortcut::activated, chkHide,
+        [this] { chkHide->setFocus(Qt::ShortcutFocusReason); });
 
     auto *commands = new QHBoxLayout;
     commands->addStretch(1);
