@@ -44,7 +44,7 @@ void ToolDrag::lvTools_OLEStartDrag()
     const QList<int> rows = m_list.selectedRows();
     if (!m_state.DragGate()) {
         m_frame.setPanelText(Frame::namesPanel,
-            QStringLiteral("No drag yet: they begin a second after a tool set was opened or saved "
+            QStringLiteral("No drag yet: drags begin a second after a tool set was opened or saved "
                            "under a name."));
         return;
     }
