@@ -33,6 +33,9 @@ public:
         OutOfProcessOption = 16
     };
 
+    /// Of a button picture as the picker makes it and files have it: pixels, both ways.
+    static constexpr int pictureSide = 18;
+
     // --- Fields, in the order of the interface ---
     VbBool Enabled; ///< Usable at all; a disabled tool is offered nowhere.
     QString FileName; ///< The location as typed: a path or an OLE server name.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char magic[] = "ToolSetSnapshot 1\n";
 constexpr quint32 endMark = 0x454E4421;
-constexpr qsizetype pieceSize = 256 * 1024;
+constexpr qsizetype pieceSize = 256 << 10;
 
 enum TextForm : quint8 { Utf8, Utf16 };
 

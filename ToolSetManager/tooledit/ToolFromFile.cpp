@@ -4,7 +4,6 @@
 #include "platform/picture/PictureControl.h"
 #include "platform/picture/ProgramIcons.h"
 #include "tooledit/ToolFileRecognition.h"
-#include "tooledit/frmFileButton.h"
 
 #include <QFileInfo>
 
@@ -22,7 +21,7 @@ ToolPtr make(const QString &path, const QString &macroFolder)
     if (isProgram(*kind)) {
         PictureControl picIcon;
         PictureControl picConvert;
-        picConvert.resize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+        picConvert.resize(CVBATool::pictureSide, CVBATool::pictureSide);
         if (loadIcon(tool->Location(), macroFolder, picIcon, picConvert))
             tool->Picture = picConvert.Picture();
     }

@@ -1,5 +1,6 @@
 #include "tooledit/frmFileButton.h"
 
+#include "model/CVBATool.h"
 #include "platform/VbError.h"
 #include "platform/desktop/DirListBox.h"
 #include "platform/desktop/DriveListBox.h"
@@ -102,7 +103,7 @@ void frmFileButton::makeControls()
     picFile = hidden(QStringLiteral("picFile"));
     picFileIcon = hidden(QStringLiteral("picFileIcon"));
     imgConvert = hidden(QStringLiteral("imgConvert"));
-    imgConvert->resize(buttonSize, buttonSize);
+    imgConvert->resize(CVBATool::pictureSide, CVBATool::pictureSide);
     picImage = new PictureControl(this);
     tagged(picImage, QStringLiteral("picImage"), QStringLiteral("Preview:"));
     picImage->setFocusPolicy(Qt::StrongFocus);
@@ -186,7 +187,7 @@ void frmFileButton::layOut()
     QFrame *preview = framed(picImage, previewSize, this);
     preview->setObjectName(QStringLiteral("previewFrame"));
     auto *button = new QHBoxLayout;
-    button->addWidget(framed(picButton, buttonSize, this));
+    button->addWidget(framed(picButton, CVBATool::pictureSide, this));
     button->addStretch(1);
 
     auto *grid = new QGridLayout;

@@ -27,8 +27,6 @@ class frmFileButton : public QDialog
 {
     Q_OBJECT
 public:
-    /// The side of a button picture in pixels.
-    static constexpr int buttonSize = 18;
     /// CountIcons() counts no further.
     static constexpr int mostIcons = 1000;
 

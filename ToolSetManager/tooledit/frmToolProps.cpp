@@ -137,7 +137,7 @@ QWidget *frmToolProps::generalPage()
     const auto hidden = [&](const QString &name) {
         auto *made = new PictureControl(page);
         made->setObjectName(name);
-        made->resize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+        made->resize(CVBATool::pictureSide, CVBATool::pictureSide);
         made->hide();
         return made;
     };
@@ -159,7 +159,7 @@ QWidget *frmToolProps::generalPage()
     picToolImage = new PictureControl(page);
     picToolImage->setObjectName(QStringLiteral("picToolImage"));
     picToolImage->setAccessibleName(QStringLiteral("Tool image"));
-    picToolImage->setFixedSize(frmFileButton::buttonSize, frmFileButton::buttonSize);
+    picToolImage->setFixedSize(CVBATool::pictureSide, CVBATool::pictureSide);
     cmdBrowseImage = button(QStringLiteral("cmdBrowseImage"), QStringLiteral("Browse ..."),
         QStringLiteral("Select a tool image from a picture file"));
     cmdBrowseImage->setAccessibleName(QStringLiteral("Browse for an image"));

@@ -34,7 +34,7 @@
 
 namespace {
 
-constexpr QSize buttonPictureSize(18, 18);
+constexpr QSize buttonPictureSize(CVBATool::pictureSide, CVBATool::pictureSide);
 
 QTimer *makeTimer(QObject *parent, int interval)
 {

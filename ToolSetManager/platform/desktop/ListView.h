@@ -106,16 +106,16 @@ Q_SIGNALS:
     void labelEditEnded(); ///< In whatever way.
     void Click();
     void DblClick();
-    void MouseDown(Qt::MouseButton button, const QPoint &position);
-    void KeyDown(int key);
+    void MouseDown(Qt::MouseButton button, const QPoint &position); ///< In the viewport.
     void MouseUp();
+    void KeyDown(int key);
+    void KeyUp(int key); ///< Only for a key that was pressed in the list too.
+    void menuKeyPressed(); ///< A menu is asked for without the mouse.
     void OLEStartDrag(); ///< The mouse was moved with the left button held on an item.
     void OLEGiveFeedback(Qt::DropAction effect); ///< What a drop of this list's drag would do now.
     void OLEDragOver(QDragMoveEvent *event); ///< Ignored unless the owner accepts it.
     void OLEDragLeave();
-    void OLEDragDrop(QDropEvent *event);
-    void KeyUp(int key); ///< Only for a key that was pressed in the list too.
-    void menuKeyPressed();
+    void OLEDragDrop(QDropEvent *event); ///< Likewise.
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
