@@ -1,6 +1,6 @@
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
-#include "platform/VbError.h"
+#include "support/Errors.h"
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 
@@ -147,20 +147,12 @@ private Q_SLOTS:
     {
         CVBATools set(m_storage);
         set.Add(named(u"1"_qs));
-        const auto numberOf = [](const auto &call) {
-            try {
-                call();
-            } catch (const VbError &error) {
-                return error.number();
-            }
-            return 0;
-        };
-        QCOMPARE(numberOf([&] { set.Item(u"2"_qs); }), int(VbError::InvalidCall));
-        QCOMPARE(numberOf([&] { set.Item(0); }), int(VbError::SubscriptOutOfRange));
-        QCOMPARE(numberOf([&] { set.Item(2); }), int(VbError::SubscriptOutOfRange));
+        QCOMPARE(errorOf([&] { set.Item(u"2"_qs); }), int(VbError::InvalidCall));
+        QCOMPARE(errorOf([&] { set.Item(0); }), int(VbError::SubscriptOutOfRange));
+        QCOMPARE(errorOf([&] { set.Item(2); }), int(VbError::SubscriptOutOfRange));
         for (const qint32 flags : {32768, -32769, 0x10000}) {
             set.setFLAGS(5);
-            QCOMPARE(numberOf([&] { set.setFLAGS(flags); }), int(VbError::Overflow));
+            QCOMPARE(errorOf([&] { set.setFLAGS(flags); }), int(VbError::Overflow));
             QCOMPARE(set.FLAGS(), 5);
         }
         set.setFLAGS(-32768);

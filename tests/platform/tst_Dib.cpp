@@ -1,17 +1,13 @@
 #include "platform/picture/Dib.h"
 #include "support/Bytes.h"
+#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
 using namespace Bytes;
+using namespace Pictures;
 
 namespace {
-
-constexpr QRgb black = 0xFF000000;
-constexpr QRgb white = 0xFFFFFFFF;
-constexpr QRgb red = 0xFFFF0000;
-constexpr QRgb green = 0xFF00FF00;
-constexpr QRgb blue = 0xFF0000FF;
 
 /// A header of \a size bytes; what it has beyond its 40 bytes is in \a more.
 QByteArray header(qint32 width, qint32 height, quint16 bits, quint32 compression = 0,

@@ -1,4 +1,5 @@
 #include "platform/KeyedCollection.h"
+#include "support/Errors.h"
 #include "support/TestRunner.h"
 
 #include <QRandomGenerator>
@@ -13,18 +14,6 @@ QStringList listed(const Names &names)
     for (const QString &name : names)
         list.append(name);
     return list;
-}
-
-/// The number of the error that the call raises; 0 when it raises none.
-template <class Call>
-int errorOf(const Call &call)
-{
-    try {
-        call();
-    } catch (const VbError &error) {
-        return error.number();
-    }
-    return 0;
 }
 
 } // namespace

@@ -2,16 +2,15 @@
 #include "platform/picture/Picture.h"
 #include "support/Bytes.h"
 #include "support/Files.h"
+#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
 using Bytes::dword;
 using Bytes::words;
+using namespace Pictures;
 
 namespace {
-
-constexpr QRgb red = 0xFFFF0000;
-constexpr QRgb white = 0xFFFFFFFF;
 
 QByteArray record(int function, const QByteArray &parameters)
 {
@@ -182,13 +181,12 @@ private Q_SLOTS:
 
     void files()
     {
-        QImage image(40, 30, QImage::Format_RGB32);
-        image.fill(red);
         const std::tuple<QString, QByteArray, QSize> rows[] = {
             // larger, for what follows
             {u"a.wmf"_qs, placeable(0, 0, 200, 100, 96, redRectangle(0, 0, 50, 50)),
                 QSize(256, 128)},
-            {u"b.wmf"_qs, Picture::encodeBitmap(image), QSize(40, 30)}, // whatever its name
+            {u"b.wmf"_qs, Picture::encodeBitmap(filled(40, 30, red)),
+                QSize(40, 30)}, // whatever its name
             {u"c.bmp"_qs, "BMW is a car", QSize(0, 0)},
             {u"d.bmp"_qs, "", QSize(0, 0)},
         };

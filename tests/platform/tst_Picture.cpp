@@ -1,6 +1,7 @@
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 #include "support/Bytes.h"
+#include "support/Pictures.h"
 #include "support/TestRunner.h"
 
 #include <QBuffer>
@@ -8,11 +9,11 @@
 using Bytes::dword;
 using Bytes::word;
 using Bytes::words;
+using namespace Pictures;
 
 namespace {
 
 constexpr qint64 plenty = 1 << 24;
-constexpr QRgb grey = 0xFFC0C0C0;
 constexpr Twips box {275};
 
 /// Odd in both directions, so that every depth has padded rows and the corners differ.
@@ -177,25 +178,18 @@ private Q_SLOTS:
 
     void rendering()
     {
-        const auto filled = [](int width, int height, QColor colour) {
-            QImage image(
-                width, height, colour.alpha() < 255 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-            image.fill(colour);
-            return image;
-        };
-        const QColor red(255, 0, 0);
         QImage sharp = filled(18, 18, red); // made for a sharp screen
         sharp.setDevicePixelRatio(2);
         const std::tuple<QImage, QSize, QRgb> rows[] = {
             {QImage(), QSize(0, 0), grey},
-            {filled(18, 18, red), QSize(18, 18), red.rgb()},
-            {filled(9, 5, red), QSize(9, 5), red.rgb()}, // at the top left
-            {filled(36, 72, red), QSize(9, 18), red.rgb()}, // scaled to fit
-            {filled(54, 6, red), QSize(18, 2), red.rgb()},
-            {filled(360, 1, red), QSize(18, 1), red.rgb()},
-            {filled(18, 18, Qt::transparent), QSize(18, 18), grey},
-            {filled(18, 18, QColor(0, 0, 0, 128)), QSize(18, 18), qRgb(96, 96, 96)},
-            {sharp, QSize(18, 18), red.rgb()},
+            {filled(18, 18, red), QSize(18, 18), red},
+            {filled(9, 5, red), QSize(9, 5), red}, // at the top left
+            {filled(36, 72, red), QSize(9, 18), red}, // scaled to fit
+            {filled(54, 6, red), QSize(18, 2), red},
+            {filled(360, 1, red), QSize(18, 1), red},
+            {filled(18, 18, 0), QSize(18, 18), grey},
+            {filled(18, 18, 0x80000000), QSize(18, 18), qRgb(96, 96, 96)},
+            {sharp, QSize(18, 18), red},
         };
         for (const auto &[picture, covered, colour] : rows) {
             PictureBox pictureBox(box, box);

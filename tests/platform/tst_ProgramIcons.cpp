@@ -1,4 +1,5 @@
 #include "platform/picture/ProgramIcons.h"
+#include "support/Pictures.h"
 #include "support/ProgramFile.h"
 #include "support/TestRunner.h"
 
@@ -9,13 +10,9 @@ using ProgramFile::bitmap;
 using ProgramFile::Frame;
 using ProgramFile::Icon;
 using ProgramFile::plain;
+using namespace Pictures;
 
 namespace {
-
-constexpr QRgb red = 0xFFFF0000;
-constexpr QRgb green = 0xFF00FF00;
-constexpr QRgb blue = 0xFF0000FF;
-constexpr QRgb white = 0xFFFFFFFF;
 
 /// Counts what is read from a file.
 class CountingBuffer : public QBuffer
@@ -182,13 +179,11 @@ private Q_SLOTS:
 
     void choice()
     {
-        QImage large(256, 256, QImage::Format_ARGB32);
-        large.fill(blue);
         const auto coarse = [](int side) {
             return frameOf(side, side, 1, {0xFF000000, white}, {1, 1});
         };
-        const std::vector<Frame> frames {
-            plain(16, green), coarse(32), plain(32, red), coarse(16), ProgramFile::png(large)};
+        const std::vector<Frame> frames {plain(16, green), coarse(32), plain(32, red), coarse(16),
+            ProgramFile::png(filled(256, 256, blue))};
         std::vector<Frame> silent = frames; // directories that do not tell the depth
         for (Frame &frame : silent)
             frame.bits = 0;
@@ -213,9 +208,7 @@ private Q_SLOTS:
     {
         Frame damaged = plain(32, red);
         damaged.bytes.truncate(1000);
-        QImage image(32, 32, QImage::Format_ARGB32);
-        image.fill(blue);
-        Frame png = ProgramFile::png(image);
+        Frame png = ProgramFile::png(filled(32, 32, blue));
         png.bytes.truncate(40);
         const ProgramIcons icons =
             iconsIn(ProgramFile::pe({{{}, 1, {plain(16, green), damaged, png}}}));
@@ -309,9 +302,8 @@ private Q_SLOTS:
             patch(huge.bytes, 8, quint32(side));
             QTest::addRow("an icon of %d squared", side) << ProgramFile::ico({huge});
         }
-        QImage large(1025, 1, QImage::Format_ARGB32);
-        large.fill(red);
-        QTest::newRow("a PNG larger than icons are") << ProgramFile::ico({ProgramFile::png(large)});
+        QTest::newRow("a PNG larger than icons are")
+            << ProgramFile::ico({ProgramFile::png(filled(1025, 1, red))});
         Frame cut = plain(8, red);
         cut.bytes.chop(1);
         QTest::newRow("a mask that is cut off") << ProgramFile::ico({cut});

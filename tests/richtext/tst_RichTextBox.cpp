@@ -1,5 +1,6 @@
 #include "platform/rtf/RichTextBox.h"
 #include "platform/rtf/RichTextPages.h"
+#include "support/Pictures.h"
 #include "support/TestRunner.h"
 
 #include <QPrinter>
@@ -377,9 +378,7 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath(u"own.png"_qs);
-        QImage image(1, 1, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        QVERIFY(image.save(path));
+        QVERIFY(Pictures::filled(1, 1, Pictures::red).save(path));
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QString inPage = QString::fromLatin1(file.readAll().toBase64());
@@ -395,8 +394,7 @@ private Q_SLOTS:
 
     void pastePicture()
     {
-        QImage image(3, 2, QImage::Format_RGB32);
-        image.fill(Qt::green);
+        const QImage image = Pictures::filled(3, 2, Pictures::green);
         QApplication::clipboard()->setImage(image);
         box->paste();
         QVERIFY(box->TextRTF().contains(

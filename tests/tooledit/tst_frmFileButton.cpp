@@ -7,6 +7,7 @@
 #include "shell/Settings.h"
 #include "support/Answers.h"
 #include "support/Files.h"
+#include "support/Pictures.h"
 #include "support/ProgramFile.h"
 #include "support/TestRunner.h"
 #include "tooledit/frmFileButton.h"
@@ -16,13 +17,10 @@
 #include <QListView>
 #include <QPushButton>
 
+using namespace Pictures;
+
 namespace {
 
-constexpr QRgb red = 0xFFFF0000;
-constexpr QRgb green = 0xFF00FF00;
-constexpr QRgb blue = 0xFF0000FF;
-constexpr QRgb white = 0xFFFFFFFF;
-constexpr QRgb black = 0xFF000000;
 const QList<QRgb> fiveColours {red, green, blue, white, black};
 /// The colour of a picture that has only one.
 QString colour(const QImage &image)
@@ -36,7 +34,7 @@ QString colour(const QImage &image)
         }
     }
     static const QMap<QRgb, QString> names {{red, u"red"_qs}, {green, u"green"_qs},
-        {blue, u"blue"_qs}, {white, u"white"_qs}, {black, u"black"_qs}, {0xFFC0C0C0, u"grey"_qs}};
+        {blue, u"blue"_qs}, {white, u"white"_qs}, {black, u"black"_qs}, {grey, u"grey"_qs}};
     return names.value(image.pixel(0, 0) | 0xFF000000, u"another"_qs);
 }
 
@@ -75,7 +73,7 @@ private Q_SLOTS:
         put("ONE.DLL", program(1, 1));
         put("none.exe", program(0));
         put("halves.bmp", bitmap(40, 40, [](int x, int) { return x < 20 ? red : blue; }));
-        put("green.dib", bitmap(4, 4, [](int, int) { return green; }));
+        put("green.dib", Picture::encodeBitmap(filled(4, 4, green)));
         put("green.ico", ProgramFile::ico({ProgramFile::plain(32, green)}));
         put("text.txt", "no picture");
         QVERIFY(QDir(m_folder->path()).mkpath(u"sub/deeper"_qs));
@@ -98,10 +96,8 @@ private Q_SLOTS:
             {u"text.txt"_qs, u"no strip, white white white"_qs},
             {u"green.dib"_qs, u"no strip, white white white"_qs}, // though it is a bitmap
         };
-        QImage former(4, 4, QImage::Format_RGB32);
-        former.fill(white);
         for (const auto &[name, expected] : rows) {
-            control<PictureControl>("picImage")->setPicture(former);
+            control<PictureControl>("picImage")->setPicture(filled(4, 4, white));
             choose(name);
             QCOMPARE(name + u' ' + state(), name + u' ' + expected);
         }

@@ -5,6 +5,7 @@
 #include "shell/Settings.h"
 #include "support/Answers.h"
 #include "support/Files.h"
+#include "support/Pictures.h"
 #include "support/ProgramFile.h"
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
@@ -15,18 +16,11 @@
 
 #include <QtWidgets>
 
+using namespace Pictures;
+
 namespace {
 
-constexpr QRgb red = 0xFFFF0000;
-constexpr QRgb blue = 0xFF0000FF;
 const QString question = u"Do you want to save your changes first?"_qs;
-
-QImage filled(QRgb colour)
-{
-    QImage image(18, 18, QImage::Format_RGB32);
-    image.fill(colour);
-    return image;
-}
 
 ToolPtr tool(const QString &name)
 {
@@ -35,7 +29,7 @@ ToolPtr tool(const QString &name)
     made->setLocation(u"c:\\tools\\"_qs + name + u".exe"_qs);
     made->ToolType = CVBATool::Macro;
     made->CommandLine = u"/x"_qs;
-    made->Picture = filled(red);
+    made->Picture = filled(18, 18, red);
     made->Enabled = true;
     made->AccessOptions = 0x7E; // all but the tool bar, and bits without a meaning
     made->VBEvents = qint32(0x84000201);
@@ -88,7 +82,7 @@ private Q_SLOTS:
     {
         QVERIFY(!canApply());
         QCOMPARE(shown(), u"Macro|Alpha|c:\\tools\\Alpha.exe|/x"_qs);
-        QCOMPARE(picture(), filled(red));
+        QCOMPARE(picture(), filled(18, 18, red));
         QStringList checked;
         for (const QCheckBox *box : m_dialog->findChildren<QCheckBox *>()) {
             if (box->isChecked())
@@ -120,7 +114,7 @@ private Q_SLOTS:
         m_tool->HelpString.clear();
         QCOMPARE(SetDump::line(*m_tool),
             u"Alpha|c:\\tools\\Alpha.exe|||c:\\tools\\Alpha.exe|/new||3 6f 0 86000200 0 0"_qs);
-        QCOMPARE(m_tool->Picture, filled(red));
+        QCOMPARE(m_tool->Picture, filled(18, 18, red));
     }
 
     /// As long as a file can hold them.
@@ -185,14 +179,14 @@ private Q_SLOTS:
         kinds->setFocus();
         QTest::keyClick(kinds, Qt::Key_End);
         QCOMPARE(shown(), u"Separator|Separator|c:\\tools\\Alpha.exe|/x"_qs);
-        QCOMPARE(picture(), filled(0xFFC0C0C0));
+        QCOMPARE(picture(), filled(18, 18, grey));
         // All fields stay open, and what is typed later counts.
         type("txtDescription", u"Line"_qs);
         press("cmdApply");
         QCOMPARE(m_tool->Description, u"Line"_qs);
         QCOMPARE(m_tool->ToolType, qint16(CVBATool::Separator));
         // Shown again it keeps its own name and picture.
-        m_tool->Picture = filled(blue);
+        m_tool->Picture = filled(18, 18, blue);
         const ToolPtr other = tool(u"Other"_qs);
         for (const qint16 kind : {2, 6, -2, 32767}) { // of which nobody knows the last three
             other->ToolType = kind;
@@ -201,7 +195,7 @@ private Q_SLOTS:
         }
         m_dialog->setTool(m_tool);
         QCOMPARE(control<QLineEdit>("txtDescription")->text(), u"Line"_qs);
-        QCOMPARE(picture(), filled(blue));
+        QCOMPARE(picture(), filled(18, 18, blue));
         QVERIFY(!canApply());
     }
 
@@ -310,7 +304,7 @@ private Q_SLOTS:
             answers.file(u"Select Tool"_qs, path);
             press("cmdBrowseTool");
             QCOMPARE(shown(), QString(expected).replace(u'*', path));
-            QCOMPARE(picture(), filled(colour));
+            QCOMPARE(picture(), filled(18, 18, colour));
             QVERIFY(canApply());
         }
     }
@@ -344,12 +338,12 @@ private Q_SLOTS:
             answers.dialog(u"frmFileButton"_qs, [&](QDialog *dialog) {
                 // It shows the tool's picture until another is chosen.
                 auto *button = dialog->findChild<PictureControl *>(u"picButton"_qs);
-                QCOMPARE(button->Image(), filled(red));
-                button->setPicture(filled(blue));
+                QCOMPARE(button->Image(), filled(18, 18, red));
+                button->setPicture(filled(18, 18, blue));
                 dialog->findChild<QPushButton *>(ok ? u"cmdOK"_qs : u"cmdCancel"_qs)->click();
             });
             press("cmdBrowseImage");
-            QCOMPARE(picture(), filled(ok ? blue : red));
+            QCOMPARE(picture(), filled(18, 18, ok ? blue : red));
             QCOMPARE(canApply(), ok);
             QCOMPARE(QFile::exists(m_folder->filePath(u"macros/$$$.bmp"_qs)), ok);
         }
@@ -369,7 +363,7 @@ private Q_SLOTS:
         press("cmdToolID");
         QCOMPARE(help->Text(), u"Bold  and plain\uFFFCAlpha "_qs);
         QCOMPARE(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32),
-            filled(red));
+            filled(18, 18, red));
         QCOMPARE(m_dialog->focusWidget(), help);
         QTRY_VERIFY(canApply());
         press("cmdApply");

@@ -3,6 +3,7 @@
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfWriter.h"
+#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
@@ -277,9 +278,7 @@ private Q_SLOTS:
     /// Spelled by hand: a reader of our own would pass over a wrong size.
     void metafileBytes()
     {
-        QImage pixel(1, 1, QImage::Format_RGB32);
-        pixel.fill(Qt::red);
-        QCOMPARE(RtfPicture::fromImage(pixel).data.toHex(' '),
+        QCOMPARE(RtfPicture::fromImage(Pictures::filled(1, 1, Pictures::red)).data.toHex(' '),
             QByteArray::fromHex(
                 "0100 0900 0003 44000000 0000 26000000 0000"
                 "04000000 0301 0800"
@@ -313,9 +312,7 @@ private Q_SLOTS:
     /// Pictures beyond the limit are framed, but kept.
     void pictureMemory()
     {
-        QImage large(1000, 1000, QImage::Format_RGB32);
-        large.fill(Qt::red);
-        const QByteArray png = fileOf(large, "png");
+        const QByteArray png = fileOf(Pictures::filled(1000, 1000, Pictures::red), "png");
         QTextDocument document;
         RtfReader reader;
         reader.pictureMemory = 3'000'000;
