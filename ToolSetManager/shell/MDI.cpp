@@ -31,6 +31,7 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -99,6 +100,11 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
 
     connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     makeMenus();
+    // Beside the toolkit's Ctrl+W and Ctrl+Tab: what hands that know such windows try first.
+    connect(new QShortcut(Qt::CTRL | Qt::Key_F4, this), &QShortcut::activated, mdi,
+        &QMdiArea::closeActiveSubWindow);
+    connect(new QShortcut(Qt::CTRL | Qt::Key_F6, this), &QShortcut::activated, mdi,
+        &QMdiArea::activateNextSubWindow);
     mdi->viewport()->installEventFilter(this);
     connect(this, &MDI::firstPainted, this, [this] {
         m_painted = true;
