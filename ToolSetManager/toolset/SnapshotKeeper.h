@@ -13,8 +13,8 @@ struct ToolSetStorage;
 
 /// Keeps a snapshot of a set for as long as the set has changes that are in no file. Changes are
 /// gathered for a moment; then the set is taken as it stands and written in small pieces between
-/// the user's actions; the dearer the last one was, the longer is that moment. What cannot be written
-/// is not told: the next change tries again.
+/// the user's actions; the dearer the last one was, the longer is that moment. What cannot be
+/// written is not told: the next change tries again.
 class SnapshotKeeper : public QObject
 {
     Q_OBJECT
