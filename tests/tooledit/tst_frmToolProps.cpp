@@ -45,6 +45,7 @@ class frmToolProps_test : public QObject
 private Q_SLOTS:
     void init()
     {
+        cleanup();
         m_folder = std::make_unique<QTemporaryDir>();
         m_store = std::make_unique<SettingsStore>(m_folder->path());
         QVERIFY(QDir(m_folder->path()).mkpath(u"macros"_qs));

@@ -178,13 +178,12 @@ private Q_SLOTS:
             QMessageBox::StandardButton button;
             bool closes;
             QString saved;
-        } const rows[] = {{QMessageBox::Cancel, false, u"x y z"_qs},
-            {QMessageBox::No, true, u"x y z"_qs}, {QMessageBox::Yes, true, u"x z"_qs}};
+        } const rows[] = {{QMessageBox::Yes, true, u"x z"_qs}, {QMessageBox::No, true, u"x y z"_qs},
+            {QMessageBox::Cancel, false, u"x y z"_qs}};
         for (const auto &[button, closes, saved] : rows) {
-            frmToolSet *changed = window(path("a.bmt"));
+            frmToolSet *changed = window(file("a.bmt", u"xyz"_qs));
             run(changed, u"y"_qs, "silentdelete");
             m_frame->words.clear();
-            m_frame->documents = {changed};
             Answers answers;
             answers.message(u"Save changes to "_qs + path("a.bmt"), button);
             QCOMPARE(changed->close(), closes);
