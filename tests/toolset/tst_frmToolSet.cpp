@@ -658,7 +658,7 @@ private:
             name = model->toolAt(row)->Description;
             if (model->isGhosted(row))
                 name += u'*';
-            if (listOf(window)->selectedRows().contains(row))
+            if (listOf(window)->currentView()->selectionModel()->isRowSelected(row))
                 name = u'[' + name + u']';
         }
         return names.join(u' ');
