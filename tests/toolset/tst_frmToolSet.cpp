@@ -8,6 +8,7 @@
 #include "support/Rows.h"
 #include "support/TestDrag.h"
 #include "support/TestRunner.h"
+#include "toolset/EditCommands.h"
 #include "toolset/ToolSetMenus.h"
 
 #include <QSignalSpy>
@@ -438,6 +439,39 @@ private Q_SLOTS:
         QCOMPARE(press(Qt::Key_End), u"a c e [b] [d]"_qs);
         QCOMPARE(press(Qt::Key_Home), u"[b] [d] a c e"_qs);
         QVERIFY(form->Dirty());
+    }
+
+    /// What places tools shows them where they are then, whatever the list was sorted by.
+    void backToPositionOrder()
+    {
+        QVERIFY(Files::put(path("notes.txt"), "text"));
+        const std::pair<QString, std::function<void(frmToolSet *)>> rows[] = {
+            {u"c b a"_qs,
+                [](frmToolSet *form) {
+                    select(form, u"a"_qs);
+                    form->findChild<EditCommands *>()->moveSelection(
+                        EditCommands::Direction::ToEnd);
+                }},
+            {u"c a b b(1)"_qs,
+                [](frmToolSet *form) {
+                    run(form, u"b"_qs, "copy");
+                    form->setAction(u"paste"_qs);
+                }},
+            {u"c a b Notes.txt"_qs,
+                [this](frmToolSet *form) {
+                    TestDrag::dropFiles(
+                        listOf(form)->currentView()->viewport(), {path("notes.txt")});
+                }},
+        };
+        for (const auto &[expected, act] : rows) {
+            frmToolSet *form = window(file("a.bmt", u"cab"_qs));
+            modelOf(form)->sort(ToolListModel::NameColumn, Qt::AscendingOrder);
+            act(form);
+            QStringList shown;
+            for (int row = 0; row < modelOf(form)->rowCount(); ++row)
+                shown.append(modelOf(form)->toolAt(row)->Description);
+            QCOMPARE(shown.join(u' '), expected);
+        }
     }
 
     void droppingFiles()
