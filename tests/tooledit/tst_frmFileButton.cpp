@@ -5,6 +5,7 @@
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
 #include "shell/Settings.h"
+#include "shell/frmHelp.h"
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/Pictures.h"
@@ -244,6 +245,11 @@ private Q_SLOTS:
         QVERIFY(m_dialog->isVisible());
         QVERIFY(image->band().isEmpty());
         QCOMPARE(scratch().size(), QSize(40, 24));
+        press(Qt::Key_Space);
+        press(Qt::Key_Right);
+        control<FileListBox>("FileList")->setFocus();
+        QVERIFY(image->band().isEmpty()); // given up, too
+        image->setFocus();
         press(Qt::Key_Space, 2); // begun and ended at one place: all
         QCOMPARE(scratch().size(), QSize(192, 192));
         press(Qt::Key_Escape);
@@ -296,6 +302,9 @@ private Q_SLOTS:
         QVERIFY(m_dialog->OK());
         QCOMPARE(colour(scratch()), u"green"_qs);
         open();
+        QTest::ignoreMessage(QtWarningMsg, "QTextBrowser: No document for manual.md");
+        QTest::mouseClick(control<QPushButton>("cmdHelp"), Qt::LeftButton);
+        QVERIFY(m_dialog->findChild<frmHelp *>()->isVisible());
         QTest::mouseClick(control<QPushButton>("cmdCancel"), Qt::LeftButton);
         QVERIFY(!m_dialog->isVisible());
         QVERIFY(!m_dialog->OK());
