@@ -76,6 +76,12 @@ def key(*keys):
         xdo("key", one)  # clearing modifiers would release a mouse button that is held
 
 
+def has_keyboard():
+    """True once the window manager has made the frame the active window."""
+    named = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], capture_output=True)
+    return named.stdout.decode().strip() == CAPTION
+
+
 def application():
     for app in pyatspi.Registry.getDesktop(0):
         if app and app.name == CAPTION:
@@ -290,6 +296,7 @@ check(first.returncode == 0, "with 0")
 third = start()
 until(application, "it starts again")
 until(lambda: any(n.name == two.upper() for n in walk(application())), "the recent files are kept")
+until(has_keyboard, "keys go to it")
 key("alt+f")
 key("Down", "Down", "Return")
 until(lambda: len(rows()) == 13, "a recent file is opened with its real spelling")
@@ -318,6 +325,7 @@ with open(foreign, "wb") as file:
 fourth = start(foreign)
 until(application, "after a crash it starts all the same")
 until(lambda: [row for row in rows() if row[0] == hostile], "a name that looks like HTML is text")
+until(has_keyboard, "keys go to the frame")
 key("Home", "alt+Return")
 until(lambda: [n for n in walk(application()) if n.name == "VB Quillon Tool Properties"],
       "its tool is shown")
