@@ -100,9 +100,12 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
 
     connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     makeMenus();
-    // Beside the toolkit's Ctrl+W and Ctrl+Tab: what hands that know such windows try first.
-    connect(new QShortcut(Qt::CTRL | Qt::Key_F4, this), &QShortcut::activated, mdi,
-        &QMdiArea::closeActiveSubWindow);
+    // What hands that know such windows try first, beside Ctrl+W and Ctrl+Tab. Where Ctrl+F4 is the
+    // desktop's own key the toolkit has it, and two shortcuts of one key would do nothing.
+    const QKeySequence close(Qt::CTRL | Qt::Key_F4);
+    if (!QKeySequence::keyBindings(QKeySequence::Close).contains(close))
+        connect(new QShortcut(close, this), &QShortcut::activated, mdi,
+            &QMdiArea::closeActiveSubWindow);
     connect(new QShortcut(Qt::CTRL | Qt::Key_F6, this), &QShortcut::activated, mdi,
         &QMdiArea::activateNextSubWindow);
     mdi->viewport()->installEventFilter(this);

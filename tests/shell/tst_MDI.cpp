@@ -231,6 +231,18 @@ private Q_SLOTS:
         QCOMPARE(Sets::files(path("data/recovery")).size(), 1);
     }
 
+    void keysOfTheWindows()
+    {
+        for (int i = 0; i < 2; ++i)
+            m_program->run(u"newtoolset"_qs);
+        QVERIFY(QTest::qWaitForWindowActive(&frame()));
+        QTest::keyClick(&frame(), Qt::Key_F6, Qt::ControlModifier);
+        QCOMPARE(frame().activeDocument()->Caption(), u"Untitled 1"_qs);
+        QTest::keyClick(&frame(), Qt::Key_F4, Qt::ControlModifier);
+        m_program->waitForQueue();
+        QCOMPARE(captions(), u"Untitled 2"_qs);
+    }
+
     /// The program's icon is drawn when the frame stands; a window may have come before.
     void iconsOfTheWindows()
     {
