@@ -1,3 +1,4 @@
+#include "Promise.h"
 #include "model/BmtReader.h"
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
@@ -8,19 +9,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
-
-/// What the target promises whatever the bytes; a broken promise counts like a crash.
-void require(bool kept, const char *promise)
-{
-    if (kept)
-        return;
-    std::fprintf(stderr, "broken: %s\n", promise);
-    std::abort();
-}
 
 /// The folder and storage of the run.
 struct Place

@@ -1,22 +1,11 @@
+#include "Promise.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
 
 #include <QGuiApplication>
 #include <QTextDocument>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
-
-/// What the target promises whatever the bytes; a broken promise counts like a crash.
-void require(bool kept, const char *promise)
-{
-    if (kept)
-        return;
-    std::fprintf(stderr, "broken: %s\n", promise);
-    std::abort();
-}
 
 bool isSevenBit(const QByteArray &bytes)
 {

@@ -1,20 +1,10 @@
+#include "Promise.h"
 #include "model/ToolSetSnapshot.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
-
-void require(bool kept, const char *promise)
-{
-    if (kept)
-        return;
-    std::fprintf(stderr, "broken: %s\n", promise);
-    std::abort();
-}
 
 bool same(const CVBATool &a, const CVBATool &b)
 {
