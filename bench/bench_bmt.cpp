@@ -47,7 +47,7 @@ std::vector<std::pair<qsizetype, qsizetype>> bitmapsIn(const QByteArray &bytes)
     BmtFormat::Header header;
     BmtFormat::Record record;
     reader.readHeader(header, samples->storage().codePage);
-    while (reader.readRecord(record))
+    while (reader.readRecord(record) == BmtReader::Found::Record)
         all.emplace_back(record.picture.data() - bytes.data(), record.picture.size());
     return all;
 }

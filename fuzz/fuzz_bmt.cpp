@@ -5,6 +5,7 @@
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
@@ -27,16 +28,33 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Each record by itself, and its picture on a small budget.
+/// Each record by itself, and its picture on a small budget. Through a window of a few bytes the
+/// records are the same.
 void readRecords(QByteArrayView bytes, const CodePage &codePage)
 {
     BmtReader reader(bytes);
+    QByteArray content = QByteArray::fromRawData(bytes.data(), bytes.size());
+    QBuffer file(&content);
+    file.open(QIODevice::ReadOnly);
+    BmtReader windowed(file, 16);
     BmtFormat::Header header;
-    if (!reader.readHeader(header, codePage))
-        return;
+    BmtFormat::Header sameHeader;
+    const bool isToolSet = reader.readHeader(header, codePage);
+    require(windowed.readHeader(sameHeader, codePage) == isToolSet
+            && sameHeader.Description == header.Description,
+        "a window shows the same header");
     qint64 memoryLeft = 1 << 20;
     BmtFormat::Record record;
-    while (reader.readRecord(record)) {
+    BmtFormat::Record same;
+    auto found = isToolSet ? BmtReader::Found::Record : BmtReader::Found::End;
+    while (found == BmtReader::Found::Record) {
+        found = reader.readRecord(record);
+        require(windowed.readRecord(same) == found, "a window shows as many records");
+        if (found != BmtReader::Found::Record)
+            break;
+        require(same.name == record.name && same.help == record.help
+                && same.picture == record.picture && windowed.position() == reader.position(),
+            "a window shows the same records");
         Picture::decode(record.picture, memoryLeft);
         require(memoryLeft >= 0, "a picture stays within its memory");
     }

@@ -15,6 +15,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (image ? image->isNull() || memoryLeft != memory - image->sizeInBytes() || memoryLeft < 0
               : memoryLeft != memory)
         std::abort();
+    constexpr int longestSide = 5;
+    qint64 leftBySmall = memory;
+    const auto small = Picture::decode(bytes, leftBySmall, longestSide);
+    if (small ? small->isNull() || small->width() > longestSide || small->height() > longestSide
+                || leftBySmall < 0
+              : image.has_value())
+        std::abort();
     if (image) {
         // Nothing of it is left to chance.
         qint64 again = memory;

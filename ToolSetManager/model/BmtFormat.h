@@ -29,8 +29,8 @@ struct Header
     QString Description;
 };
 
-/// One tool as it stands in the file, in file order. Strings are in the code page; the views point
-/// into the bytes that the reader was given.
+/// One tool as it stands in the file, in file order. Strings are in the code page; the views are
+/// borrowed from the reader, or from the caller of the writer.
 struct Record
 {
     QByteArrayView name;

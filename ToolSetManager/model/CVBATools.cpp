@@ -4,6 +4,7 @@
 #include "model/BmtWriter.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/SafeFiles.h"
+#include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 
@@ -14,16 +15,22 @@
 #include <QStorageInfo>
 
 #include <limits>
+#include <new>
 
 namespace {
 
-/// The most memory that the pictures of a file may take: a little for every file, and in
-/// proportion to what was read. Uncompressed bitmaps, the usual form, need a third more than they
-/// have in the file.
-qint64 pictureMemoryFor(qint64 fileSize)
-{
-    return 64LL * 1024 * 1024 + 32 * fileSize;
-}
+/// Bytes. Less would not help where the system's heap itself cannot grow any more.
+constexpr qsizetype memoryReserve = 4 << 20;
+
+/// The memory that the pictures of a file may take: a little for every file, and in proportion to
+/// what has been read of it. Uncompressed bitmaps, the usual form, need a third more than they have
+/// in the file.
+constexpr qint64 pictureMemoryOfAnyFile = 64LL << 20;
+constexpr qint64 pictureMemoryPerByte = 32;
+
+/// Pixels. Larger pictures are scaled down while they are decoded: no button, list or dialog shows
+/// more, and 1-bit pictures would grow to 32 times their size.
+constexpr int longestPictureSide = 512;
 
 VbError fileError(const QString &text)
 {
@@ -35,37 +42,33 @@ QString shown(const QString &path)
     return QDir::toNativeSeparators(path);
 }
 
-/// Reads a regular file, at most \a limit bytes of it. Reading counts as half of the progress.
-QByteArray readFile(const QString &path, const std::function<void(qint64, qint64)> &progress = {},
-    qint64 limit = std::numeric_limits<qint64>::max())
+/// Opens a regular file for reading.
+void openForReading(QFile &file)
 {
+    const QString path = file.fileName();
     const QFileInfo info(path);
+    if (!info.exists() && mFileUtil::HasUnreadableName(path)) {
+        throw fileError(QStringLiteral("The file \"%1\" cannot be opened, because its name is not "
+                                       "valid UTF-8. Give it another name first.")
+                            .arg(shown(path)));
+    }
     if (!info.exists())
         throw fileError(QStringLiteral("The file \"%1\" was not found.").arg(shown(path)));
     if (info.isDir())
         throw fileError(QStringLiteral("\"%1\" is a folder, not a file.").arg(shown(path)));
     if (!info.isFile()) // a device or a pipe could be read for ever
         throw fileError(QStringLiteral("\"%1\" is not an ordinary file.").arg(shown(path)));
-    QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw fileError(
             QStringLiteral("\"%1\" cannot be opened: %2.").arg(shown(path), file.errorString()));
     }
-    constexpr qint64 piece = 16'000'000;
-    const qint64 wanted = qMin(limit, file.size());
-    QByteArray bytes(wanted, Qt::Uninitialized);
-    qint64 got = 0;
-    for (qint64 read = 1; read > 0 && got < wanted; got += qMax<qint64>(read, 0)) {
-        if (progress)
-            progress(got, 2 * wanted);
-        read = file.read(bytes.data() + got, qMin(piece, wanted - got));
-    }
-    bytes.truncate(got);
-    if (file.error() != QFileDevice::NoError) {
-        throw fileError(
-            QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(path), file.errorString()));
-    }
-    return bytes;
+}
+
+VbError pictureError(const QString &toolName)
+{
+    return fileError(QStringLiteral("The button picture of the tool \"%1\" is not a bitmap "
+                                    "that can be read.")
+                         .arg(toolName));
 }
 
 /// Only blanks are trimmed, not every white space.
@@ -160,24 +163,52 @@ void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
 bool CVBATools::Load(const QString &FileName)
 {
     ErrorDescription.clear();
+    // Given back when memory runs out, so that there is some for the message.
+    QByteArray reserve(memoryReserve, Qt::Uninitialized);
     try {
-        const QByteArray bytes = readFile(FileName, Progress);
-        BmtReader reader(bytes);
-        if (reader.readHeader(m_header, m_storage.codePage)) {
-            qint64 pictureMemory = pictureMemoryFor(bytes.size());
-            BmtFormat::Record record;
-            while (reader.readRecord(record)) {
-                addRecord(record, pictureMemory);
-                if (Progress)
-                    Progress(bytes.size() + reader.position(), 2 * bytes.size());
-            }
-        }
+        readTools(FileName);
     } catch (const VbError &error) {
         ErrorDescription = error.description();
+        return false;
+    } catch (const std::bad_alloc &) {
+        reserve = QByteArray();
+        ErrorDescription =
+            QStringLiteral("There is not enough memory for \"%1\".").arg(shown(FileName));
         return false;
     }
     ToolSetName = FileName;
     return true;
+}
+
+void CVBATools::readTools(const QString &FileName)
+{
+    QFile file(FileName);
+    openForReading(file);
+    BmtReader reader(file);
+    m_fileEnd = FileEnd::NotAToolSet;
+    if (reader.readHeader(m_header, m_storage.codePage)) {
+        using Found = BmtReader::Found;
+        qint64 pictureMemory = pictureMemoryOfAnyFile;
+        BmtFormat::Record record;
+        Found found = Found::Record;
+        for (;;) {
+            const qint64 before = reader.position();
+            found = reader.readRecord(record);
+            if (found != Found::Record)
+                break;
+            pictureMemory += pictureMemoryPerByte * (reader.position() - before);
+            addRecord(record, pictureMemory);
+            if (Progress)
+                Progress(reader.position(), reader.size());
+        }
+        if (found == Found::ImpossiblePicture)
+            throw pictureError(m_storage.codePage.decode(trimmedBlanks(record.name)));
+        m_fileEnd = found == Found::End ? FileEnd::Complete : FileEnd::Early;
+    }
+    if (file.error() != QFileDevice::NoError) {
+        throw fileError(
+            QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(FileName), file.errorString()));
+    }
 }
 
 void CVBATools::addRecord(const BmtFormat::Record &record, qint64 &pictureMemory)
@@ -205,23 +236,25 @@ void CVBATools::addRecord(const BmtFormat::Record &record, qint64 &pictureMemory
         // The scratch file is what other programs expect to find; the picture itself is taken from
         // the bytes at hand, so a scratch file that cannot be written costs nothing.
         m_storage.scratch.write(record.picture);
-        const auto picture = Picture::decode(record.picture, pictureMemory);
-        if (!picture) {
-            throw fileError(QStringLiteral("The button picture of the tool \"%1\" is not a bitmap "
-                                           "that can be read.")
-                                .arg(tool->Description));
-        }
+        const auto picture = Picture::decode(record.picture, pictureMemory, longestPictureSide);
+        if (!picture)
+            throw pictureError(tool->Description);
         tool->Picture = *picture;
     }
-    Add(tool); // With AllowDupes false a second tool of one name is dropped, as required.
+    // With AllowDupes false a second tool of one name is dropped, as required. Otherwise the tool
+    // would be lost without a word.
+    if (!Add(tool) && m_allowDupes) {
+        throw fileError(QStringLiteral("There are too many tools called \"%1\".")
+                            .arg(codePage.decode(trimmedBlanks(record.name))));
+    }
 }
 
 QString CVBATools::LoadDescription(const QString &FileName)
 {
-    constexpr qint64 longestHeader = 6 + 2 * (2 + BmtFormat::longestString);
     try {
-        const QByteArray bytes = readFile(FileName, {}, longestHeader);
-        if (BmtReader(bytes).readHeader(m_header, m_storage.codePage))
+        QFile file(FileName);
+        openForReading(file);
+        if (BmtReader(file).readHeader(m_header, m_storage.codePage))
             return m_header.Description;
     } catch (const VbError &) {
         // A file that cannot be read has no description.

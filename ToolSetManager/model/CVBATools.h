@@ -64,8 +64,15 @@ public:
     std::function<void(qint64 done, qint64 total)> Progress;
     /// Adds the file's tools to the set and takes over its header. A file that is no tool set
     /// counts as loaded, with no tools; a record cut off at the end is dropped. False sets
-    /// `ErrorDescription`; tools added before the error stay.
+    /// `ErrorDescription`, also where memory does not suffice; tools added before the error stay.
     bool Load(const QString &FileName);
+    enum class FileEnd {
+        Complete, ///< Behind a tool or the header.
+        Early, ///< Within a tool, which was dropped.
+        NotAToolSet ///< There is no whole header.
+    };
+    /// How the file ended that was loaded last.
+    FileEnd fileEnd() const { return m_fileEnd; }
     /// The description in the file's header, which is read into this very set; empty when it
     /// cannot be read.
     QString LoadDescription(const QString &FileName);
@@ -87,11 +94,14 @@ private:
     qint64 checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const;
     void writeTools(
         BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic, bool lossy) const;
+    /// As Load(), but throws VbError or std::bad_alloc.
+    void readTools(const QString &FileName);
     void addRecord(const BmtFormat::Record &record, qint64 &pictureMemory);
 
     ToolSetStorage &m_storage;
     KeyedCollection<ToolPtr> m_tools;
     FreeNames m_freeNames;
     BmtFormat::Header m_header;
+    FileEnd m_fileEnd = FileEnd::Complete;
     bool m_allowDupes = false;
 };

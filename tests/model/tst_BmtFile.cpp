@@ -101,28 +101,49 @@ QByteArray everyByte()
     return bytes + 'x'; // no blank at the ends
 }
 
-/// A write beyond so many bytes fails, as on a disk that is full; root is not exempt.
-class FileSizeLimit
+/// The process has no more than so much of a resource; root is not exempt.
+class Limit
 {
 public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    Limit(__rlimit_resource resource, rlim_t bytes)
+        : m_resource(resource)
+        , m_handler(std::signal(SIGXFSZ, SIG_IGN))
     {
-        getrlimit(RLIMIT_FSIZE, &m_former);
+        getrlimit(resource, &m_former);
         rlimit limit = m_former;
         limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
+        setrlimit(resource, &limit);
     }
-    ~FileSizeLimit()
+    ~Limit()
     {
-        setrlimit(RLIMIT_FSIZE, &m_former);
+        setrlimit(m_resource, &m_former);
         std::signal(SIGXFSZ, m_handler);
     }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+    Q_DISABLE_COPY_MOVE(Limit)
 
 private:
+    __rlimit_resource m_resource;
     void (*m_handler)(int);
     rlimit m_former {};
+};
+
+/// A write beyond so many bytes fails, as on a disk that is full.
+struct FileSizeLimit : Limit
+{
+    explicit FileSizeLimit(rlim_t bytes)
+        : Limit(RLIMIT_FSIZE, bytes)
+    {
+    }
+};
+
+/// No more memory than there is now and \a more bytes.
+struct MemoryLimit : Limit
+{
+    explicit MemoryLimit(rlim_t more)
+        : Limit(
+            RLIMIT_AS, contentOf(u"/proc/self/statm"_qs).split(' ')[0].toULongLong() * 4096 + more)
+    {
+    }
 };
 
 const QList<QPair<const char *, QString CVBATool::*>> toolTexts {
@@ -293,6 +314,7 @@ private Q_SLOTS:
     void cutOffAnywhere()
     {
         QByteArray file = header(2, 140, 0, "long", "short");
+        const qsizetype headerSize = file.size();
         QList<qsizetype> ends;
         for (const char *name : {"first", "second", "third"}) {
             file +=
@@ -303,53 +325,103 @@ private Q_SLOTS:
             const auto set = load(file.left(length));
             const auto complete = std::count_if(
                 ends.cbegin(), ends.cend(), [&](qsizetype end) { return end <= length; });
-            QVERIFY2(set->Count() == complete && set->ErrorDescription.isEmpty(),
+            using End = CVBATools::FileEnd;
+            const End end = length < headerSize ? End::NotAToolSet
+                : length == headerSize || (complete && ends[complete - 1] == length) ? End::Complete
+                                                                                     : End::Early;
+            QVERIFY2(set->Count() == complete && set->ErrorDescription.isEmpty()
+                    && set->fileEnd() == end,
                 qPrintable(u"cut off at %1"_qs.arg(length)));
         }
     }
 
     void counts_data()
     {
-        // whole: The record counts, and so does the one behind it.
-        columns<QByteArray, bool, bool>();
+        // names: Of the tools, and an error's description.
+        columns<QByteArray, QStringList, bool>();
+        const QStringList whole {u"Tool"_qs, u"next"_qs};
+        const QStringList early;
+        const QStringList error {
+            u"The button picture of the tool \"Tool\" is not a bitmap that can be read."_qs};
         const QByteArray empty = Fields().bytes();
         // Where the counts of the texts stand in a record with no text but its name.
         for (const int offset : {0, 6, 8, 10, 20, 22, 30, 32}) {
             QTest::addRow("text of 65535 bytes at %d", offset)
-                << QByteArray(empty).replace(offset, 2, word(65535)) << false << false;
+                << QByteArray(empty).replace(offset, 2, word(65535)) << early << false;
         }
-        const auto row = [&](const char *what, const QByteArray &picture, bool whole,
+        const auto row = [&](const char *what, const QByteArray &picture, const QStringList &names,
                              bool hasPicture) {
-            QTest::newRow(what) << empty.chopped(2) + picture << whole << hasPicture;
+            QTest::newRow(what) << empty.chopped(2) + picture << names << hasPicture;
         };
         const QByteArray bitmap = onePixel + '\0';
-        row("no dimension", word(0), true, false);
-        row("no element", word(1) + dword(0) + dword(0), true, false);
-        row("only the extra byte", array(QByteArray(1, '\0')), true, false);
-        row("another lower bound", word(1) + dword(59) + dword(7) + bitmap, true, true);
-        row("two dimensions", word(2) + dword(59) + dword(0) + extent(1) + bitmap, true, true);
+        row("no dimension", word(0), whole, false);
+        row("no element", word(1) + dword(0) + dword(0), whole, false);
+        row("only the extra byte", array(QByteArray(1, '\0')), whole, false);
+        row("another lower bound", word(1) + dword(59) + dword(7) + bitmap, whole, true);
+        row("two dimensions", word(2) + dword(59) + dword(0) + extent(1) + bitmap, whole, true);
         row("two dimensions, one without elements",
-            word(2) + dword(0) + dword(0) + dword(0x7FFFFFFF) + dword(0), true, false);
-        row("65535 dimensions", word(65535) + extent(1) + bitmap, false, false);
-        row("65535 whole dimensions", word(65535) + extent(1).repeated(65535) + "x", true, false);
-        row("one element more than there are", word(1) + extent(1000) + bitmap, false, false);
-        row("-1 elements", word(1) + extent(0xFFFFFFFF) + bitmap, false, false);
-        row("the most elements", word(1) + extent(0x7FFFFFFF) + bitmap, false, false);
-        row("the fewest elements", word(1) + extent(0x80000000) + bitmap, false, false);
-        row("-1 times -1 elements", word(2) + extent(0xFFFFFFFF).repeated(2) + bitmap, false,
+            word(2) + dword(0) + dword(0) + dword(0x7FFFFFFF) + dword(0), whole, false);
+        row("65535 dimensions", word(65535) + extent(1) + bitmap, early, false);
+        row("65535 whole dimensions", word(65535) + extent(1).repeated(65535) + "x", whole, false);
+        row("one element more than there are", word(1) + extent(1000) + bitmap, early, false);
+        row("-1 elements", word(1) + extent(0xFFFFFFFF) + bitmap, error, false);
+        row("the most elements", word(1) + extent(0x7FFFFFFF) + bitmap, early, false);
+        row("the fewest elements", word(1) + extent(0x80000000) + bitmap, error, false);
+        row("-1 elements of a part that is not read", word(2) + extent(0) + extent(-1), error,
             false);
-        row("a product beyond 64 bits", word(4) + extent(0x7FFFFFFF).repeated(4) + bitmap, false,
+        row("-1 times -1 elements", word(2) + extent(0xFFFFFFFF).repeated(2) + bitmap, error,
+            false);
+        row("a product beyond 64 bits", word(4) + extent(0x7FFFFFFF).repeated(4) + bitmap, early,
             false);
     }
 
     void counts()
     {
-        const auto [record, whole, picture] = row<QByteArray, bool, bool>();
+        const auto [record, expected, picture] = row<QByteArray, QStringList, bool>();
         const auto set = load(header() + record + Fields {.name = "next"}.bytes());
-        QCOMPARE(set->ErrorDescription, QString());
-        QCOMPARE(names(*set), whole ? QStringList({u"Tool"_qs, u"next"_qs}) : QStringList());
-        if (whole)
+        QStringList found = names(*set);
+        if (!set->ErrorDescription.isEmpty())
+            found.append(set->ErrorDescription);
+        QCOMPARE(found, expected);
+        if (set->Count() > 0)
             QCOMPARE(!set->Item(1)->Picture.isNull(), picture);
+    }
+
+    void largerThanMemory_data()
+    {
+        // start of the file, its size, names of the tools, mentioned in the error
+        rows<QByteArray, qint64, QStringList, QString>({
+            {"foreign", QByteArray(), 1LL << 40, {}, {}},
+            {"a foreign start", "xyz", 6LL << 30, {}, {}},
+            {"one tool, then nameless ones for ever", header() + Fields().bytes(), 1LL << 40,
+                {u"Tool"_qs}, u"too many"_qs},
+            {"a picture of 2 GB",
+                header() + Fields().bytes()
+                    + Fields {.name = "b", .picture = word(1) + extent(0x7FFFFFFF)}.bytes(),
+                6LL << 30, {u"Tool"_qs}, u"\"b\""_qs},
+            {"a picture that memory cannot hold",
+                header() + Fields().bytes()
+                    + Fields {.picture = word(1) + extent(250 << 20)}.bytes(),
+                300LL << 20, {u"Tool"_qs}, u"not enough memory for \""_qs},
+        });
+    }
+
+    void largerThanMemory()
+    {
+#if defined(__SANITIZE_ADDRESS__)
+        QSKIP("the sanitizer ends the program when memory runs out");
+#endif
+        const auto [start, size, tools, mentioned] =
+            row<QByteArray, qint64, QStringList, QString>();
+        QVERIFY(put(path(), start) && QFile(path()).resize(size));
+        CVBATools set(*m_storage);
+        set.setAllowDupes(true);
+        const MemoryLimit limit(100 << 20);
+        QCOMPARE(set.Load(path()), mentioned.isEmpty());
+        QVERIFY2(set.ErrorDescription.contains(mentioned), qPrintable(set.ErrorDescription));
+        QCOMPARE(names(set).mid(0, 1), tools);
+        if (mentioned.isEmpty())
+            QCOMPARE(set.fileEnd(), CVBATools::FileEnd::NotAToolSet);
     }
 
     void headers()
@@ -399,6 +471,7 @@ private Q_SLOTS:
             {path(u"pipe"_qs), u"pipe"_qs, 0}, // would wait for a writer
             {u"/dev/zero"_qs, u"zero"_qs, 0},
             {path(u"pictures.bmt/x.bmt"_qs), u"x.bmt"_qs, 0},
+            {path(QFile::decodeName("caf\xE9.bmt")), u"UTF-8"_qs, 0},
             {path(u"pictures.bmt"_qs), u"\"broken\""_qs, 1},
         };
         for (const auto &[name, mentioned, tools] : rows) {
@@ -621,7 +694,10 @@ private Q_SLOTS:
     }
 
 private:
-    QString path(const QString &name = u"set.bmt"_qs) const { return m_folder->filePath(name); }
+    QString path(const QString &name = u"set.bmt"_qs) const
+    {
+        return m_folder->filePath(name);
+    }
     /// A set loaded from a file of these bytes.
     std::unique_ptr<CVBATools> load(const QByteArray &bytes)
     {
@@ -645,7 +721,10 @@ private:
         return paths;
     }
 
-    QByteArray scratch() const { return contentOf(path(u"XTemp.bmp"_qs)); }
+    QByteArray scratch() const
+    {
+        return contentOf(path(u"XTemp.bmp"_qs));
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ToolSetStorage> m_storage;

@@ -123,6 +123,36 @@ private Q_SLOTS:
         }
     }
 
+    /// A large picture takes no more memory than the small one that it becomes.
+    void shrinking()
+    {
+        for (const int factor : {2, 7, 100}) {
+            // The last row and column are cells that are not whole.
+            const QImage large =
+                sample().scaled(9 * factor, 5 * factor).copy(0, 0, 9 * factor - 1, 5 * factor - 1);
+            qint64 memoryLeft = 9 * 5 * 4;
+            QCOMPARE(Picture::decode(savedAs(large, "bmp"), memoryLeft, 9), sample());
+            QCOMPARE(memoryLeft, 0);
+        }
+        const QByteArray colours = dword(0) + dword(0xFFFFFF);
+        const std::tuple<QByteArray, int, QSize, QRgb> rows[] = {
+            {bitmapFile(30000, 30000, 1, QByteArray(30000 * 3752, '\xFF'), 0, colours), 512,
+                QSize(509, 509), white},
+            {bitmapFile(2, 2, 8, QByteArray("\0\1\0\0\1\0\0\0", 8), 0, colours), 1, QSize(1, 1),
+                qRgb(128, 128, 128)},
+            {bitmapFile(255, 3, 8, QByteArray("\xFF\1\0\0", 4).repeated(3), 1, colours), 51,
+                QSize(51, 1), white},
+            {savedAs(filled(600, 300, red), "jpeg"), 100, QSize(100, 50), qRgb(254, 0, 0)},
+        };
+        for (const auto &[bytes, longestSide, size, colour] : rows) {
+            qint64 memoryLeft = 1 << 20;
+            const auto image = Picture::decode(bytes, memoryLeft, longestSide);
+            QVERIFY(image.has_value());
+            QCOMPARE(image->size(), size);
+            QCOMPARE(image->pixel(size.width() - 1, 0), colour);
+        }
+    }
+
     void refused()
     {
         const QByteArray rest(1000, 'x');

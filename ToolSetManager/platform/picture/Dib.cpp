@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <vector>
 
 using LittleEndian::at;
 
@@ -17,7 +18,7 @@ constexpr quint32 shortestHeader = 16; ///< OS/2 2, cut after the number of bits
 constexpr quint32 alphaInHeader = 56;
 constexpr quint32 os2HeaderSize = 64;
 constexpr quint32 longestHeader = 124;
-constexpr qint64 longestSide = 65535;
+constexpr qint64 largestSide = 65535;
 constexpr quint32 mostColours = 65536;
 constexpr quint32 opaque = 0xFF000000;
 constexpr quint32 buttonGrey = 0x00C0C0C0;
@@ -121,36 +122,144 @@ void readRow(const uchar *from, QRgb *to, const Header &header, const Palette &c
     }
 }
 
-/// Plays run lengths into an image that has the first colour everywhere. The rows of run lengths
-/// go upwards.
+/// How many pixels of each direction become one.
+int shrinkFactor(const Header &header, int longestSide)
+{
+    return (std::max(header.width, header.height) - 1) / longestSide + 1;
+}
+
+/// Takes the rows of a picture, one by one in the order of the file, and makes the image of them.
+class RowTarget
+{
+public:
+    RowTarget(const Header &header, int longestSide)
+        : m_header(header)
+        , m_factor(shrinkFactor(header, longestSide))
+        , m_image(header.sizeWithin(longestSide),
+              header.masks[3] != 0 ? QImage::Format_ARGB32 : QImage::Format_RGB32)
+    {
+        if (m_factor > 1 && isValid()) {
+            m_row.resize(static_cast<std::size_t>(header.width));
+            m_sums.resize(static_cast<std::size_t>(m_image.width()));
+        }
+    }
+    bool isValid() const { return !m_image.isNull(); }
+    bool isComplete() const { return m_y == m_header.height; }
+
+    /// Four samples of each direction make a pixel that is close enough to the mean of all.
+    bool needsRow() const { return imageRow() % m_factor % step() == 0; }
+    /// The row to be filled before next(), one pixel after the other.
+    QRgb *row()
+    {
+        return m_factor > 1 ? m_row.data() : reinterpret_cast<QRgb *>(m_image.scanLine(imageRow()));
+    }
+    void next()
+    {
+        if (m_factor > 1) {
+            if (needsRow())
+                addRow();
+            const int cell = imageRow() / m_factor;
+            ++m_y;
+            if (isComplete() || imageRow() / m_factor != cell)
+                finishCells(cell);
+        } else {
+            ++m_y;
+        }
+    }
+    QImage image() const { return m_image; }
+
+private:
+    /// Colours are weighted by their alpha.
+    struct Sums
+    {
+        quint32 red = 0;
+        quint32 green = 0;
+        quint32 blue = 0;
+        quint32 alpha = 0;
+        quint32 count = 0;
+    };
+
+    int step() const { return std::max(1, m_factor / 4); }
+    int imageRow() const { return m_header.topDown ? m_y : m_header.height - 1 - m_y; }
+
+    void addRow()
+    {
+        for (int x = 0; x < m_header.width; x += m_factor) {
+            Sums &sums = m_sums[static_cast<std::size_t>(x / m_factor)];
+            const int end = std::min(x + m_factor, m_header.width);
+            for (int i = x; i < end; i += step()) {
+                const QRgb pixel = m_row[static_cast<std::size_t>(i)];
+                const auto alpha = static_cast<quint32>(qAlpha(pixel));
+                sums.red += static_cast<quint32>(qRed(pixel)) * alpha;
+                sums.green += static_cast<quint32>(qGreen(pixel)) * alpha;
+                sums.blue += static_cast<quint32>(qBlue(pixel)) * alpha;
+                sums.alpha += alpha;
+                ++sums.count;
+            }
+        }
+    }
+
+    void finishCells(int cell)
+    {
+        auto *to = reinterpret_cast<QRgb *>(m_image.scanLine(cell));
+        for (Sums &sums : m_sums) {
+            const quint32 alpha = std::max(sums.alpha, 1U);
+            const auto mean = [](quint32 sum, quint32 count) {
+                return static_cast<int>((sum + count / 2) / count);
+            };
+            *to++ = qRgba(mean(sums.red, alpha), mean(sums.green, alpha), mean(sums.blue, alpha),
+                mean(sums.alpha, std::max(sums.count, 1U)));
+            sums = {};
+        }
+    }
+
+    const Header &m_header;
+    const int m_factor;
+    QImage m_image;
+    std::vector<QRgb> m_row;
+    std::vector<Sums> m_sums; ///< One for each pixel of a row of the image.
+    int m_y = 0; ///< In the order of the file.
+};
+
+/// Plays run lengths. What they leave out has the first colour.
 class RunLengths
 {
 public:
-    RunLengths(QImage &image, const Header &header, const Palette &colours)
-        : m_image(image)
+    RunLengths(RowTarget &target, const Header &header, const Palette &colours)
+        : m_target(target)
         , m_colours(colours)
+        , m_width(header.width)
         , m_nibbles(header.compression == Header::Rle4)
-        , m_topDown(header.topDown)
     {
     }
 
     void play(QByteArrayView runs)
     {
-        for (qsizetype i = 0; i + 2 <= runs.size() && m_y < m_image.height();) {
+        startRow();
+        playRuns(runs);
+        while (!m_target.isComplete())
+            nextRow();
+    }
+
+private:
+    void playRuns(QByteArrayView runs)
+    {
+        for (qsizetype i = 0; i + 2 <= runs.size() && !m_target.isComplete();) {
             const int count = at<quint8>(runs, i);
             const int value = at<quint8>(runs, i + 1);
             i += 2;
             if (count > 0) {
-                for (int n = 0; n < count && m_x < m_image.width(); ++n)
+                for (int n = 0; n < count && m_x < m_width; ++n)
                     put(m_nibbles ? (n % 2 == 0 ? value >> 4 : value & 15) : value);
             } else if (value == 0) {
                 m_x = 0;
-                ++m_y;
+                nextRow();
             } else if (value == 1) {
                 return;
             } else if (value == 2) {
-                m_x = std::min(m_x + at<quint8>(runs, i), m_image.width());
-                m_y += at<quint8>(runs, i + 1);
+                m_x = std::min(m_x + at<quint8>(runs, i), m_width);
+                for (int n = at<quint8>(runs, i + 1); n > 0 && !m_target.isComplete(); --n)
+                    nextRow();
                 i += 2;
             } else {
                 i += playLiteral(runs.sliced(i), value);
@@ -158,11 +267,10 @@ public:
         }
     }
 
-private:
     /// \a count pixels one by one. Returns the bytes taken, padded to an even number.
     qsizetype playLiteral(QByteArrayView pixels, int count)
     {
-        for (int n = 0; n < count && m_x < m_image.width(); ++n) {
+        for (int n = 0; n < count && m_x < m_width; ++n) {
             const qsizetype offset = m_nibbles ? n / 2 : n;
             if (offset >= pixels.size())
                 break;
@@ -174,19 +282,27 @@ private:
     }
 
     /// To be called only left of the edge.
-    void put(int index)
+    void put(int index) { m_row[m_x++] = m_colours[static_cast<std::size_t>(index)]; }
+
+    void startRow()
     {
-        const int row = m_topDown ? m_y : m_image.height() - 1 - m_y;
-        reinterpret_cast<QRgb *>(m_image.scanLine(row))[m_x++] =
-            m_colours[static_cast<std::size_t>(index)];
+        m_row = m_target.row();
+        std::fill_n(m_row, m_width, m_colours[0]);
     }
 
-    QImage &m_image;
+    void nextRow()
+    {
+        m_target.next();
+        if (!m_target.isComplete())
+            startRow();
+    }
+
+    RowTarget &m_target;
     const Palette &m_colours;
+    QRgb *m_row = nullptr;
+    int m_width;
     bool m_nibbles;
-    bool m_topDown;
     int m_x = 0;
-    int m_y = 0;
 };
 
 /// Fills in compression and masks; false for a kind that is not read.
@@ -257,7 +373,7 @@ std::optional<Header> header(QByteArrayView bytes)
     }
     static constexpr std::array depths {1, 2, 4, 8, 16, 24, 32};
     if (std::find(depths.begin(), depths.end(), header.bitsPerPixel) == depths.end() || width <= 0
-        || height <= 0 || width > longestSide || height > longestSide)
+        || height <= 0 || width > largestSide || height > largestSide)
         return std::nullopt;
     header.width = static_cast<int>(width);
     header.height = static_cast<int>(height);
@@ -269,29 +385,33 @@ std::optional<Header> header(QByteArrayView bytes)
     return header;
 }
 
-QImage decode(QByteArrayView bytes, const Header &header, qsizetype pixels)
+QSize Header::sizeWithin(int longestSide) const
+{
+    const int factor = shrinkFactor(*this, longestSide);
+    return {(width - 1) / factor + 1, (height - 1) / factor + 1};
+}
+
+QImage decode(QByteArrayView bytes, const Header &header, qsizetype pixels, int longestSide)
 {
     if (pixels < header.colours || pixels > bytes.size())
         return {};
     if (!header.runLengths() && header.pixelBytes() > bytes.size() - pixels)
         return {};
-    QImage image(header.width, header.height,
-        header.masks[3] != 0 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-    if (image.isNull())
+    RowTarget target(header, longestSide);
+    if (!target.isValid())
         return {};
     const Palette colours = header.bitsPerPixel <= 8 ? palette(bytes, header, pixels) : Palette {};
     if (header.runLengths()) {
-        image.fill(colours[0]);
-        RunLengths(image, header, colours).play(bytes.sliced(pixels));
-        return image;
+        RunLengths(target, header, colours).play(bytes.sliced(pixels));
+        return target.image();
     }
     const qint64 stride = Header::stride(header.width, header.bitsPerPixel);
     const auto *from = reinterpret_cast<const uchar *>(bytes.data()) + pixels;
-    for (int y = 0; y < header.height; ++y, from += stride) {
-        const int row = header.topDown ? y : header.height - 1 - y;
-        readRow(from, reinterpret_cast<QRgb *>(image.scanLine(row)), header, colours);
+    for (; !target.isComplete(); from += stride, target.next()) {
+        if (target.needsRow())
+            readRow(from, target.row(), header, colours);
     }
-    return image;
+    return target.image();
 }
 
 QImage decodeIcon(QByteArrayView bytes, const Header &header)

@@ -4,6 +4,7 @@
 #include <QImage>
 
 #include <array>
+#include <limits>
 #include <optional>
 
 /// Device-independent bitmaps: the header, colours and pixels that bitmap files, icons and
@@ -37,8 +38,10 @@ struct Header
     }
     /// Bytes of pixels without run lengths.
     qint64 pixelBytes() const { return stride(width, bitsPerPixel) * height; }
-    /// Bytes of the decoded picture.
+    /// Bytes of the decoded picture at its full size.
     qint64 decodedBytes() const { return qint64(width) * height * 4; }
+    /// Its size when no side may be longer than that.
+    QSize sizeWithin(int longestSide) const;
 };
 
 /// The header at the start of \a bytes; empty when it is none, or of a kind that is not read.
@@ -47,7 +50,11 @@ std::optional<Header> header(QByteArrayView bytes);
 /// The bitmap at the start of \a bytes, whose pixels start at offset \a pixels. Opaque unless the
 /// header has a mask for alpha. Null when the pixels are cut off; run lengths may end early, what
 /// they leave out has the first colour.
-QImage decode(QByteArrayView bytes, const Header &header, qsizetype pixels);
+///
+/// One with a side longer than \a longestSide is scaled down, by a whole number, while it is
+/// decoded: it never takes more memory than the smaller picture.
+QImage decode(QByteArrayView bytes, const Header &header, qsizetype pixels,
+    int longestSide = std::numeric_limits<int>::max());
 
 /// The bitmap of an icon: picture and below it, one bit a pixel, the mask of what shows through.
 /// 32 bits carry their own alpha, unless it is 0 everywhere; then the mask counts. Where an icon

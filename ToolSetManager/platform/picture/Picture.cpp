@@ -10,11 +10,13 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qint64 mostBytes = qint64(256) << 20;
 
-QImage decodeBitmap(QByteArrayView bytes, qint64 memory)
+QImage decodeBitmap(QByteArrayView bytes, qint64 &memoryLeft, int longestSide)
 {
     constexpr qsizetype fileHeaderSize = 14;
     constexpr qsizetype pixelsField = 10;
@@ -22,43 +24,53 @@ QImage decodeBitmap(QByteArrayView bytes, qint64 memory)
         return {};
     const QByteArrayView dib = bytes.sliced(fileHeaderSize);
     const auto header = Dib::header(dib);
-    if (!header || header->decodedBytes() > memory)
+    if (!header)
+        return {};
+    const QSize size = header->sizeWithin(longestSide);
+    const qint64 memory =
+        header->runLengths() ? header->decodedBytes() : qint64(size.width()) * size.height() * 4;
+    if (memory > memoryLeft)
         return {};
     qint64 pixels = LittleEndian::at<quint32>(bytes, pixelsField) - fileHeaderSize;
     if (pixels < header->colours) // no offset at all: some writers leave the field empty
         pixels = header->endOfColours();
-    return Dib::decode(dib, *header, pixels);
+    QImage image = Dib::decode(dib, *header, pixels, longestSide);
+    if (!image.isNull())
+        memoryLeft -= memory;
+    return image;
 }
 
-QImage decodeIcon(QByteArrayView bytes, qint64 memory)
+QImage decodeIcon(QByteArrayView bytes, qint64 &memoryLeft)
 {
     auto buffer = std::make_unique<QBuffer>();
     buffer->setData(QByteArray::fromRawData(bytes.data(), bytes.size()));
-    return ProgramIcons(std::move(buffer)).icon(0, ProgramIcons::usualSize, memory);
+    QImage image = ProgramIcons(std::move(buffer)).icon(0, ProgramIcons::usualSize, memoryLeft);
+    if (image.sizeInBytes() > memoryLeft)
+        return {};
+    memoryLeft -= image.sizeInBytes();
+    return image;
 }
 
 } // namespace
 
 namespace Picture {
 
-std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft)
+std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft, int longestSide)
 {
-    const auto found = [](const QImage &image) {
-        return image.isNull() ? std::nullopt : std::optional(image);
-    };
     QImage image;
     if (bytes.startsWith("BM"))
-        image = decodeBitmap(bytes, memoryLeft);
+        image = decodeBitmap(bytes, memoryLeft, longestSide);
     else if (bytes.startsWith("GIF8"))
-        return found(decodeAs("gif", bytes, memoryLeft));
+        image = decodeAs("gif", bytes, memoryLeft);
     else if (bytes.startsWith("\xFF\xD8\xFF"))
-        return found(decodeAs("jpeg", bytes, memoryLeft));
+        image = decodeAs("jpeg", bytes, memoryLeft);
     else if (bytes.startsWith(QByteArrayView("\0\0", 2)))
         image = decodeIcon(bytes, memoryLeft);
-    if (image.isNull() || image.sizeInBytes() > memoryLeft)
+    if (image.isNull())
         return std::nullopt;
-    memoryLeft -= image.sizeInBytes();
-    return image;
+    if (std::max(image.width(), image.height()) <= longestSide)
+        return image;
+    return image.scaled(longestSide, longestSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage decodeAs(const char *format, QByteArrayView bytes, qint64 &memoryLeft)

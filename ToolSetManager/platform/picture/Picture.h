@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QString>
 
+#include <limits>
 #include <optional>
 
 /// Reading and writing of small pictures as files hold them. A picture in memory is a QImage; a
@@ -16,7 +17,12 @@ namespace Picture {
 /// Empty when the bytes are none of these, when a bitmap's pixels are cut off, or when the decoded
 /// picture would take more than \a memoryLeft bytes (a few bytes can claim gigabytes). On success
 /// the bytes taken are subtracted from \a memoryLeft.
-std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft);
+///
+/// A picture with a side longer than \a longestSide comes out smaller. A bitmap is scaled while it
+/// is decoded and counts with its smaller size, unless it has run lengths: these claim more pixels
+/// than they have bytes, and the time for them is limited by what they claim.
+std::optional<QImage> decode(
+    QByteArrayView bytes, qint64 &memoryLeft, int longestSide = std::numeric_limits<int>::max());
 
 /// Reads a picture of that format ("png", "jpeg", "gif") and of no other. Null as above; the bytes
 /// taken are subtracted from \a memoryLeft.
