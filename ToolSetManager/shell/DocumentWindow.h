@@ -22,6 +22,7 @@ public:
     virtual void setCaption(const QString &caption) = 0;
     virtual QString FileName() const = 0; ///< Empty for a document never saved.
     virtual void setFileName(const QString &path) = 0;
+    virtual QString notice() const = 0; ///< What the status bar says of the document; often empty.
     virtual int View() const = 0; ///< A value of ListView::ViewConstants.
     virtual void setView(int view) = 0;
     virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.

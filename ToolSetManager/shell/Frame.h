@@ -29,6 +29,7 @@ public:
     static constexpr int toolPanel = 1; ///< The tool whose properties are open.
     static constexpr int effectPanel = 1; ///< What a drop would do, during a drag; ...
     static constexpr int namesPanel = 2; ///< ... and with what.
+    static constexpr int noticePanel = 2; ///< The active window's notice() otherwise.
     /// Enables the toolbar buttons whose tag is \a group.
     virtual void setCommandGroup(const QString &group, bool enabled) = 0;
     virtual void setButtonEnabled(const QString &key, bool enabled) = 0;

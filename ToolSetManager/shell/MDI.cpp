@@ -434,6 +434,7 @@ void MDI::mdi_SubWindowActivated()
 void MDI::showMenusOf(DocumentWindow *document)
 {
     m_menuOwner = document;
+    setPanelText(noticePanel, document ? document->notice() : QString());
     menuBar()->clear();
     const QList<QMenu *> menus = document ? document->menus() : QList<QMenu *> {mnuFile, mnuHelp};
     for (QMenu *menu : menus)

@@ -33,6 +33,21 @@ QString recoveredCaption(const QString &title)
     return QStringLiteral("Recovered - ") + title;
 }
 
+QString noticeOf(const CVBATools &loaded)
+{
+    switch (loaded.fileEnd()) {
+    case CVBATools::FileEnd::Complete:
+        return {};
+    case CVBATools::FileEnd::Early:
+        return QStringLiteral("%1 %2 read; the file ends early.")
+            .arg(loaded.Count())
+            .arg(loaded.Count() == 1 ? u"tool" : u"tools");
+    case CVBATools::FileEnd::NotAToolSet:
+        return QStringLiteral("Not a tool set.");
+    }
+    return {};
+}
+
 } // namespace
 
 ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
@@ -127,9 +142,11 @@ bool ToolSetFile::openSet()
             m_origin = {};
             show(std::move(loaded));
             m_document.setCaption(m_tools->ToolSetName);
+            setNotice(noticeOf(*m_tools));
             return true;
         }
         failure = loaded->ErrorDescription;
+        loaded.reset(); // It may have taken the memory that the message needs.
     }
     // The window keeps what it showed, and so the file that belongs to it: a save must not
     // overwrite the file that could not be read.
@@ -137,6 +154,12 @@ bool ToolSetFile::openSet()
     MsgBox::show(m_form, QStringLiteral("Error loading tool set: ") + failure, MsgBox::Buttons::Ok,
         MsgBox::Icon::Critical);
     return false;
+}
+
+void ToolSetFile::setNotice(const QString &text)
+{
+    m_notice = text;
+    m_frame.setPanelText(Frame::noticePanel, text);
 }
 
 void ToolSetFile::rewriteHelpTexts(CVBATools &tools)
@@ -193,6 +216,7 @@ bool ToolSetFile::saveSet()
         m_snapshots->discard();
         m_origin = {};
         m_fileName = m_tools->ToolSetName;
+        setNotice({});
         return true;
     }
     QString text = QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription;

@@ -40,6 +40,9 @@ public:
     /// Changed since it was loaded or saved, except by renames in place. Kept: clear after a save
     /// that failed, too.
     bool Dirty() const { return m_dirty; }
+    /// What the user should know of the file as it was found; empty when it was whole, and after a
+    /// save.
+    QString notice() const { return m_notice; }
 
     // --- What happens to the set ---
     void changed(); ///< Makes it dirty.
@@ -73,6 +76,7 @@ private:
     bool saveSetAs();
     void show(std::unique_ptr<CVBATools> tools);
     void draftChanged();
+    void setNotice(const QString &text);
     /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
     QString keepForRecovery();
     ToolSetSnapshot snapshot() const;
@@ -93,6 +97,7 @@ private:
     SnapshotKeeper *m_snapshots;
     const ToolPropertiesLink *m_properties = nullptr;
     QString m_fileName;
+    QString m_notice;
     Origin m_origin; ///< Empty unless recovered, and again after a save.
     bool m_dirty = false;
     bool m_unsaved = false; ///< As m_dirty, but also by renames, and until a save has succeeded.

@@ -173,6 +173,11 @@ void frmToolSet::setFileName(const QString &path)
     m_file->setFileName(path);
 }
 
+QString frmToolSet::notice() const
+{
+    return m_file->notice();
+}
+
 const CVBATools &frmToolSet::Tools() const
 {
     return m_file->Tools();

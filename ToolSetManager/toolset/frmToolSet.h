@@ -39,6 +39,7 @@ public:
     void setCaption(const QString &caption) override;
     QString FileName() const override;
     void setFileName(const QString &path) override;
+    QString notice() const override;
     int View() const override;
     void setView(int view) override;
     void setAction(const QString &word) override;

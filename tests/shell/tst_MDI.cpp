@@ -3,6 +3,7 @@
 #include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
 #include "support/Answers.h"
+#include "support/Files.h"
 #include "support/Program.h"
 #include "support/TestDrag.h"
 #include "support/TestRunner.h"
@@ -53,8 +54,13 @@ private Q_SLOTS:
     {
         for (const char *name : {"a.bmt", "b.bmt"})
             m_program->open(file(name));
+        QVERIFY(Files::put(path("foreign.bmt"), "no tools"));
+        m_program->open(path("foreign.bmt"));
+        QCOMPARE(frame().panelText(Frame::noticePanel), u"Not a tool set."_qs);
+        subWindow(2)->close();
         subWindow(0)->showMinimized();
         m_program->open(path("a.bmt"));
+        QCOMPARE(frame().panelText(Frame::noticePanel), QString());
         QCOMPARE(captions(), path("a.bmt") + u'|' + path("b.bmt"));
         QCOMPARE(frame().activeDocument(), frame().openDocuments().at(0));
         QVERIFY(!subWindow(0)->isMinimized());

@@ -67,6 +67,28 @@ private Q_SLOTS:
         QCOMPARE(form->Tools().FLAGS() & 1, 1);
     }
 
+    /// The status bar says of the active window whether its file was whole.
+    void openingWhatIsNotWhole()
+    {
+        const QByteArray whole = Files::contentOf(file("a.bmt", u"xyz"_qs));
+        QVERIFY(Files::put(path("cut.bmt"), whole.chopped(1)));
+        QVERIFY(Files::put(path("one.bmt"), whole.left(whole.size() / 2)));
+        QVERIFY(Files::put(path("foreign.bmt"), "no tools"));
+        frmToolSet *form = window(path("a.bmt"));
+        for (const auto &[name, notice] :
+            {std::pair("cut.bmt", u"2 tools read; the file ends early."_qs),
+                std::pair("one.bmt", u"1 tool read; the file ends early."_qs),
+                std::pair("foreign.bmt", u"Not a tool set."_qs), std::pair("a.bmt", QString()),
+                std::pair("cut.bmt", u"2 tools read; the file ends early."_qs)}) {
+            form->setFileName(path(name));
+            form->setAction(u"open"_qs);
+            QCOMPARE(m_frame->panels[Frame::noticePanel], notice);
+            QCOMPARE(form->notice(), notice);
+        }
+        form->setAction(u"save"_qs);
+        QCOMPARE(form->notice(), QString());
+    }
+
     void openingWhatCannotBeRead()
     {
         QVERIFY(QDir(m_folder->path()).mkdir(u"folder.bmt"_qs));
