@@ -47,8 +47,10 @@ bool CaptureScreenRectToFile(
         // Required: the control keeps its picture, which is then what is saved.
     }
     if (!picture.Picture().isNull()) {
+        // The folder may be open to others, who could have put a link to another file there.
         QFile file(fileName);
-        if (file.open(QIODevice::WriteOnly))
+        file.remove();
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
             file.write(Picture::encodeBitmap(picture.Picture()));
     }
     return true;

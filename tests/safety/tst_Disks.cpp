@@ -178,8 +178,10 @@ private Q_SLOTS:
         // Nothing may come from the caller's mask, nor from a folder that lay open before.
         const mode_t formerMask = umask(0);
         const auto mask = qScopeGuard([=] { umask(formerMask); });
-        for (const QString &open : {u"data/backups"_qs, u"data/recovery"_qs, u"data/snapshots"_qs})
+        for (const QString &open :
+            {u"data/backups"_qs, u"data/recovery"_qs, u"data/snapshots"_qs, u"cache"_qs})
             QVERIFY(QDir().mkpath(path(open)));
+        QVERIFY(Files::put(path(u"cache/XTemp.bmp"_qs), "open to all"));
         QVERIFY(QDir().mkpath(path(u"run"_qs)));
         const QByteArray formerRuntime = qgetenv("XDG_RUNTIME_DIR");
         QVERIFY(QFile::setPermissions(path(u"run"_qs), QFile::Permissions(0x7000)));
@@ -210,10 +212,44 @@ private Q_SLOTS:
             QVERIFY2(!walk.hasNext(), qPrintable(pattern));
             QVERIFY2(Files::ofTheUserAlone(name), qPrintable(name));
             // And every folder on the way down from the program's own.
-            while (folder.startsWith(u"data/") && name != path(folder)) {
+            while (folder != u"run" && name != path(folder)) {
                 name = QFileInfo(name).path();
                 QVERIFY2(Files::ofTheUserAlone(name), qPrintable(name));
             }
+        }
+    }
+
+    /// What another user may have put in place while a folder was open: the set is saved without
+    /// the scratch file, and nothing else is touched.
+    void plantedByOthers()
+    {
+        for (const char *planted : {"link", "second name", "pipe", "linked folder", "its owner"}) {
+            init();
+            const QByteArrayView what(planted);
+            const QByteArray target = QFile::encodeName(path(u"target"_qs));
+            const QByteArray scratch = QFile::encodeName(path(u"cache/XTemp.bmp"_qs));
+            const QByteArray cache = QFile::encodeName(path(u"cache"_qs));
+            QVERIFY(Files::put(path(u"target"_qs), "former") && QDir().mkpath(path(u"other"_qs)));
+            if (what == "linked folder")
+                QVERIFY(QFile::link(path(u"other"_qs), path(u"cache"_qs)));
+            else
+                QVERIFY(QDir().mkpath(path(u"cache"_qs)));
+            if (what == "link")
+                QVERIFY(symlink(target.constData(), scratch.constData()) == 0);
+            else if (what == "second name")
+                QVERIFY(::link(target.constData(), scratch.constData()) == 0);
+            else if (what == "pipe")
+                QVERIFY(mkfifo(scratch.constData(), 0666) == 0);
+            else if (what == "its owner" && geteuid() == 0)
+                QVERIFY(chown(cache.constData(), OrdinaryUser::nobody, gid_t(-1)) == 0);
+            else if (what == "its owner")
+                continue;
+            ToolSetStorage storage(1252, path(u"cache"_qs), path(u"data"_qs));
+            QVERIFY(Sets::put(path(u"a.bmt"_qs), u"xyz"_qs, storage));
+            QCOMPARE(Files::contentOf(path(u"target"_qs)), QByteArray("former"));
+            QCOMPARE(Sets::files(path(u"other"_qs)), QStringList());
+            if (what == "its owner")
+                QCOMPARE(Sets::files(path(u"cache"_qs)), QStringList());
         }
     }
 

@@ -1,4 +1,5 @@
 #include "platform/desktop/InstanceRequest.h"
+#include "platform/desktop/SafeFiles.h"
 #include "platform/desktop/SingleInstance.h"
 #include "support/Files.h"
 #include "support/TestRunner.h"
@@ -41,6 +42,20 @@ private Q_SLOTS:
         SingleInstance second(windowClass, caption);
         QVERIFY(!second.claim());
         QVERIFY(second.askFirstToComeForward());
+    }
+
+    /// A socket's own address has room for about a hundred bytes.
+    void inADeepFolder()
+    {
+        const QTemporaryDir folder;
+        const QString deep = folder.filePath(QString(150, u'd'));
+        QVERIFY(QDir().mkdir(deep));
+        QVERIFY(QFile::setPermissions(deep, SafeFiles::folderPermissions));
+        const QByteArray former = qgetenv("XDG_RUNTIME_DIR");
+        const auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", former); });
+        qputenv("XDG_RUNTIME_DIR", deep.toUtf8());
+        nothingKeepsTheNextAway();
+        QCOMPARE(QDir(deep).entryList(QDir::Files | QDir::System), QStringList());
     }
 
     void filesToOpen()

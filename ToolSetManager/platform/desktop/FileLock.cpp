@@ -1,5 +1,7 @@
 #include "platform/desktop/FileLock.h"
 
+#include "platform/desktop/SafeFiles.h"
+
 #include <QFile>
 
 #ifdef Q_OS_UNIX
@@ -26,10 +28,14 @@ FileLock::~FileLock()
 FileLock::Result FileLock::lock(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
-    const int file =
-        ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    const int file = ::open(name.constData(),
+        O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR);
     if (file < 0)
         return Result::Unusable;
+    if (!SafeFiles::closeToOthers(file)) {
+        ::close(file);
+        return Result::Unusable;
+    }
     if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
         const bool taken = errno == EWOULDBLOCK;
         ::close(file);

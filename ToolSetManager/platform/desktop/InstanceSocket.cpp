@@ -7,6 +7,7 @@
 #include <QThread>
 
 #ifdef Q_OS_UNIX
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -29,24 +30,54 @@ QString privateFolder()
 #ifdef Q_OS_UNIX
 // The system's own datagram socket: Qt's would bring the whole network library into every start.
 
-struct Address
+/// Where a socket lies. The system's limit for its path is about a hundred bytes; a longer one is
+/// spelled by way of its folder, which is open as long as the address lives.
+class Address
 {
-    sockaddr_un name {};
-    socklen_t size = 0;
-    const sockaddr *get() const { return reinterpret_cast<const sockaddr *>(&name); }
-};
+public:
+    explicit Address(QByteArray path)
+    {
+        constexpr auto room = static_cast<qsizetype>(sizeof(m_name.sun_path));
+#ifdef Q_OS_LINUX
+        if (path.size() >= room) {
+            const qsizetype name = path.lastIndexOf('/') + 1;
+            m_folder = ::open(path.left(name).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+            const QByteArray folder = "/proc/self/fd/" + QByteArray::number(m_folder);
+            if (m_folder >= 0 && ::access(folder.constData(), X_OK) == 0)
+                path = folder + '/' + path.mid(name);
+        }
+#endif
+        if (path.size() >= room)
+            return;
+        m_name.sun_family = AF_UNIX;
+        std::memcpy(m_name.sun_path, path.constData(), static_cast<size_t>(path.size()) + 1);
+        m_valid = true;
+    }
+    ~Address()
+    {
+        if (m_folder >= 0)
+            ::close(m_folder);
+    }
+    Q_DISABLE_COPY_MOVE(Address)
 
-/// Empty when the path is longer than the system allows for a socket.
-std::optional<Address> addressOf(const QByteArray &path)
-{
-    Address address;
-    if (path.size() >= static_cast<qsizetype>(sizeof(address.name.sun_path)))
-        return std::nullopt;
-    address.name.sun_family = AF_UNIX;
-    std::memcpy(address.name.sun_path, path.constData(), static_cast<size_t>(path.size()) + 1);
-    address.size = sizeof(address.name);
-    return address;
-}
+    bool isValid() const
+    {
+        return m_valid;
+    }
+    const sockaddr *get() const
+    {
+        return reinterpret_cast<const sockaddr *>(&m_name);
+    }
+    socklen_t size() const
+    {
+        return sizeof(m_name);
+    }
+
+private:
+    sockaddr_un m_name {};
+    int m_folder = -1;
+    bool m_valid = false;
+};
 
 int openSocket()
 {
@@ -113,12 +144,15 @@ QByteArray InstanceSocket::socketPath() const
 int InstanceSocket::listen()
 {
 #ifdef Q_OS_UNIX
-    const auto address = addressOf(socketPath());
-    m_socket = address ? openSocket() : -1;
+    const Address address(socketPath());
+    m_socket = address.isValid() ? openSocket() : -1;
     if (m_socket < 0)
         return -1;
-    ::unlink(address->name.sun_path); // left behind by a crash
-    bool ready = ::bind(m_socket, address->get(), address->size) == 0;
+    ::unlink(socketPath().constData()); // left behind by a crash
+    // Before the socket has a name, so that it is never open to others; where the system passes
+    // over that, afterwards.
+    ::fchmod(m_socket, S_IRUSR | S_IWUSR);
+    bool ready = ::bind(m_socket, address.get(), address.size()) == 0;
 #ifdef SO_PASSCRED
     const int on = 1;
     ready = ready && ::setsockopt(m_socket, SOL_SOCKET, SO_PASSCRED, &on, sizeof(on)) == 0;
@@ -128,7 +162,7 @@ int InstanceSocket::listen()
         m_socket = -1;
         return -1;
     }
-    ::chmod(address->name.sun_path, S_IRUSR | S_IWUSR);
+    ::chmod(socketPath().constData(), S_IRUSR | S_IWUSR);
 #endif
     return m_socket;
 }
@@ -164,12 +198,14 @@ std::optional<QByteArray> InstanceSocket::receive()
 InstanceSocket::Outcome InstanceSocket::trySend(const QByteArray &message) const
 {
 #ifdef Q_OS_UNIX
-    const auto address = addressOf(socketPath());
-    const int sender = address && message.size() <= longestMessage ? openSocket() : -1;
+    const Address address(socketPath());
+    if (!address.isValid())
+        return Outcome::Unreachable;
+    const int sender = message.size() <= longestMessage ? openSocket() : -1;
     if (sender < 0)
         return Outcome::Failed;
     const ssize_t sent = ::sendto(sender, message.constData(), static_cast<size_t>(message.size()),
-        MSG_NOSIGNAL, address->get(), address->size);
+        MSG_NOSIGNAL, address.get(), address.size());
     const int error = errno;
     ::close(sender);
     if (sent == message.size())
@@ -197,7 +233,7 @@ InstanceSocket::Outcome InstanceSocket::sendWhenReady(
 {
     const QDeadlineTimer deadline(patienceMs);
     Outcome outcome = trySend(message);
-    while (outcome != Outcome::Sent && !deadline.hasExpired()) {
+    while (outcome != Outcome::Sent && outcome != Outcome::Unreachable && !deadline.hasExpired()) {
         QThread::msleep(20);
         outcome = trySend(message);
     }

@@ -16,6 +16,7 @@ public:
         Sent,
         NobodyListens, ///< No instance runs, or it is not ready yet.
         Failed, ///< There is one, but it did not take the message in time.
+        Unreachable ///< There can be no socket: the folder's path is too long for the system.
     };
 
     static constexpr qsizetype longestMessage = 4200; ///< Bytes: a path and a word.

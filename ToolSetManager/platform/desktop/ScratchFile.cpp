@@ -2,7 +2,6 @@
 
 #include "platform/desktop/SafeFiles.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 ScratchFile::ScratchFile(const QString &path)
@@ -16,12 +15,10 @@ bool ScratchFile::open()
         return true;
     if (m_failed)
         return false;
-    QDir().mkpath(QFileInfo(m_file.fileName()).absolutePath());
-    m_failed =
-        !m_file.open(QIODevice::ReadWrite | QIODevice::Unbuffered, SafeFiles::filePermissions);
+    m_failed = !SafeFiles::makeFolder(QFileInfo(m_file.fileName()).absolutePath())
+        || !SafeFiles::openOwnFile(m_file);
     if (m_failed)
         return false;
-    m_file.setPermissions(SafeFiles::filePermissions); // where it was there already
     m_size = m_file.size();
     return true;
 }

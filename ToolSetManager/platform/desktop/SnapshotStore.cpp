@@ -71,10 +71,14 @@ QString SnapshotStore::newPath()
 QStringList SnapshotStore::abandoned()
 {
     QFileInfoList found;
+    if (!SafeFiles::isOwnFolder(m_folder))
+        return {};
     const auto folders =
         QDir(m_folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
     for (const QFileInfo &folder : folders) {
         Session session {folder.filePath(), std::make_unique<FileLock>()};
+        if (!SafeFiles::isOwnFolder(session.folder))
+            continue;
         if (session.lock->lock(lockPath(session.folder)) != FileLock::Result::Locked)
             continue;
         const QFileInfoList files = QDir(session.folder).entryInfoList(QDir::Files);
