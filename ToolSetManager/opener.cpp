@@ -4,6 +4,7 @@
 //
 //     ToolSetManager-open [FILE...]
 
+#include "platform/desktop/FileNames.h"
 #include "platform/desktop/InstanceRequest.h"
 #include "platform/desktop/InstanceSocket.h"
 #include "shell/FrameIdentity.h"
@@ -29,7 +30,8 @@ void complain(const QString &text)
 QString fileToOpen(const QString &argument)
 {
     const QFileInfo file(argument);
-    if (!file.isFile()) {
+    // The program's window explains why a name that is not UTF-8 cannot be opened.
+    if (!file.isFile() && !FileNames::isUnreadable(argument)) {
         complain(QStringLiteral("there is no file \"%1\"").arg(argument));
         return {};
     }

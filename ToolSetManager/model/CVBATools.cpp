@@ -3,8 +3,8 @@
 #include "model/BmtReader.h"
 #include "model/BmtWriter.h"
 #include "model/ToolSetStorage.h"
+#include "platform/desktop/FileNames.h"
 #include "platform/desktop/SafeFiles.h"
-#include "platform/desktop/mFileUtil.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 
@@ -47,7 +47,7 @@ void openForReading(QFile &file)
 {
     const QString path = file.fileName();
     const QFileInfo info(path);
-    if (!info.exists() && mFileUtil::HasUnreadableName(path)) {
+    if (!info.exists() && FileNames::isUnreadable(path)) {
         throw fileError(QStringLiteral("The file \"%1\" cannot be opened, because its name is not "
                                        "valid UTF-8. Give it another name first.")
                             .arg(shown(path)));

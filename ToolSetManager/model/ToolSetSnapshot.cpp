@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <new>
 
 namespace {
 
@@ -153,9 +154,7 @@ bool skipMagic(QDataStream &stream)
         && start == QByteArrayView(magic, sizeof(magic));
 }
 
-} // namespace
-
-std::optional<ToolSetSnapshot> ToolSetSnapshot::read(const QString &path)
+std::optional<ToolSetSnapshot> readWhole(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -177,14 +176,29 @@ std::optional<ToolSetSnapshot> ToolSetSnapshot::read(const QString &path)
     return snapshot;
 }
 
+} // namespace
+
+std::optional<ToolSetSnapshot> ToolSetSnapshot::read(const QString &path)
+{
+    try {
+        return readWhole(path);
+    } catch (const std::bad_alloc &) {
+        return std::nullopt; // a damaged one that claims more than memory holds
+    }
+}
+
 QString ToolSetSnapshot::readTitle(const QString &path)
 {
     QFile file(path);
     QString title;
     if (file.open(QIODevice::ReadOnly)) {
         QDataStream stream(&file);
-        if (skipMagic(stream))
-            take(stream, title);
+        try {
+            if (skipMagic(stream))
+                take(stream, title);
+        } catch (const std::bad_alloc &) {
+            return {};
+        }
     }
     return title;
 }

@@ -3,6 +3,8 @@
 #include "platform/desktop/SettingsStore.h"
 #include "platform/text/VbConvert.h"
 
+#include <QHash>
+
 namespace {
 
 const QString maxCountKey = QStringLiteral("Max Count");
@@ -27,11 +29,16 @@ void CFileList::Add(const QString &path)
 void CFileList::Load(const SettingsStore &store, const QString &application, const QString &section,
     const QString &prefix)
 {
-    const auto max = VbConvert::toInt16(store.GetSetting(application, section, maxCountKey));
+    // In one call: each reads the whole file.
+    QHash<QString, QString> stored;
+    const auto pairs = store.GetAllSettings(application, section);
+    for (const auto &[key, value] : pairs)
+        stored.insert(key, value);
+    const auto max = VbConvert::toInt16(stored.value(maxCountKey));
     if (max && *max >= 0)
         m_max = *max;
     for (int i = 1; i <= m_max; ++i) {
-        const QString path = store.GetSetting(application, section, prefix + QString::number(i));
+        const QString path = stored.value(prefix + QString::number(i));
         if (!path.isEmpty() && !m_entries.contains(path))
             m_entries.Add(path.toUpper(), path);
     }

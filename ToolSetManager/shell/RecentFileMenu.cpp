@@ -30,6 +30,8 @@ void RecentFileMenu::rebuild(const CFileList &files)
         m_items.append(item);
     };
     for (const QString &path : files.Items()) {
+        if (m_items.size() > longest)
+            break;
         auto *item = new QAction(Captions::forMenu(path), m_menu);
         item->setData(path);
         connect(item, &QAction::triggered, this, [this, path] { Q_EMIT chosen(path); });

@@ -3,6 +3,8 @@
 #include "support/Files.h"
 #include "support/TestRunner.h"
 
+#include <sys/stat.h>
+
 class SettingsStore_test : public QObject
 {
     Q_OBJECT
@@ -67,16 +69,26 @@ private Q_SLOTS:
     void cannotBeWritten()
     {
         QVERIFY(Files::put(m_folder->filePath(u"file"_qs), ""));
-        SettingsStore store(m_folder->filePath(u"file/below"_qs));
-        int number = 0;
-        try {
-            store.SaveSetting(m_application, u"Printer"_qs, u"Left"_qs, u"1"_qs);
-        } catch (const VbError &error) {
-            number = error.number();
-            QVERIFY(error.description().contains(m_application));
+        for (const QString &place : {u"file/below"_qs, u"pipe"_qs, u"huge"_qs}) {
+            const QString folder = m_folder->filePath(place);
+            QFile file(folder + u'/' + m_application + u".conf"_qs);
+            QDir().mkpath(folder);
+            if (place == u"pipe") // opening it would wait for ever
+                QCOMPARE(mkfifo(QFile::encodeName(file.fileName()).constData(), 0600), 0);
+            else if (place == u"huge")
+                QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(6LL << 30));
+            SettingsStore store(folder);
+            int number = 0;
+            try {
+                store.SaveSetting(m_application, u"Printer"_qs, u"Left"_qs, u"1"_qs);
+            } catch (const VbError &error) {
+                number = error.number();
+                QVERIFY(error.description().contains(m_application));
+            }
+            QCOMPARE(number, int(VbError::DeviceError));
+            QVERIFY(store.GetAllSettings(m_application, u"Printer"_qs).isEmpty());
+            QCOMPARE(store.GetSetting(m_application, u"Printer"_qs, u"Left"_qs), QString());
         }
-        QCOMPARE(number, int(VbError::DeviceError));
-        QVERIFY(store.GetAllSettings(m_application, u"Printer"_qs).isEmpty());
     }
 
 private:

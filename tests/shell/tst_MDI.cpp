@@ -2,6 +2,7 @@
 #include "platform/desktop/Toolbar.h"
 #include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
+#include "shell/RecentFileMenu.h"
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/Program.h"
@@ -87,6 +88,25 @@ private Q_SLOTS:
             QVERIFY(!menu->findChild<QAction *>(u"mnuFileList(4)"_qs));
         }
         QCOMPARE(found, 3);
+    }
+
+    /// The list keeps what the file has; the menus show what a screen has room for.
+    void manyRecentFiles()
+    {
+        QByteArray settings = "[FileList]\nMax%20Count=4000\n";
+        for (int i = 1; i <= 4000; ++i)
+            settings += u"Recent%20File%20%1=/SET%1.BMT\n"_qs.arg(i).toUtf8();
+        const QString folder = path("settings");
+        QVERIFY(
+            QDir().mkpath(folder) && Files::put(folder + u"/VB Quillon For VB5.conf"_qs, settings));
+        start();
+        QCOMPARE(int(frame().FileListHandler().Count()), 4000);
+        const auto item = [this](int i) {
+            return frame().findChild<QAction *>(u"mnuFileList(%1)"_qs.arg(i));
+        };
+        QCOMPARE(item(RecentFileMenu::longest)->text(), u"/SET50.BMT"_qs);
+        QVERIFY(item(RecentFileMenu::longest + 1)->isSeparator());
+        QVERIFY(!item(RecentFileMenu::longest + 2));
     }
 
     void recentEntryFindsItsFile()

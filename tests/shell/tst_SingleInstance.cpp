@@ -84,9 +84,11 @@ private Q_SLOTS:
             == Outcome::Failed);
         QVERIFY(sender.send(good, 0) == Outcome::Sent);
         QVERIFY(sender.send(InstanceRequest::open(two), 0) == Outcome::Sent);
-        QTRY_COMPARE(opened.size(), 2);
+        QVERIFY(sender.send("open /caf\xE9.bmt", 0) == Outcome::Sent);
+        QTRY_COMPARE(opened.size(), 3);
         QCOMPARE(opened.at(0).at(0).toString(), one);
         QCOMPARE(opened.at(1).at(0).toString(), two);
+        QCOMPARE(opened.at(2).at(0).toString(), u"/caf\uFFFD.bmt"_qs);
         QVERIFY(!forward.isEmpty());
     }
 };

@@ -172,6 +172,10 @@ private Q_SLOTS:
         QSignalSpy closed(m_state.get(), &mTSM::dragGateClosed);
         const auto saveAs = [&](const QString &name) {
             Answers answers;
+            // A folder that does not exist is no answer.
+            answers.file(u"Save Tool Set"_qs, path("none/x.bmt"));
+            answers.message(
+                u"The folder \"%1\" does not exist."_qs.arg(path("none")), QMessageBox::Ok);
             answers.file(u"Save Tool Set"_qs, name);
             if (!name.isEmpty())
                 answers.message(

@@ -1,6 +1,7 @@
 #include "platform/desktop/CommonDialog.h"
 
 #include "platform/VbError.h"
+#include "platform/desktop/MsgBox.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -78,7 +79,19 @@ bool CommonDialog::run(QFileDialog &dialog)
     for (int column = 1; list && column < list->header()->count(); ++column)
         list->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     dialog.resize(QSize(760, 460).boundedTo(dialog.screen()->availableSize() * 0.9));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    bool accepted = false;
+    for (;;) {
+        accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+        const QString folder =
+            accepted ? QFileInfo(dialog.selectedFiles().constFirst()).path() : QString();
+        if (!accepted || QFileInfo(folder).isDir())
+            break;
+        MsgBox::show(m_parent,
+            QStringLiteral("The folder \"%1\" does not exist.")
+                .arg(QDir::toNativeSeparators(folder)),
+            MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
+    }
+    if (!accepted) {
         if (CancelError) {
             throw VbError(
                 cancelled, QStringLiteral("CommonDialog"), QStringLiteral("Cancel was selected."));

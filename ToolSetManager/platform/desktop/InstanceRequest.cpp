@@ -1,5 +1,7 @@
 #include "platform/desktop/InstanceRequest.h"
 
+#include "platform/desktop/FileNames.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -28,7 +30,7 @@ QString pathToOpen(const QByteArray &message)
         return {};
     const QString path = QFile::decodeName(message.mid(sizeof(openWord) - 1));
     const QFileInfo file(path);
-    if (!file.isAbsolute() || !file.isFile())
+    if (!file.isAbsolute() || (!file.isFile() && !FileNames::isUnreadable(path)))
         return {};
     return QDir::toNativeSeparators(path);
 }

@@ -3,6 +3,7 @@
 #include "platform/VbError.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -31,6 +32,14 @@ QSettings::Format format(const QString &)
 }
 #endif
 
+/// Opening a pipe would wait for its other end, and the toolkit reads a file whole.
+bool isUsable(const QString &path)
+{
+    constexpr qint64 largest = 16 << 20;
+    const QFileInfo file(path);
+    return !file.exists() || (file.isFile() && file.size() <= largest);
+}
+
 /// A hand-written value with a comma in it reads as a list.
 QString textOf(const QVariant &value)
 {
@@ -53,6 +62,8 @@ SettingsStore::SettingsStore(const QString &folder)
 QString SettingsStore::GetSetting(const QString &application, const QString &section,
     const QString &key, const QString &fallback) const
 {
+    if (!isUsable(location(m_folder, application)))
+        return fallback;
     const QSettings settings(location(m_folder, application), format(m_folder));
     const QVariant value = settings.value(section + u'/' + key);
     return value.isValid() ? textOf(value) : fallback;
@@ -61,6 +72,8 @@ QString SettingsStore::GetSetting(const QString &application, const QString &sec
 QList<QPair<QString, QString>> SettingsStore::GetAllSettings(
     const QString &application, const QString &section) const
 {
+    if (!isUsable(location(m_folder, application)))
+        return {};
     QSettings settings(location(m_folder, application), format(m_folder));
     settings.beginGroup(section);
     QList<QPair<QString, QString>> pairs;
@@ -73,12 +86,15 @@ QList<QPair<QString, QString>> SettingsStore::GetAllSettings(
 void SettingsStore::SaveSetting(
     const QString &application, const QString &section, const QString &key, const QString &value)
 {
-    QSettings settings(location(m_folder, application), format(m_folder));
-    settings.setValue(section + u'/' + key, value);
-    settings.sync();
-    if (settings.status() != QSettings::NoError) {
-        throw VbError(VbError::DeviceError, QStringLiteral("SettingsStore"),
-            QStringLiteral("The settings cannot be written to \"%1\".")
-                .arg(QDir::toNativeSeparators(settings.fileName())));
+    const QString path = location(m_folder, application);
+    if (isUsable(path)) {
+        QSettings settings(path, format(m_folder));
+        settings.setValue(section + u'/' + key, value);
+        settings.sync();
+        if (settings.status() == QSettings::NoError)
+            return;
     }
+    throw VbError(VbError::DeviceError, QStringLiteral("SettingsStore"),
+        QStringLiteral("The settings cannot be written to \"%1\".")
+            .arg(QDir::toNativeSeparators(path)));
 }

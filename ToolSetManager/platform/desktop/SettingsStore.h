@@ -9,7 +9,8 @@
 ///
 /// One file for each application, "<application>.conf" in the user's configuration directory,
 /// with one [section] for each section; on Windows the registry key under which Visual Basic
-/// programs keep their settings.
+/// programs keep their settings. What is no ordinary file, or far larger than settings are, is
+/// neither read nor written.
 class SettingsStore
 {
 public:

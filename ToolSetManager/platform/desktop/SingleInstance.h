@@ -30,7 +30,7 @@ public:
 Q_SIGNALS:
     void comeForward();
     /// The user has opened that file on the desktop: an absolute path of a regular file that
-    /// exists. comeForward() is raised before it.
+    /// exists, or whose name cannot be read. comeForward() is raised before it.
     void openRequested(const QString &path);
 
 private:

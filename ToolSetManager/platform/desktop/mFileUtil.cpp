@@ -89,9 +89,4 @@ QString RealSpelling(const QString &path)
     return QDir::toNativeSeparators(spellingBelow(absolute.left(rootLength), names, 0));
 }
 
-bool HasUnreadableName(const QString &path)
-{
-    return path.contains(QChar::ReplacementCharacter);
-}
-
 } // namespace mFileUtil

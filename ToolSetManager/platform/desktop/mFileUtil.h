@@ -21,8 +21,4 @@ QString UsableFolder(const QString &wanted);
 /// when there is none. An exact match of a name is preferred.
 QString RealSpelling(const QString &path);
 
-/// True when the path's bytes were not UTF-8: the toolkit has put U+FFFD in their place, and finds
-/// no file by such a path.
-bool HasUnreadableName(const QString &path);
-
 } // namespace mFileUtil

@@ -11,6 +11,7 @@
 #include <QImageReader>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -102,7 +103,12 @@ QImage load(const QString &path)
     QFile file(path);
     if (!QFileInfo(path).isFile() || file.size() > mostBytes || !file.open(QIODevice::ReadOnly))
         return {};
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes;
+    try {
+        bytes = file.readAll();
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
     if (Metafile::recognises(bytes)) {
         // A drawing is stretched later on: it should not start from a dozen pixels.
         constexpr int smallest = 256;
