@@ -84,6 +84,7 @@ private Q_SLOTS:
             == Outcome::Failed);
         QVERIFY(sender.send(good, 0) == Outcome::Sent);
         QVERIFY(sender.send(InstanceRequest::open(two), 0) == Outcome::Sent);
+        QTRY_COMPARE(opened.size(), 2);
         QVERIFY(sender.send("open /caf\xE9.bmt", 0) == Outcome::Sent);
         QTRY_COMPARE(opened.size(), 3);
         QCOMPARE(opened.at(0).at(0).toString(), one);
