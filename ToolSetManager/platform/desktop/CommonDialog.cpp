@@ -91,6 +91,10 @@ bool CommonDialog::run(QFileDialog &dialog)
                 .arg(QDir::toNativeSeparators(folder)),
             MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
     }
+    // The desktop looks for the next active window when the dialog's question whether to replace a
+    // file closes, and may find the dialog itself, which closes then.
+    if (m_parent)
+        m_parent->activateWindow();
     if (!accepted) {
         if (CancelError) {
             throw VbError(

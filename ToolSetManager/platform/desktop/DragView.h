@@ -6,7 +6,9 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QDragMoveEvent>
+#include <QElapsedTimer>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
@@ -30,14 +32,56 @@ public:
     }
 
 protected:
-    /// A click on a selected label edits it after a pause. Qt edits whatever is current then, if
-    /// anything is; the label may have been deleted, or left by a key.
+    /// A click on the only selected label edits it after a pause. Qt edits whatever is current
+    /// then, if anything is; the label may have been deleted, or left by a key.
     bool edit(
         const QModelIndex &index, QAbstractItemView::EditTrigger trigger, QEvent *event) override
     {
-        if (trigger == QAbstractItemView::SelectedClicked)
+        if (m_late)
+            return true;
+        if (trigger == QAbstractItemView::EditKeyPressed && index.column() > 0) {
+            // The click has made another column current, but what the key edits is the label.
+            const QModelIndex label = index.siblingAtColumn(0);
+            this->selectionModel()->setCurrentIndex(label, QItemSelectionModel::NoUpdate);
+            return View::edit(label, trigger, event);
+        }
+        if (trigger == QAbstractItemView::SelectedClicked) {
+            if (!m_clickEdits)
+                return false;
             m_clicked = index;
-        return m_late || View::edit(index, trigger, event);
+        }
+        return View::edit(index, trigger, event);
+    }
+
+    void focusInEvent(QFocusEvent *event) override
+    {
+        if (event->reason() == Qt::MouseFocusReason
+            || event->reason() == Qt::ActiveWindowFocusReason)
+            m_sinceActivation.start();
+        else
+            m_sinceActivation.invalidate();
+        View::focusInEvent(event);
+    }
+
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        // A click that activates the window only selects. The desktop may activate the window a
+        // moment before it passes the click on.
+        const bool activates = !this->hasFocus()
+            || (m_sinceActivation.isValid()
+                && !m_sinceActivation.hasExpired(QApplication::doubleClickInterval()));
+        const QItemSelection selection = this->selectionModel()->selection();
+        m_clickEdits = !activates && selection.size() == 1 && selection.constFirst().height() == 1;
+        View::mousePressEvent(event);
+    }
+
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        // Qt drags with any button; and once a drag was refused or cancelled, it selects.
+        const Qt::MouseButtons held = event->buttons();
+        if (held != Qt::NoButton && (held != Qt::LeftButton || m_owner.isDragSpent()))
+            return;
+        View::mouseMoveEvent(event);
     }
 
     void timerEvent(QTimerEvent *event) override
@@ -56,12 +100,7 @@ protected:
         m_late = false;
     }
 
-    void startDrag(Qt::DropActions) override
-    {
-        // After a drag was cancelled with the button still held, Qt would start the next at once.
-        if (!m_owner.isDragSpent())
-            Q_EMIT m_owner.OLEStartDrag();
-    }
+    void startDrag(Qt::DropActions) override { m_owner.startDrag(); }
 
     void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
 
@@ -138,6 +177,8 @@ private:
 
     ListView &m_owner;
     QPersistentModelIndex m_clicked; ///< The label that may be edited after the pause.
+    bool m_clickEdits = false; ///< The present press may start an edit when it is released.
+    QElapsedTimer m_sinceActivation; ///< Of the window, as far as it has the keyboard by that.
     bool m_late = false; ///< The pause is over, and that label is current no more.
     QTimer m_scrollTimer;
     QPoint m_dragPoint; ///< Where the drag was seen last, in the viewport.

@@ -3,10 +3,27 @@
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
 
+#include <QApplication>
+#include <QFocusEvent>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolTip>
 
 #include <limits>
+
+namespace {
+
+QColor mixed(const QColor &colour, const QColor &ground, float share)
+{
+    const auto mix = [share](float of, float with) { return of * share + with * (1 - share); };
+    return QColor::fromRgbF(mix(colour.redF(), ground.redF()),
+        mix(colour.greenF(), ground.greenF()), mix(colour.blueF(), ground.blueF()));
+}
+
+} // namespace
 
 LabelDelegate::LabelDelegate(ListView *owner)
     : QStyledItemDelegate(owner)
@@ -30,9 +47,38 @@ QWidget *LabelDelegate::createEditor(
     return editor;
 }
 
+bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    // A menu that the keyboard opens must not end the edit, nor unselect what its commands are
+    // about.
+    if (event->type() == QEvent::FocusOut) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason == Qt::MenuBarFocusReason || reason == Qt::PopupFocusReason) {
+            connect(qApp, &QApplication::focusChanged, this, &LabelDelegate::leftMenu,
+                Qt::UniqueConnection);
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(watched, event);
+}
+
+void LabelDelegate::leftMenu(QWidget * /*old*/, QWidget *now)
+{
+    if (!now || qobject_cast<QMenuBar *>(now) || qobject_cast<QMenu *>(now))
+        return;
+    disconnect(qApp, &QApplication::focusChanged, this, &LabelDelegate::leftMenu);
+    if (now != m_editor) // not back to it, as after a click elsewhere
+        finish();
+}
+
+QWidget *LabelDelegate::editor() const
+{
+    return m_editor && !m_editor->isHidden() ? m_editor : nullptr; // hidden: about to be deleted
+}
+
 void LabelDelegate::finish()
 {
-    if (!m_editor || m_editor->isHidden()) // on its way out
+    if (!editor())
         return;
     Q_EMIT commitData(m_editor);
     Q_EMIT closeEditor(m_editor);
@@ -92,6 +138,23 @@ int LabelDelegate::widthOf(const QString &text, const QStyleOptionViewItem &opti
     return width;
 }
 
+bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
+    const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    if (!index.isValid() || event->type() != QEvent::ToolTip)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QStyle *style = view->style();
+    const int room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, view).width()
+        - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, view) + 1);
+    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > room;
+    // A name may look like HTML.
+    QToolTip::showText(
+        event->globalPos(), cut ? Qt::convertFromPlainText(item.text) : QString(), view);
+    return true;
+}
+
 void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
@@ -99,11 +162,18 @@ void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
     option->decorationSize = option->widget
         ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
         : option->decorationSize;
+    if (m_owner && index.column() == m_owner->columnKeepingEnds())
+        option->textElideMode = Qt::ElideLeft;
     if (index.data(ListView::GhostedRole).toBool()) {
-        for (const QPalette::ColorRole role : {QPalette::Text, QPalette::HighlightedText}) {
-            QColor faint = option->palette.color(role);
-            faint.setAlphaF(0.45F);
-            option->palette.setColor(role, faint);
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+            QPalette &palette = option->palette;
+            const QColor base = palette.color(group, QPalette::Base);
+            const QColor text = palette.color(group, QPalette::Text);
+            // Faint text cannot be read on the highlight, so where selected the highlight is faint.
+            palette.setColor(group, QPalette::Text, mixed(text, base, 0.6F));
+            palette.setColor(group, QPalette::Highlight,
+                mixed(palette.color(group, QPalette::Highlight), base, 0.35F));
+            palette.setColor(group, QPalette::HighlightedText, text);
         }
         option->icon = Icons::dimming(option->icon).pixmap(option->decorationSize, QIcon::Disabled);
     }

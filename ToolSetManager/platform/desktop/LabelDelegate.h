@@ -15,9 +15,11 @@ class LabelDelegate : public QStyledItemDelegate
 public:
     explicit LabelDelegate(ListView *owner);
 
+    /// Null while no label is being edited.
+    QWidget *editor() const;
     /// Accepts what has been typed so far, if a label is being edited.
     void finish();
-    /// The owner is on its way out and may take an editor with it: it is told nothing any more.
+    /// The owner is being destroyed and may take an editor with it; it is not notified any more.
     void forgetOwner() { m_owner = nullptr; }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
@@ -28,10 +30,16 @@ public:
     void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
+    /// The whole text of a label or location that is cut off.
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+        const QModelIndex &index) override;
+
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
+    void leftMenu(QWidget *old, QWidget *now); ///< The focus, perhaps.
     int widthOf(const QString &text, const QStyleOptionViewItem &option) const;
 
     ListView *m_owner;

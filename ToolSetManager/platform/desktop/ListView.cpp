@@ -4,6 +4,7 @@
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/LabelDelegate.h"
 
+#include <QApplication>
 #include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -15,6 +16,26 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
+
+namespace {
+
+/// While it lives, pressing another mouse button cancels the running drag, wherever the mouse is.
+class DragCanceller : public QObject
+{
+public:
+    DragCanceller() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() != QEvent::MouseButtonPress)
+            return false;
+        QDrag::cancel();
+        return true;
+    }
+};
+
+} // namespace
 
 ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *parent)
     : QWidget(parent)
@@ -35,6 +56,8 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
     m_report->header()->setSortIndicatorShown(true);
     m_report->header()->setSortIndicator(-1, Qt::AscendingOrder);
     connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
+    // The second one of two fast clicks.
+    connect(m_report->header(), &QHeaderView::sectionDoubleClicked, this, &ListView::ColumnClick);
     connect(m_report->header(), &QHeaderView::sectionResized, this, [this](int column) {
         // The last one follows the window.
         if (!m_settingWidths && m_model && column < m_report->header()->count() - 1)
@@ -134,6 +157,7 @@ void ListView::setView(int view)
     setFocusProxy(to);
     if (focused)
         to->setFocus();
+    EnsureVisible();
 }
 
 QAbstractItemView *ListView::currentView() const
@@ -210,6 +234,22 @@ void ListView::setFocusedItem(int row)
     }
 }
 
+void ListView::moveSelection(int fromRow, int toRow)
+{
+    constexpr auto wholeRow = QItemSelectionModel::Rows;
+    m_selection->select(m_model->index(fromRow, 0), QItemSelectionModel::Deselect | wholeRow);
+    m_selection->select(m_model->index(toRow, 0), QItemSelectionModel::Select | wholeRow);
+    setFocusedItem(toRow);
+    EnsureVisible();
+}
+
+void ListView::EnsureVisible()
+{
+    const int row = m_model ? SelectedItem() : -1;
+    if (row >= 0)
+        currentView()->scrollTo(m_model->index(row, 0));
+}
+
 void ListView::StartLabelEdit()
 {
     const int row = SelectedItem();
@@ -224,6 +264,15 @@ void ListView::finishLabelEdit()
 {
     for (LabelDelegate *delegate : std::as_const(m_delegates))
         delegate->finish();
+}
+
+QWidget *ListView::labelEditor() const
+{
+    for (const LabelDelegate *delegate : m_delegates) {
+        if (QWidget *editor = delegate->editor())
+            return editor;
+    }
+    return nullptr;
 }
 
 void ListView::setColumnWidths(const QList<int> &widths)
@@ -273,14 +322,21 @@ void ListView::setDropHighlight(int row, bool below)
     currentView()->viewport()->update();
 }
 
+void ListView::startDrag()
+{
+    // After a drag was cancelled with the button still held, Qt would start the next at once.
+    if (!std::exchange(m_dragSpent, true))
+        Q_EMIT OLEStartDrag();
+}
+
 void ListView::OLEDrag(QMimeData *carried, const QPixmap &picture)
 {
-    m_dragSpent = true;
     auto *drag = new QDrag(currentView());
     drag->setMimeData(carried);
     drag->setPixmap(picture);
     drag->setHotSpot(QPoint(-12, -4)); // beside the pointer, so that the mark stays in sight
     connect(drag, &QDrag::actionChanged, this, &ListView::OLEGiveFeedback);
+    const DragCanceller canceller;
     drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
 }
 
@@ -349,6 +405,11 @@ bool ListView::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
         m_pressedKey = key->key();
+        // The toolkit knows the menu key only.
+        if (key->key() == Qt::Key_F10 && key->modifiers() == Qt::ShiftModifier) {
+            Q_EMIT menuKeyPressed();
+            return true;
+        }
         Q_EMIT KeyDown(key->key());
     } else if (event->type() == QEvent::KeyRelease) {
         const auto *key = static_cast<QKeyEvent *>(event);

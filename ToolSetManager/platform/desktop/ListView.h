@@ -22,8 +22,9 @@ class QTreeView;
 /// not used for that, the owner decides what becomes of the text. Rows for which `GhostedRole` is
 /// true are drawn faint.
 ///
-/// Drags: the list tells when the user starts one (OLEStartDrag) and what a drag does above it; the
-/// owner fills the data, chooses the effect and carries out the drop. Near the edges it scrolls.
+/// Drags: the list reports when the user starts one (OLEStartDrag) and what a drag does above it;
+/// the owner fills the data, chooses the effect and carries out the drop. Near the edges the list
+/// scrolls. Only the left button drags; pressing another one cancels the drag.
 ///
 /// "Selected item" is the item that has the focus within the selection; rows are counted from 0 in
 /// the order shown.
@@ -57,11 +58,21 @@ public:
 
     /// Gives that row the focus and changes no selection; nothing for row -1.
     void setFocusedItem(int row);
+    /// Unselects the one row and selects the other one, which gets the focus and is scrolled to.
+    void moveSelection(int fromRow, int toRow);
+    /// Scrolls to the selected item, if there is one.
+    void EnsureVisible();
 
     /// Starts the editing of the selected item's label, if there is one.
     void StartLabelEdit();
     /// Accepts what has been typed into a label so far, if one is being edited.
     void finishLabelEdit();
+    /// The edit box of the label that is being edited; null for none.
+    QWidget *labelEditor() const;
+
+    /// Texts of that column that are too long for it lose their start instead of their end.
+    void setColumnKeepingEnds(int column) { m_columnKeepingEnds = column; }
+    int columnKeepingEnds() const { return m_columnKeepingEnds; }
 
     /// Of the table, in logical pixels; the last column takes the rest.
     void setColumnWidths(const QList<int> &widths);
@@ -79,7 +90,7 @@ public:
     int DropHighlight() const { return m_dropRow.isValid() ? m_dropRow.row() : -1; }
 
     /// Runs a drag of the selected items until it is dropped or cancelled; copying and moving are
-    /// offered. The list takes the data. No other drag starts before the mouse is pressed again.
+    /// offered. The list takes the data.
     void OLEDrag(QMimeData *carried, const QPixmap &picture);
 
     /// The row at a point of the current view's viewport; -1 for none.
@@ -93,8 +104,10 @@ public:
     QListView *listView() const { return m_list; }
 
     // --- For the two views ---
-    /// The present press of the mouse has had its drag.
+    /// The present press of the mouse has had its drag, whether or not the owner has run it; it
+    /// starts no other one and selects nothing more.
     bool isDragSpent() const { return m_dragSpent; }
+    void startDrag();
     void paintDropHighlight(QPainter &painter) const;
     void paintEmptyHint(QPainter &painter) const;
 
@@ -110,7 +123,7 @@ Q_SIGNALS:
     void MouseUp();
     void KeyDown(int key);
     void KeyUp(int key); ///< Only for a key that was pressed in the list too.
-    void menuKeyPressed(); ///< A menu is asked for without the mouse.
+    void menuKeyPressed(); ///< The menu key, or Shift+F10.
     void OLEStartDrag(); ///< The mouse was moved with the left button held on an item.
     void OLEGiveFeedback(Qt::DropAction effect); ///< What a drop of this list's drag would do now.
     void OLEDragOver(QDragMoveEvent *event); ///< Ignored unless the owner accepts it.
@@ -139,6 +152,7 @@ private:
     bool m_settingWidths = false; ///< The columns change, but not by the user.
     EmptyHint m_emptyHint;
     int m_sortColumn = -1;
+    int m_columnKeepingEnds = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     int m_pressedKey = 0;
     QPersistentModelIndex m_dropRow;

@@ -55,7 +55,8 @@ void StatusBar::showProgress(const QString &what, int percent)
     if (!m_progress) {
         m_progress = new QProgressBar;
         m_progress->setObjectName(QStringLiteral("progress"));
-        m_progress->setMaximumHeight(fontMetrics().height() + 4);
+        // No higher than the panels, or the bar would grow for good with its first progress.
+        m_progress->setMaximumHeight(m_panels.constFirst()->sizeHint().height());
         insertPermanentWidget(0, m_progress, 1);
     }
     m_progress->setAccessibleName(what);

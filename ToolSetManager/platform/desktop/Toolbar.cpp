@@ -1,6 +1,7 @@
 #include "platform/desktop/Toolbar.h"
 
 #include <QAction>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -14,15 +15,31 @@ Toolbar::Toolbar(const QString &title, QWidget *parent)
     setToolButtonStyle(Qt::ToolButtonIconOnly);
 }
 
-QAction *Toolbar::addButton(const QString &key, const QString &toolTip)
+QAction *Toolbar::addButton(const QString &key, const QString &toolTip, bool pressable)
 {
     QAction *action = addAction(toolTip);
     action->setObjectName(key);
     action->setProperty(keyProperty, key);
     action->setToolTip(toolTip);
-    connect(action, &QAction::triggered, this, [this, key] { Q_EMIT ButtonClick(key); });
+    if (pressable) {
+        action->setCheckable(true);
+        // A screen reader toggles the button, which then is not triggered.
+        connect(action, &QAction::toggled, this, [this, key] {
+            if (!m_settingPressed)
+                Q_EMIT ButtonClick(key);
+        });
+    } else {
+        connect(action, &QAction::triggered, this, [this, key] { Q_EMIT ButtonClick(key); });
+    }
     m_buttons.append(action);
     return action;
+}
+
+void Toolbar::setPressed(const QString &key, bool pressed)
+{
+    const QScopedValueRollback guard(m_settingPressed, true);
+    if (QAction *found = button(key))
+        found->setChecked(pressed);
 }
 
 QAction *Toolbar::button(const QString &key) const

@@ -9,7 +9,11 @@ class Toolbar : public QToolBar
 public:
     explicit Toolbar(const QString &title, QWidget *parent = nullptr);
 
-    QAction *addButton(const QString &key, const QString &toolTip);
+    /// A \a pressable button stays down or up; what it then shows is the owner's business, whom
+    /// ButtonClick tells of each change by the user, be it by mouse, keyboard or screen reader.
+    QAction *addButton(const QString &key, const QString &toolTip, bool pressable = false);
+    /// Shows a pressable button down or up. A key that no button has is ignored.
+    void setPressed(const QString &key, bool pressed);
     /// Null when there is no such button.
     QAction *button(const QString &key) const;
     QList<QAction *> buttons() const { return m_buttons; }
@@ -21,4 +25,5 @@ Q_SIGNALS:
 
 private:
     QList<QAction *> m_buttons;
+    bool m_settingPressed = false;
 };
