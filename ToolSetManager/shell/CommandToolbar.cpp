@@ -6,6 +6,21 @@
 
 #include <QAction>
 
+#include <algorithm>
+
+namespace {
+
+/// They show which view is on.
+constexpr QLatin1StringView viewButtons[] = {
+    QLatin1StringView("list"), QLatin1StringView("details")};
+
+bool isViewButton(QLatin1StringView key)
+{
+    return std::find(std::begin(viewButtons), std::end(viewButtons), key) != std::end(viewButtons);
+}
+
+} // namespace
+
 CommandToolbar::CommandToolbar(QWidget *parent)
     : Toolbar(QStringLiteral("Tools"), parent)
 {
@@ -17,12 +32,10 @@ CommandToolbar::CommandToolbar(QWidget *parent)
     for (const auto &row : CommandTable::buttons) {
         if (row.startsGroup)
             addSeparator();
-        QAction *made = addButton(row.key, row.toolTip);
+        QAction *made = addButton(row.key, row.toolTip, isViewButton(row.key));
         made->setIcon(blank);
         Tag::set(*made, row.tag);
     }
-    button(QStringLiteral("list"))->setCheckable(true);
-    button(QStringLiteral("details"))->setCheckable(true);
     disableDocumentButtons();
 }
 
@@ -49,12 +62,18 @@ void CommandToolbar::setButtonEnabled(const QString &key, bool enabled)
 
 void CommandToolbar::setButtonPressed(const QString &key, bool pressed)
 {
-    if (QAction *found = button(key))
-        found->setChecked(pressed);
+    setPressed(key, pressed);
+}
+
+void CommandToolbar::releaseViewButtons()
+{
+    for (const auto &key : viewButtons)
+        setPressed(key, false);
 }
 
 void CommandToolbar::disableDocumentButtons()
 {
     for (const auto &key : CommandTable::documentButtons)
         setButtonEnabled(key, false);
+    releaseViewButtons();
 }

@@ -20,6 +20,7 @@ public:
     // A key that no button has is ignored.
     void setButtonEnabled(const QString &key, bool enabled);
     void setButtonPressed(const QString &key, bool pressed);
+    void releaseViewButtons();
     /// As it is without a document window.
     void disableDocumentButtons();
 };

@@ -86,6 +86,8 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     setContextMenuPolicy(Qt::NoContextMenu); // no menu that hides the one toolbar
     mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    // After a window was closed, the one used before it comes to the front.
+    mdi->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     connect(mdi, &QMdiArea::subWindowActivated, this, &MDI::mdi_SubWindowActivated);
 
     status->setObjectName(QStringLiteral("status"));
@@ -228,12 +230,9 @@ void MDI::dispatch(const QString &word)
     } else if (DocumentWindow *document = activeDocument()) {
         document->setAction(word);
     }
-    // The view buttons are checkable, so that they show which view is on; a click must not
-    // change that where no window follows it.
-    if (!activeDocument()) {
-        setButtonPressed(QStringLiteral("list"), false);
-        setButtonPressed(QStringLiteral("details"), false);
-    }
+    // A click on a view button presses it, also where there is no window to follow it.
+    if (!activeDocument())
+        tbTools->releaseViewButtons();
 }
 
 int MDI::currentView() const
@@ -278,7 +277,12 @@ void MDI::openToolSet(int view, QString path)
         }
     }
     if (open) {
+        // Where another window was maximised, this one would come up maximised, too.
+        QMdiSubWindow *window = subWindowOf(open);
+        const bool maximized = window->isMaximized();
         activateDocument(open);
+        if (!maximized)
+            window->showNormal();
         return; // Kept: on this path the drag gate stays closed until it is armed again.
     }
     DocumentWindow *document = addDocument();

@@ -65,6 +65,10 @@ private Q_SLOTS:
         QCOMPARE(captions(), path("a.bmt") + u'|' + path("b.bmt"));
         QCOMPARE(frame().activeDocument(), frame().openDocuments().at(0));
         QVERIFY(!subWindow(0)->isMinimized());
+        subWindow(1)->showMaximized();
+        m_program->open(path("a.bmt")); // in its normal state, also from a maximised window
+        QCOMPARE(frame().activeDocument(), frame().openDocuments().at(0));
+        QVERIFY(!subWindow(0)->isMaximized());
     }
 
     void recentFiles()
@@ -159,6 +163,7 @@ private Q_SLOTS:
     void progressOfLongWork()
     {
         m_program->run(u"newtoolset"_qs);
+        const int height = frame().statusBar()->sizeHint().height();
         {
             BusyProgress quick(frame(), u"Opening"_qs);
             quick.show(1, 2);
@@ -174,6 +179,7 @@ private Q_SLOTS:
             auto *bar = frame().findChild<QProgressBar *>();
             QVERIFY(bar && bar->isVisible());
             QCOMPARE(bar->value(), 25);
+            QCOMPARE(frame().statusBar()->sizeHint().height(), height);
             QCOMPARE(bar->accessibleName(), u"Saving"_qs);
         }
         QVERIFY(!frame().findChild<QProgressBar *>()->isVisible());
@@ -219,6 +225,32 @@ private Q_SLOTS:
         QCOMPARE(menuTexts(), u"&File &Help"_qs);
     }
 
+    /// Screen readers toggle the view buttons, where the mouse clicks them.
+    void viewButtons()
+    {
+        m_program->run(u"newtoolset"_qs);
+        const auto button = [&](const char *name) {
+            const auto *bar = frame().findChild<Toolbar *>();
+            return qobject_cast<QToolButton *>(
+                bar->widgetForAction(bar->button(QLatin1String(name))));
+        };
+        const auto view = [&] {
+            m_program->waitForQueue();
+            const bool list = button("list")->isChecked();
+            return button("details")->isChecked() == list ? 0 : m_program->window()->View();
+        };
+        QAccessible::queryAccessibleInterface(button("list"))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(view(), int(ListView::lvwList));
+        button("list")->click(); // stays pressed
+        QCOMPARE(view(), int(ListView::lvwList));
+        button("details")->click();
+        QCOMPARE(view(), int(ListView::lvwReport));
+        QVERIFY(!frame().close()); // takes the window only
+        QVERIFY(!button("list")->isChecked() && !button("details")->isChecked());
+    }
+
     void closingInTwoStages()
     {
         m_program->open(file("a.bmt"));
@@ -259,14 +291,22 @@ private Q_SLOTS:
 
     void keysOfTheWindows()
     {
-        for (int i = 0; i < 2; ++i)
+        for (int i = 0; i < 3; ++i)
             m_program->run(u"newtoolset"_qs);
         QVERIFY(QTest::qWaitForWindowActive(&frame()));
-        QTest::keyClick(&frame(), Qt::Key_F6, Qt::ControlModifier);
-        QCOMPARE(frame().activeDocument()->Caption(), u"Untitled 1"_qs);
+        QStringList order;
+        for (int i = 0; i < 4; ++i) {
+            QTest::keyClick(&frame(), Qt::Key_F6, Qt::ControlModifier);
+            order.append(frame().activeDocument()->Caption().right(1));
+        }
+        QCOMPARE(order.join(QString()), u"1231"_qs);
+        // The one used before comes to the front, not the next one.
+        frame().activateDocument(frame().openDocuments().at(2));
+        frame().activateDocument(frame().openDocuments().at(0));
         QTest::keyClick(&frame(), Qt::Key_F4, Qt::ControlModifier);
         m_program->waitForQueue();
-        QCOMPARE(captions(), u"Untitled 2"_qs);
+        QCOMPARE(captions(), u"Untitled 2|Untitled 3"_qs);
+        QCOMPARE(frame().activeDocument()->Caption(), u"Untitled 3"_qs);
     }
 
     /// The program's icon is drawn when the frame stands; a window may have come before.
