@@ -91,15 +91,17 @@ void EditCommands::copy()
     fillClipboard(false);
     m_state.ClipboardMode = mTSM::CopyPending;
     Q_EMIT commandStatesChanged();
+    Q_EMIT clipboardFilled();
 }
 
 void EditCommands::cut()
 {
-    if (m_state.ToolClipboard && m_state.ToolClipboard->Count() > 0)
+    if (m_state.ToolClipboard)
         ClearDragTools();
     fillClipboard(true);
     m_state.ClipboardMode = mTSM::CutPending;
     Q_EMIT commandStatesChanged();
+    Q_EMIT clipboardFilled();
 }
 
 bool EditCommands::isSource() const
@@ -110,10 +112,15 @@ bool EditCommands::isSource() const
 void EditCommands::ClearDragTools()
 {
     const auto documents = m_frame.openDocuments();
+    bool found = false;
     for (DocumentWindow *document : documents) {
-        if (document->Caption() == m_state.SourceCaption)
+        if (document->Caption() == m_state.SourceCaption) {
             document->unghostTools();
+            found = true;
+        }
     }
+    if (!found) // Kept: what a closed window has left on the clipboard stays there.
+        return;
     m_state.ToolClipboard.reset();
     m_state.SourceCaption.clear();
     // With the clipboard goes the mode: a later drop must not complete an abandoned cut.

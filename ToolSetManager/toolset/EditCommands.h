@@ -47,7 +47,7 @@ public:
     /// Fills the tool clipboard with the selected tools and names this window as their source.
     void fillClipboard(bool ghosted);
     /// Ends a pending cut, copy or drag: the source window's items are no longer ghosted, the
-    /// clipboard is empty.
+    /// clipboard is empty. Does nothing when no window has the source's caption any more.
     void ClearDragTools();
     bool isSource() const; ///< Going by the caption, this is the window they come from.
     void selectGhosted();
@@ -55,6 +55,7 @@ public:
 Q_SIGNALS:
     void changed(); ///< The set is no longer what is in its file.
     void commandStatesChanged(); ///< There may be tools now, or none any more.
+    void clipboardFilled(); ///< By a copy or a cut, also of nothing.
     void toolAdded(); ///< The new tool's item is selected.
 
 private:

@@ -50,9 +50,12 @@ void ToolDrag::lvTools_OLEStartDrag()
     }
     if (rows.isEmpty())
         return;
-    // A cut that was never pasted ends here: its source must not lose tools by this drop.
-    if (m_state.ClipboardMode == mTSM::CutPending)
+    // A cut that was never pasted ends here, also where its source has closed: no window must lose
+    // tools by this drop.
+    if (m_state.ClipboardMode == mTSM::CutPending) {
         m_edit.ClearDragTools();
+        m_state.ClipboardMode = mTSM::NothingPending;
+    }
     m_edit.fillClipboard(true);
     QStringList names;
     names.reserve(rows.size());

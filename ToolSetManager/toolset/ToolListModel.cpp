@@ -48,6 +48,13 @@ void ToolListModel::setTools(CVBATools *tools)
     endResetModel();
 }
 
+int ToolListModel::rowAt(int position) const
+{
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+        [position](const Row &row) { return row.position == position; });
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
 QStringList ToolListModel::keysInPositionOrder() const
 {
     QStringList keys(static_cast<qsizetype>(m_rows.size()));

@@ -29,6 +29,7 @@ public:
     // --- Look-up ---
     const ToolPtr &toolAt(int row) const { return m_rows[static_cast<size_t>(row)].tool; }
     int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
+    int rowAt(int position) const; ///< -1 where there is no such position.
     /// The keys of all tools, by position: what the file is written by.
     QStringList keysInPositionOrder() const;
     QList<ToolPtr> toolsInPositionOrder() const;

@@ -37,7 +37,17 @@ void ToolPropertiesLink::ShowToolProperties()
         &ToolPropertiesLink::ToolProperties_RequestPriorTool);
     connect(dialog, &frmToolProps::UpdatePicture, this,
         &ToolPropertiesLink::ToolProperties_UpdatePicture);
+    // Of several selected tools it is the one with the focus, and the status bar names it.
+    m_list.setFocusedItem(row);
+    m_list.EnsureVisible();
     showToolIn(row);
+    const qsizetype selected = m_list.selectedRows().size();
+    if (selected > 1) {
+        m_frame.setPanelText(Frame::namesPanel,
+            QStringLiteral("Properties of \"%1\" only, one of %2 selected tools")
+                .arg(m_model.toolAt(row)->Description)
+                .arg(selected));
+    }
     dialog->exec();
     delete dialog;
     if (!alive)
@@ -45,6 +55,7 @@ void ToolPropertiesLink::ShowToolProperties()
     Q_EMIT draftChanged();
     m_model.RefreshIcons();
     m_frame.setPanelText(Frame::toolPanel, QString());
+    m_frame.setPanelText(Frame::namesPanel, QString());
 }
 
 void ToolPropertiesLink::showToolIn(int row)
@@ -81,20 +92,22 @@ void ToolPropertiesLink::ToolProperties_NameChange(const QString &OldName, const
 
 void ToolPropertiesLink::ToolProperties_RequestNextTool()
 {
-    const int next = m_item.row() + 1;
-    if (next >= m_model.rowCount())
-        return;
-    m_list.setSelectedItem(next);
-    showToolIn(next);
+    goBy(1);
 }
 
 void ToolPropertiesLink::ToolProperties_RequestPriorTool()
 {
-    const int prior = m_item.row() - 1;
-    if (prior < 0)
+    goBy(-1);
+}
+
+void ToolPropertiesLink::goBy(int positions)
+{
+    const int row = m_model.rowAt(m_model.positionAt(m_item.row()) + positions);
+    if (row < 0)
         return;
-    m_list.setSelectedItem(prior);
-    showToolIn(prior);
+    m_list.moveSelection(m_item.row(), row);
+    m_frame.setPanelText(Frame::namesPanel, QString());
+    showToolIn(row);
 }
 
 void ToolPropertiesLink::ToolProperties_UpdatePicture()

@@ -46,6 +46,8 @@ private Q_SLOTS:
 
 private:
     void showToolIn(int row);
+    /// Goes to the tool that many positions away, if there is one.
+    void goBy(int positions);
 
     QWidget *m_form;
     Frame &m_frame;

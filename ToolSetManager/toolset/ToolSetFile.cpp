@@ -217,6 +217,7 @@ bool ToolSetFile::saveSet()
         m_origin = {};
         m_fileName = m_tools->ToolSetName;
         setNotice({});
+        m_document.setCaption(m_fileName); // a Save As before may have failed
         return true;
     }
     QString text = QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription;

@@ -65,7 +65,8 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
 {
     setObjectName(QStringLiteral("frmToolSet"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setCaption(QStringLiteral("Untitled"));
+    m_caption = QStringLiteral("Untitled");
+    setWindowTitle(m_caption);
     setFocusProxy(lvTools);
 
     lblToolSet->setObjectName(QStringLiteral("lblToolSet"));
@@ -104,10 +105,7 @@ void frmToolSet::Form_Load()
 void frmToolSet::connectList()
 {
     lvTools->setModel(m_list);
-    lvTools->setEmptyHint({QStringLiteral("No tools yet"),
-        QStringLiteral(
-            "Press Ins to make a new tool, or drag programs, macros, help and text files "
-            "from the desktop onto this list.")});
+    lvTools->setColumnKeepingEnds(ToolListModel::LocationColumn);
     const int letter = fontMetrics().averageCharWidth();
     lvTools->setColumnWidths(m_state.ColumnWidths.isEmpty() ? QList<int> {letter * 34, letter * 12}
                                                             : m_state.ColumnWidths);
@@ -135,30 +133,28 @@ void frmToolSet::connectMenus()
     });
     connect(m_menus->mnuFileList, &RecentFileMenu::chosen, this,
         [this](const QString &path) { m_frame.openFile(path); });
-    connect(
-        m_menus->mnuFilex[Menus::FileSaveAs], &QAction::triggered, m_file, &ToolSetFile::saveAs);
-    connect(m_menus->mnuFilePrintPreview, &QAction::triggered, this,
-        [this] { m_report.preview(Tools(), FileName()); });
-    connect(m_menus->mnuFilex[Menus::FilePrintSetup], &QAction::triggered, this,
-        [this] { m_report.setUp(); });
-    connect(m_menus->mnuFileExit, &QAction::triggered, this, &frmToolSet::mnuFileExit_Click);
-    connect(m_menus->mnuEditX[Menus::EditToolHelp], &QAction::triggered, tmrHelp,
-        qOverload<>(&QTimer::start));
-    connect(m_menus->mnuViewX[Menus::ViewToolHelp], &QAction::triggered, this,
-        &frmToolSet::showToolHelp);
-    // "Tool Help" goes again with the menu. Later, because the menu tells that it hides before it
-    // tells which item was chosen.
+    // The items without a command word.
+    const auto connectItem = [this](QAction *item, const std::function<void()> &command) {
+        connect(item, &QAction::triggered, this, [this, command] { runCommand(command); });
+    };
+    connectItem(m_menus->mnuFilex[Menus::FileSaveAs], [this] { m_file->saveAs(); });
+    connectItem(m_menus->mnuFilePrintPreview, [this] { m_report.preview(Tools(), FileName()); });
+    connectItem(m_menus->mnuFilex[Menus::FilePrintSetup], [this] { m_report.setUp(); });
+    connectItem(m_menus->mnuFileExit, [this] { mnuFileExit_Click(); });
+    connectItem(m_menus->mnuEditX[Menus::EditToolHelp], [this] { tmrHelp->start(); });
+    connectItem(m_menus->mnuViewX[Menus::ViewToolHelp], [this] { showToolHelp(); });
+    // "Tool Help" goes again with the menu. Later, because the menu reports that it hides before it
+    // reports which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
         QTimer::singleShot(
             0, this, [this] { m_menus->mnuEditX[Menus::EditToolHelp]->setVisible(false); });
     });
 
-    connect(m_menus->mnuHelpx[Menus::HelpToolSetManager], &QAction::triggered, this,
+    connectItem(m_menus->mnuHelpx[Menus::HelpToolSetManager],
         [this] { m_frame.showHelp(QString::fromUtf16(Frame::toolSetHelp)); });
-    connect(m_menus->mnuHelpx[Menus::HelpAddIn], &QAction::triggered, this,
+    connectItem(m_menus->mnuHelpx[Menus::HelpAddIn],
         [this] { m_frame.showHelp(QString::fromUtf16(Frame::addInHelp)); });
-    connect(m_menus->mnuHelpx[Menus::HelpAbout], &QAction::triggered, this,
-        [this] { m_frame.showAbout(); });
+    connectItem(m_menus->mnuHelpx[Menus::HelpAbout], [this] { m_frame.showAbout(); });
 }
 
 // --- Properties ---
@@ -200,6 +196,7 @@ void frmToolSet::setCaption(const QString &caption)
         m_state.SourceCaption = caption;
     m_caption = caption;
     setWindowTitle(Captions::forTitle(caption));
+    showEmptyHint();
 }
 
 int frmToolSet::View() const
@@ -217,25 +214,38 @@ void frmToolSet::setAction(const QString &word)
 {
     using Handler = void (*)(frmToolSet &);
     static const QHash<QString, Handler> handlers {
-        {QStringLiteral("open"), [](frmToolSet &w) { w.m_file->open(); }},
+        {QStringLiteral("open"),
+            [](frmToolSet &w) {
+                w.m_file->open();
+                w.showEmptyHint();
+            }},
         {QStringLiteral("save"), [](frmToolSet &w) { w.m_file->save(); }},
         {QStringLiteral("list"), [](frmToolSet &w) { w.showList(); }},
         {QStringLiteral("details"), [](frmToolSet &w) { w.setView(ListView::lvwReport); }},
         {QStringLiteral("newtool"), [](frmToolSet &w) { w.m_edit->newTool(); }},
         {QStringLiteral("delete"), [](frmToolSet &w) { w.m_edit->deleteTools(true); }},
         {QStringLiteral("silentdelete"), [](frmToolSet &w) { w.m_edit->deleteTools(false); }},
-        {QStringLiteral("cut"), [](frmToolSet &w) { w.cutCommand(); }},
-        {QStringLiteral("copy"), [](frmToolSet &w) { w.copyCommand(); }},
-        {QStringLiteral("paste"), [](frmToolSet &w) { w.pasteCommand(); }},
         {QStringLiteral("toolproperties"),
             [](frmToolSet &w) { w.m_properties->ShowToolProperties(); }},
         {QStringLiteral("properties"), [](frmToolSet &w) { w.propertiesCommand(); }},
         {QStringLiteral("print"), [](frmToolSet &w) { w.m_report.print(w.Tools(), w.FileName()); }},
     };
-    if (word == QStringLiteral("newtoolset"))
+    if (word == QStringLiteral("cut"))
+        cutCommand();
+    else if (word == QStringLiteral("copy"))
+        copyCommand();
+    else if (word == QStringLiteral("paste"))
+        pasteCommand();
+    else if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
     else if (const Handler handler = handlers.value(word))
-        handler(*this);
+        runCommand([this, handler] { handler(*this); });
+}
+
+void frmToolSet::runCommand(const std::function<void()> &command)
+{
+    lvTools->finishLabelEdit();
+    command();
 }
 
 QList<QMenu *> frmToolSet::menus() const
@@ -264,6 +274,14 @@ void frmToolSet::showOpened()
 {
     lblToolSet->setText(Tools().Description());
     refreshCommandStates();
+}
+
+void frmToolSet::showEmptyHint()
+{
+    lvTools->setEmptyHint({QStringLiteral("No tools yet"),
+        QStringLiteral(
+            "Press Ins to make a new tool, or drag programs, macros, help and text files "
+            "from the desktop onto this list.")});
 }
 
 void frmToolSet::Unload()
@@ -321,9 +339,13 @@ void frmToolSet::refreshPasteCommands()
     // A clipboard that holds a set without tools leaves the commands as they are.
     if (m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1)
         return;
-    const bool canPaste = m_state.ToolClipboard != nullptr;
-    m_menus->mnuEditX[ToolSetMenus::EditPaste]->setEnabled(canPaste);
-    m_frame.setButtonEnabled(QStringLiteral("paste"), canPaste);
+    setPasteEnabled(m_state.ToolClipboard != nullptr);
+}
+
+void frmToolSet::setPasteEnabled(bool enabled)
+{
+    m_menus->mnuEditX[ToolSetMenus::EditPaste]->setEnabled(enabled);
+    m_frame.setButtonEnabled(QStringLiteral("paste"), enabled);
 }
 
 void frmToolSet::showList()
@@ -360,6 +382,8 @@ void frmToolSet::connectEdits()
     connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
     connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
+    // Kept: also of a clipboard without tools, which a copy of nothing leaves.
+    connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
     connect(
         m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);
     m_file->setProperties(*m_properties);
@@ -376,14 +400,14 @@ void frmToolSet::addMoveKeys()
         auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | key), lvTools);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this,
-            [this, way = direction] { m_edit->moveSelection(way); });
+            [this, way = direction] { runCommand([&] { m_edit->moveSelection(way); }); });
     }
 }
 
 bool frmToolSet::sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier)
 {
     if (m_labelEditing)
-        SendKeys::send(key, modifier);
+        SendKeys::sendTo(lvTools->labelEditor(), key, modifier);
     return m_labelEditing;
 }
 
@@ -458,6 +482,7 @@ void frmToolSet::setSort(int column, Qt::SortOrder order)
     const Hourglass hourglass;
     m_list->sort(column, order);
     lvTools->setSortIndicator(column, order);
+    lvTools->EnsureVisible();
 }
 
 void frmToolSet::lvTools_BeforeLabelEdit()

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class CVBATools;
 class EditCommands;
 class Frame;
@@ -99,6 +101,8 @@ private:
     void showEditMenu(const QPoint &globalPosition);
 
     void connectEdits();
+    /// Every command but cut, copy and paste begins here: what was typed into a label counts.
+    void runCommand(const std::function<void()> &command);
     /// While a name is edited in place, cut, copy and paste are keystrokes for the edit box.
     bool sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier);
     void addMoveKeys();
@@ -109,10 +113,13 @@ private:
     void propertiesCommand();
     void showToolHelp();
     void showOpened();
+    /// What an empty list says; not before the window has its set.
+    void showEmptyHint();
     void showList();
     void setSort(int column, Qt::SortOrder order);
     void refreshCommandStates();
     void refreshPasteCommands();
+    void setPasteEnabled(bool enabled);
 
     Frame &m_frame;
     mTSM &m_state;

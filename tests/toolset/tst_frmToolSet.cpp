@@ -123,7 +123,8 @@ private Q_SLOTS:
         };
         click(1);
         QCOMPARE(order(), u"bca"_qs);
-        click(1);
+        QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, // a fast second click counts too
+            QPoint(header->sectionViewportPosition(1) + 20, header->height() / 2));
         QCOMPARE(order(), u"acb"_qs);
         click(0); // another column keeps the order
         QCOMPARE(order(), u"cba"_qs);
@@ -154,14 +155,20 @@ private Q_SLOTS:
         const QString refusal =
             u"The toolset must contain at least one tool before it can be saved"_qs;
         frmToolSet *form = newWindow();
-        Answers answers;
-        answers.message(refusal, QMessageBox::Ok);
-        form->setAction(u"save"_qs);
-        answers.file(u"Save Tool Set"_qs, path("new.bmt")); // Save As asks for a name first
-        answers.message(refusal, QMessageBox::Ok);
-        menusOf(form)->mnuFilex[ToolSetMenus::FileSaveAs]->trigger();
+        {
+            Answers answers;
+            answers.message(refusal, QMessageBox::Ok);
+            form->setAction(u"save"_qs);
+            answers.file(u"Save Tool Set"_qs, path("new.bmt")); // Save As asks for a name first
+            answers.message(refusal, QMessageBox::Ok);
+            menusOf(form)->mnuFilex[ToolSetMenus::FileSaveAs]->trigger();
+        }
         QVERIFY(!QFile::exists(path("new.bmt")));
         QCOMPARE(m_frame->files.Count(), 0);
+        QCOMPARE(form->Caption(), u"Untitled"_qs);
+        addTool(form);
+        form->setAction(u"save"_qs); // goes to the file that was chosen before
+        QCOMPARE(form->Caption(), path("new.bmt"));
     }
 
     void saveAs()
@@ -272,12 +279,31 @@ private Q_SLOTS:
         form->setAction(u"copy"_qs);
         QVERIFY(m_state->ToolClipboard);
         QVERIFY(!form->Dirty());
-        // A save takes what has been typed so far; a second one finds nothing being edited.
-        list->StartLabelEdit();
-        list->currentView()->findChild<QLineEdit *>()->setText(u"new"_qs);
+        // Commands take what has been typed so far; a second one finds nothing being edited.
+        const auto typed = [&](const QString &name) {
+            list->StartLabelEdit();
+            qobject_cast<QLineEdit *>(list->labelEditor())->setText(name);
+        };
+        typed(u"new"_qs);
         form->setAction(u"save"_qs);
         form->setAction(u"save"_qs);
         QCOMPARE(inFile("a.bmt"), u"x new z"_qs);
+        {
+            Answers answers;
+            answers.message(u"Do you want to delete 'del'?"_qs, QMessageBox::No);
+            typed(u"del"_qs);
+            form->setAction(u"delete"_qs);
+            answers.dialog(u"frmToolProps"_qs, [](QDialog *dialog) {
+                QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u"props"_qs);
+                child<QAbstractButton>(dialog, "cmdOK")->click();
+            });
+            typed(u"props"_qs);
+            form->setAction(u"toolproperties"_qs);
+            typed(u"as"_qs);
+            answers.file(u"Save Tool Set"_qs, path("b.bmt"));
+            menusOf(form)->mnuFilex[ToolSetMenus::FileSaveAs]->trigger();
+            QCOMPARE(inFile("b.bmt"), u"x as z"_qs);
+        }
         list->StartLabelEdit();
         QVERIFY(form->close()); // nothing is asked, and an open editor goes with the window
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -305,6 +331,13 @@ private Q_SLOTS:
         QTest::keyClick(listOf(form)->currentView(), Qt::Key_Escape);
         QCOMPARE(enabled(), u"xxx-xx"_qs);
         QCOMPARE(text(form), u"Tool(1)"_qs); // the release has cleared the selection
+        for (const QString &word : {u"copy"_qs, u"cut"_qs}) { // of nothing: an empty clipboard
+            form->setAction(word);
+            QVERIFY(m_state->ToolClipboard && m_state->ToolClipboard->Count() == 0);
+            QCOMPARE(enabled(), u"xxxxxx"_qs);
+            form->ClearDragTools();
+            QCOMPARE(enabled(), u"xxx-xx"_qs);
+        }
     }
 
     void menuItems()
@@ -370,6 +403,8 @@ private Q_SLOTS:
                 u"1 ab cut, 2 x copy, 1 c cut, 1 caption, 2 paste"_qs, u"a b! / x y z [c]! / -"_qs},
             {"the source closed before the paste", two, u"1 bc cut, 1 close, 2 paste"_qs,
                 u"closed / x y z [b] [c]! / -"_qs},
+            {"given up where the source has closed: nothing is cleared", two,
+                u"1 b copy, 1 close, 2 escape, 2 paste"_qs, u"closed / x y z [b]! / b"_qs},
             {"a cut tool deleted before the paste", two,
                 u"1 ab cut, 1 b silentdelete, 1 c select, 2 paste"_qs,
                 u"c! / x y z [a] [b]! / -"_qs},
@@ -437,6 +472,10 @@ private Q_SLOTS:
         QTRY_VERIFY(line->hasFocus());
         line->setText(u"name"_qs);
         line->selectAll();
+        QMenuBar bar(form); // as when a menu is opened by the keyboard
+        bar.show();
+        bar.setFocus(Qt::MenuBarFocusReason);
+        QVERIFY(!line->hasFocus());
         form->setAction(u"copy"_qs);
         QVERIFY(!m_state->ToolClipboard);
         QCOMPARE(QGuiApplication::clipboard()->text(), u"name"_qs);
@@ -446,6 +485,86 @@ private Q_SLOTS:
         form->setAction(u"cut"_qs);
         QCOMPARE(line->text(), QString());
         QVERIFY(!m_state->ToolClipboard);
+        line->setText(u"new"_qs);
+        listOf(form)->setFocus(); // not back to the edit box, as by a click
+        QCOMPARE(text(form), u"[new] b c"_qs);
+    }
+
+    void mouseOnNames_data()
+    {
+        // tools selected before, the column clicked, whether it activates the window;
+        // what is selected then, and whether a name is edited after the pause
+        rows<QString, int, bool, QString, bool>({
+            {"the selected tool", u"b"_qs, 0, false, u"a [b] c"_qs, true},
+            {"one of several selected ones", u"ab"_qs, 0, false, u"a [b] c"_qs, false},
+            {"a click that activates the window", u"b"_qs, 0, true, u"a [b] c"_qs, false},
+            {"another column", u"b"_qs, 2, false, u"a [b] c"_qs, false},
+        });
+    }
+
+    void mouseOnNames()
+    {
+        const auto [selected, column, activates, expected, edited] =
+            row<QString, int, bool, QString, bool>();
+        frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+        QWidget other;
+        other.show();
+        QWidget *active = activates ? &other : form;
+        active->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(active));
+        QAbstractItemView *view = listOf(form)->currentView();
+        if (!activates) {
+            view->clearFocus(); // which it got by the activation
+            view->setFocus();
+        }
+        select(form, selected);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+            view->visualRect(view->model()->index(1, column)).center());
+        QCOMPARE(text(form), expected);
+        // The pause before an edit is a timer of the view; none is running where none will begin.
+        const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(view);
+        const bool waiting = std::any_of(timers.begin(), timers.end(), [](const auto &timer) {
+            return timer.interval == QApplication::doubleClickInterval();
+        });
+        QCOMPARE(waiting, edited);
+        if (!edited)
+            QTest::keyClick(view, Qt::Key_F2); // wherever the click was
+        QTRY_VERIFY(view->findChild<QLineEdit *>());
+    }
+
+    void mouseDrags_data()
+    {
+        rows<bool, Qt::MouseButton, bool>({
+            {"the left button", true, Qt::LeftButton, true},
+            {"the right button", true, Qt::RightButton, false},
+            {"refused by the gate", false, Qt::LeftButton, false},
+        });
+    }
+
+    /// Whatever becomes of the drag, nothing is selected on its way.
+    void mouseDrags()
+    {
+        const auto [gate, button, drags] = row<bool, Qt::MouseButton, bool>();
+        frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+        if (gate)
+            m_state->openDragGate();
+        QAbstractItemView *view = listOf(form)->currentView();
+        QSignalSpy looks(modelOf(form), &QAbstractItemModel::dataChanged); // of a drag's tools
+        const auto at = [view](int row) {
+            return QPointF(view->visualRect(view->model()->index(row, 0)).center());
+        };
+        const auto send = [view](QEvent::Type type, const QPointF &place, Qt::MouseButton which,
+                              Qt::MouseButtons held) {
+            QMouseEvent event(
+                type, place, view->viewport()->mapToGlobal(place), which, held, Qt::NoModifier);
+            QCoreApplication::sendEvent(view->viewport(), &event);
+        };
+        send(QEvent::MouseButtonPress, at(0), button, button);
+        for (const int row : {1, 2, 2, 1})
+            send(QEvent::MouseMove, at(row), Qt::NoButton, button);
+        send(QEvent::MouseButtonRelease, at(1), button, Qt::NoButton);
+        QCOMPARE(!looks.isEmpty(), drags);
+        QCOMPARE(text(form), u"[a] b c"_qs);
     }
 
     void movingByKeyboard()
@@ -548,7 +667,8 @@ private Q_SLOTS:
         frmToolSet *form = window(file("a.bmt", u"abc"_qs));
         modelOf(form)->sort(0, Qt::DescendingOrder); // c b a
         form->setAction(u"toolproperties"_qs); // nothing selected: nothing opens
-        select(form, u"b"_qs);
+        select(form, u"bc"_qs);
+        listOf(form)->setFocusedItem(1);
         Answers answers;
         QStringList seen;
         answers.dialog(u"frmToolProps"_qs, [&](QDialog *dialog) {
@@ -558,13 +678,14 @@ private Q_SLOTS:
             auto *apply = child<QAbstractButton>(dialog, "cmdApply");
             const auto note = [&] { seen.append(name->text() + u'/' + m_frame->panels[1]); };
             note();
-            next->click();
-            note();
-            next->click(); // the last one already
-            note();
-            prior->click();
-            prior->click();
+            QVERIFY(m_frame->panels[2].contains(u"one of 2"_qs));
+            prior->click(); // by position, whatever is shown
             prior->click(); // the first one already
+            note();
+            QCOMPARE(text(form), u"[a] b [c]"_qs); // of several only the one shown is unselected
+            next->click();
+            next->click();
+            next->click(); // the last one already
             note();
             child<QLineEdit>(dialog, "txtLocation")->setText(u"new place"_qs);
             name->setText(u"A"_qs); // taken: the set makes it unique
@@ -573,11 +694,11 @@ private Q_SLOTS:
             child<QAbstractButton>(dialog, "cmdOK")->click();
         });
         form->setAction(u"toolproperties"_qs);
-        QCOMPARE(seen.join(u' '), u"b/b a/a a/a c/c A(1)/A(1)"_qs);
+        QCOMPARE(seen.join(u' '), u"b/b a/a c/c A(1)/A(1)"_qs);
         QCOMPARE(text(form), u"a b [A(1)]"_qs);
         QCOMPARE(form->Tools().Item(u"A(1)"_qs)->Location(), u"new place"_qs);
         QVERIFY(form->Dirty());
-        QCOMPARE(m_frame->panels[1], QString());
+        QCOMPARE(m_frame->panels[1] + m_frame->panels[2], QString());
         form->setAction(u"save"_qs);
         QCOMPARE(inFile("a.bmt"), u"a b A(1)"_qs);
     }
@@ -661,6 +782,8 @@ private:
                 modelOf(form)->renameTool(listOf(form)->selectedRows().constFirst(), u"q"_qs);
             else if (words.constLast() == u"close")
                 form->close();
+            else if (words.constLast() == u"escape")
+                form->ClearDragTools();
             else if (words.constLast() == u"caption")
                 form->setCaption(u"another"_qs);
             else if (words.constLast() == u"newtool")
