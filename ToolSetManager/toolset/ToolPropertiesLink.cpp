@@ -45,8 +45,7 @@ void ToolPropertiesLink::ShowToolProperties()
     if (selected > 1) {
         m_frame.setPanelText(Frame::namesPanel,
             QStringLiteral("Properties of \"%1\" only, one of %2 selected tools")
-                .arg(m_model.toolAt(row)->Description)
-                .arg(selected));
+                .arg(m_model.toolAt(row)->Description, QString::number(selected)));
     }
     dialog->exec();
     delete dialog;

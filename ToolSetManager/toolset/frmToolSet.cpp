@@ -132,7 +132,8 @@ void frmToolSet::connectMenus()
         m_frame.setAction(word);
     });
     connect(m_menus->mnuFileList, &RecentFileMenu::chosen, this,
-        [this](const QString &path) { m_frame.openFile(path); });
+        [this](const QString &path) { runCommand([&] { m_frame.openFile(path); }); });
+    connect(m_menus->mnuWindow, &QMenu::triggered, lvTools, &ListView::finishLabelEdit);
     // The items without a command word.
     const auto connectItem = [this](QAction *item, const std::function<void()> &command) {
         connect(item, &QAction::triggered, this, [this, command] { runCommand(command); });

@@ -217,11 +217,12 @@ check([row[1] for row in rows()] == ["%03d" % i for i in range(1, 15)], "positio
 check(not frame_text("Move"), "the panels are empty again")
 
 order = names_in_order()
-drag(row_centre("Notepad"), row_centre("Separator"))
-key("Escape")
-xdo("mouseup", "1")
-until(lambda: not frame_text("Notepad") and names_in_order() == order,
-      "a drag cancelled with Escape changes nothing")
+for cancel in (["key", "Escape"], ["mousedown", "3", "mouseup", "3"]):
+    drag(row_centre("Notepad"), row_centre("Separator"))
+    until(lambda: frame_text("Notepad"), "a drag begins")
+    xdo(*cancel, "mouseup", "1")
+    until(lambda: not frame_text("Notepad") and names_in_order() == order,
+          "a drag cancelled with %s changes nothing" % " ".join(cancel))
 
 # --- The keyboard ---
 xdo("mousemove", *map(str, row_centre("Project Notes")), "click", "1")
@@ -244,6 +245,13 @@ key("Return")
 until(lambda: os.path.exists(two) and any(n.name == two for n in walk(application())),
       "saved under a new name, which is the caption")
 check(open(one, "rb").read() == open(SAMPLE, "rb").read(), "the old file is untouched")
+key("ctrl+shift+s")
+until(lambda: [n for n in walk(application()) if n.name == "Save Tool Set"], "save dialog")
+xdo("type", two)
+key("Return")
+until(lambda: [n for n in walk(application()) if "already exists" in n.name], "it asks first")
+key("alt+y")
+until(has_keyboard, "then the frame has the keyboard")
 
 # --- Printing ---
 def page():

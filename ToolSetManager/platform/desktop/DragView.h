@@ -71,7 +71,10 @@ protected:
             || (m_sinceActivation.isValid()
                 && !m_sinceActivation.hasExpired(QApplication::doubleClickInterval()));
         const QItemSelection selection = this->selectionModel()->selection();
-        m_clickEdits = !activates && selection.size() == 1 && selection.constFirst().height() == 1;
+        m_clickEdits =
+            !activates && std::all_of(selection.begin(), selection.end(), [&](const auto &range) {
+                return range.top() == selection.constFirst().top() && range.height() == 1;
+            });
         View::mousePressEvent(event);
     }
 

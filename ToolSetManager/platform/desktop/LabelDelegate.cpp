@@ -58,6 +58,8 @@ bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
                 Qt::UniqueConnection);
             return true;
         }
+    } else if (event->type() == QEvent::FocusIn) {
+        disconnect(qApp, &QApplication::focusChanged, this, &LabelDelegate::leftMenu);
     }
     return QStyledItemDelegate::eventFilter(watched, event);
 }
@@ -149,9 +151,10 @@ bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
     const int room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, view).width()
         - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, view) + 1);
     const bool cut = item.fontMetrics.horizontalAdvance(item.text) > room;
-    // A name may look like HTML.
+    // A name may look like HTML, and a path must not be broken behind its drive.
+    const QString tip = QStringLiteral("<p style='white-space:pre'>%1</p>");
     QToolTip::showText(
-        event->globalPos(), cut ? Qt::convertFromPlainText(item.text) : QString(), view);
+        event->globalPos(), cut ? tip.arg(item.text.toHtmlEscaped()) : QString(), view);
     return true;
 }
 

@@ -39,7 +39,8 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
-    void leftMenu(QWidget *old, QWidget *now); ///< The focus, perhaps.
+    /// Ends the edit when the focus goes elsewhere than from a menu back to the editor.
+    void leftMenu(QWidget *old, QWidget *now);
     int widthOf(const QString &text, const QStyleOptionViewItem &option) const;
 
     ListView *m_owner;

@@ -9,8 +9,8 @@ class Toolbar : public QToolBar
 public:
     explicit Toolbar(const QString &title, QWidget *parent = nullptr);
 
-    /// A \a pressable button stays down or up; what it then shows is the owner's business, whom
-    /// ButtonClick tells of each change by the user, be it by mouse, keyboard or screen reader.
+    /// A \a pressable button stays down or up: each click by mouse, keyboard or screen reader
+    /// toggles it and emits ButtonClick; the owner then sets the state that is right.
     QAction *addButton(const QString &key, const QString &toolTip, bool pressable = false);
     /// Shows a pressable button down or up. A key that no button has is ignored.
     void setPressed(const QString &key, bool pressed);
