@@ -22,7 +22,8 @@ QString pathFromCommandLine(const QStringList &arguments)
 {
     QString path = arguments.mid(1).join(u' ');
     const QFileInfo file(path);
-    if (!path.trimmed().isEmpty() && file.isRelative() && file.exists())
+    const bool blank = path.count(u' ') == path.size();
+    if (!blank && file.isRelative() && file.exists())
         return QDir::toNativeSeparators(file.absoluteFilePath());
     return path;
 }

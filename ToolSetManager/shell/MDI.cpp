@@ -133,7 +133,7 @@ void MDI::MDIForm_Load(const QString &commandLine)
     FileListHandler_FileAdded();
     m_settings.LoadSettings(m_store);
     MWindowPosition::RestoreWindowPosition(m_store, positionName, *this);
-    if (!commandLine.trimmed().isEmpty())
+    if (commandLine.count(u' ') < commandLine.size()) // not of blanks alone
         openFile(commandLine);
 }
 

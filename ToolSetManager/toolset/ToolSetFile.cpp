@@ -164,12 +164,12 @@ void ToolSetFile::setNotice(const QString &text)
 
 void ToolSetFile::rewriteHelpTexts(CVBATools &tools)
 {
-    for (const ToolPtr &tool : tools) {
-        if (!tool->HelpString.isEmpty()) {
-            tool->HelpString =
-                RichTextBox::ownForm(tool->HelpString, QStringLiteral("MS Sans Serif"), 8.5);
-        }
-    }
+    const auto ownForm = [](const QString &text) {
+        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5);
+    };
+    const QString empty = ownForm(QString());
+    for (const ToolPtr &tool : tools)
+        tool->HelpString = tool->HelpString.isEmpty() ? empty : ownForm(tool->HelpString);
 }
 
 // --- Save ---

@@ -47,6 +47,9 @@ private Q_SLOTS:
     {
         start(u"   "_qs);
         QCOMPARE(captions(), QString());
+        Answers answers;
+        answers.message(u"Error loading tool set: *"_qs, QMessageBox::Ok);
+        start(u" \t"_qs); // not of blanks alone
         start(file("a.bmt"));
         QCOMPARE(captions(), path("a.bmt"));
     }

@@ -57,13 +57,16 @@ private Q_SLOTS:
     /// Help texts of files below version 2 come out in the form that the rich-text box gives them.
     void openingAnOldFile()
     {
-        QFile old(file("old.bmt", u"x"_qs));
-        QVERIFY(old.open(QIODevice::ReadWrite) && old.write("\1") == 1); // the version
-        old.close();
+        QByteArray old = Files::contentOf(file("old.bmt", u"xy"_qs));
+        old[0] = 1; // the version
+        old.replace(QByteArray("\x09\0help of y", 11), QByteArray(2, '\0'));
+        QVERIFY(Files::put(path("old.bmt"), old));
         frmToolSet *form = window(path("old.bmt"));
-        const QString help = form->Tools().Item(1)->HelpString;
-        QCOMPARE(help, RichTextBox::ownForm(u"help of x"_qs, u"MS Sans Serif"_qs, 8.5));
-        QVERIFY(help.startsWith(u"{\\rtf1"_qs));
+        for (const auto &[tool, text] : {std::pair(1, u"help of x"_qs), std::pair(2, QString())}) {
+            const QString help = form->Tools().Item(tool)->HelpString;
+            QCOMPARE(help, RichTextBox::ownForm(text, u"MS Sans Serif"_qs, 8.5));
+            QVERIFY(help.startsWith(u"{\\rtf1"_qs));
+        }
         QCOMPARE(form->Tools().FLAGS() & 1, 1);
     }
 
