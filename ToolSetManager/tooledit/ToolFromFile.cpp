@@ -28,13 +28,18 @@ ToolPtr make(const QString &path, const QString &macroFolder)
     return tool;
 }
 
+QString pathOf(const QString &location, const QString &macroFolder)
+{
+    if (QFileInfo(location).isAbsolute())
+        return location;
+    const QString path = mFileUtil::AddSeparator(macroFolder) + location;
+    return QFileInfo(path).isFile() ? path : QString();
+}
+
 bool loadIcon(const QString &location, const QString &macroFolder, PictureControl &picIcon,
     PictureControl &picConvert)
 {
-    const QString path = QFileInfo(location).isAbsolute()
-        ? location
-        : mFileUtil::AddSeparator(macroFolder) + location;
-    const ProgramIcons icons(path);
+    const ProgramIcons icons(pathOf(location, macroFolder));
     const QImage icon = icons.icon(0);
     if (icon.isNull())
         return false;

@@ -14,9 +14,12 @@ namespace ToolFromFile {
 /// kind. Its picture is null when the file has none to give.
 ToolPtr make(const QString &path, const QString &macroFolder);
 
+/// The file that a tool's location means: a bare name, or any other relative path, is that of a
+/// file in the macro folder. Empty when the location is relative and no such file exists.
+QString pathOf(const QString &location, const QString &macroFolder);
+
 /// Paints the program's first icon: into \a picIcon in its own size, into \a picConvert in that
 /// control's size, which is the button picture. False, and nothing changed, when there is none.
-/// \a location may be the bare name of a file in the macro folder.
 bool loadIcon(const QString &location, const QString &macroFolder, PictureControl &picIcon,
     PictureControl &picConvert);
 

@@ -43,6 +43,21 @@ QString browseFilter()
                           "All Files|*.*");
 }
 
+/// The entry of that filter which shows the files of a kind, counted from 1.
+int browseFilterIndex(qint16 kind)
+{
+    switch (kind) {
+    case CVBATool::Macro:
+        return 2;
+    case CVBATool::TextFile:
+        return 3;
+    case CVBATool::HelpFile:
+        return 5; // all files: the pattern of the entry before it matches none
+    default:
+        return 1;
+    }
+}
+
 } // namespace
 
 frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent)
@@ -393,7 +408,11 @@ void frmToolProps::cmdBrowseTool_Click()
     CommonDialog dlg(this);
     dlg.DialogTitle = QStringLiteral("Select Tool");
     dlg.Filter = browseFilter();
-    dlg.FileName = txtLocation->text();
+    dlg.FilterIndex = browseFilterIndex(Kind());
+    dlg.Flags = CommonDialog::FileMustExist;
+    if (Kind() == CVBATool::Macro)
+        dlg.InitDir = macroFolder();
+    dlg.FileName = ToolFromFile::pathOf(txtLocation->text(), macroFolder());
     if (dlg.ShowOpen() && !dlg.FileName.isEmpty())
         RecognizeToolFile(dlg.FileName);
 }

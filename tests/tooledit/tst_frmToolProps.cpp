@@ -310,6 +310,48 @@ private Q_SLOTS:
         }
     }
 
+    /// Only what exists is proposed or taken.
+    void browseStart()
+    {
+        for (const char *name : {"macros/do.bmm", "macros/t.exe", "here.txt"})
+            QVERIFY(Files::put(m_folder->filePath(QString::fromLatin1(name)), "text"));
+        const QString macros = m_folder->filePath(u"macros"_qs);
+        const QString here = m_folder->path();
+        const QString current = QDir::currentPath();
+        using Tool = CVBATool;
+        const std::tuple<int, QString, QString> rows[] = {
+            // kind, location, folder and proposed name and file type
+            {Tool::Macro, u"do.bmm"_qs, macros + u"|do.bmm|1"_qs},
+            {Tool::Macro, u"gone.bmm"_qs, macros + u"||1"_qs},
+            {Tool::Macro, QString(), macros + u"||1"_qs},
+            {Tool::StandardExecutable, u"t.exe"_qs, macros + u"|t.exe|0"_qs},
+            {Tool::StandardExecutable, u"C:\\T\\T1.EXE"_qs, macros + u"||0"_qs},
+            {Tool::TextFile, here + u"/here.txt"_qs, here + u"|here.txt|2"_qs},
+            {Tool::HelpFile, here + u"/gone.hlp"_qs, here + u"||4"_qs},
+            {Tool::NoKind, here, here + u"||0"_qs},
+        };
+        for (const auto &[kind, location, expected] : rows) {
+            m_tool->ToolType = qint16(kind);
+            m_tool->setLocation(location);
+            m_dialog->setTool(m_tool);
+            QString state;
+            Answers answers;
+            answers.dialog(u"QFileDialog"_qs, [&](QDialog *dialog) {
+                auto *files = qobject_cast<QFileDialog *>(dialog);
+                state = u"%1|%2|%3"_qs.arg(files->directory().path(),
+                    files->findChild<QLineEdit *>(u"fileNameEdit"_qs)->text(),
+                    QString::number(
+                        files->findChild<QComboBox *>(u"fileTypeCombo"_qs)->currentIndex()));
+                answers.message(u"*"_qs, QMessageBox::Ok); // no such file
+                Answers::choose(files, u"C:\\none.txt"_qs);
+                files->reject();
+            });
+            press("cmdBrowseTool");
+            QCOMPARE(state, expected);
+            QVERIFY(!canApply());
+        }
+    }
+
     void unrecognised()
     {
         const QString path = m_folder->filePath(u"readme.doc"_qs);

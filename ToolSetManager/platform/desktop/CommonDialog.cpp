@@ -66,13 +66,16 @@ bool CommonDialog::run(QFileDialog &dialog)
     for (const FilterEntry &entry : entries)
         filters.append(toolkitFilter(entry));
     dialog.setNameFilters(filters);
+    dialog.selectNameFilter(filters.value(FilterIndex - 1));
     if (!InitDir.isEmpty())
         dialog.setDirectory(InitDir);
     if (!FileName.isEmpty()) {
         const QFileInfo proposed(FileName);
         if (proposed.isAbsolute() && proposed.absoluteDir().exists())
-            dialog.setDirectory(proposed.absoluteDir());
-        dialog.selectFile(proposed.fileName());
+            dialog.setDirectory(
+                proposed.isDir() ? QDir(proposed.filePath()) : proposed.absoluteDir());
+        if ((Flags & FileMustExist) == 0 || proposed.isFile())
+            dialog.selectFile(proposed.fileName());
     }
     // The toolkit's own dialog cuts the dates off, even where there is room.
     const auto *list = dialog.findChild<QTreeView *>();

@@ -41,7 +41,10 @@ public:
     QString Filter;
     QString InitDir;
     QString DefaultExt; ///< Without the dot; added to a name typed without an extension.
-    QString FileName; ///< Proposed name before, chosen path after; native separators.
+    /// Proposed name before, chosen path after; native separators. With `FileMustExist` a file that
+    /// is missing is not proposed, but its folder is still where the dialog starts.
+    QString FileName;
+    int FilterIndex = 1; ///< File type that is selected at first, counted from 1.
     int Flags = 0;
     bool CancelError = false; ///< Raise an error when cancelled.
 
