@@ -21,10 +21,12 @@
 #include "tooledit/IconStripModel.h"
 #include "tooledit/capture.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QDir>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
@@ -32,7 +34,7 @@
 
 namespace {
 
-constexpr int previewSize = 192; ///< A multiple of the sizes that icons have.
+constexpr int previewSize = 288; ///< A multiple of what icons and buttons measure: 16, 18, 32, 48.
 constexpr char16_t section[] = u"FileButton";
 constexpr char16_t key[] = u"Path";
 
@@ -144,6 +146,10 @@ void frmFileButton::makeControls()
     txtIcon->setReadOnly(true);
     txtIcon->setAlignment(Qt::AlignCenter);
 
+    lblNoPicture = new QLabel(QStringLiteral("This file holds no picture."), this);
+    lblNoPicture->setObjectName(QStringLiteral("lblNoPicture"));
+    lblNoPicture->setWordWrap(true);
+
     m_strip = new IconStripModel(this);
     lvIcons = new IconStrip(this);
     lvIcons->setObjectName(QStringLiteral("lvIcons"));
@@ -197,7 +203,12 @@ void frmFileButton::layOut()
     grid->addWidget(DirList, 1, 0, 2, 1);
     grid->addWidget(FileList, 1, 1, 2, 1);
     grid->addWidget(preview, 1, 2, Qt::AlignTop);
-    grid->addWidget(picIcoCtrl, 2, 2, Qt::AlignTop);
+    auto *belowPreview = new QVBoxLayout;
+    belowPreview->setSpacing(3);
+    belowPreview->addWidget(picIcoCtrl);
+    belowPreview->addWidget(lblNoPicture);
+    belowPreview->addStretch(1);
+    grid->addLayout(belowPreview, 2, 2);
     grid->setRowStretch(2, 1);
     grid->setRowMinimumHeight(3, caption + 4);
     grid->addWidget(DriveList, 4, 0);
@@ -208,10 +219,12 @@ void frmFileButton::layOut()
     for (QWidget *list : {static_cast<QWidget *>(DirList), static_cast<QWidget *>(FileList)})
         list->setMinimumWidth(190);
 
-    QSizePolicy policy = picIcoCtrl->sizePolicy();
-    policy.setRetainSizeWhenHidden(true); // nothing jumps from file to file
-    picIcoCtrl->setSizePolicy(policy);
-    picIcoCtrl->hide();
+    for (QWidget *of : {picIcoCtrl, static_cast<QWidget *>(lblNoPicture)}) {
+        QSizePolicy policy = of->sizePolicy();
+        policy.setRetainSizeWhenHidden(true); // nothing jumps from file to file
+        of->setSizePolicy(policy);
+        of->hide();
+    }
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -316,29 +329,42 @@ void frmFileButton::FileList_DblClick()
 void frmFileButton::GetFilePicture()
 {
     const QString name = FileList->FileName();
-    if (name.isEmpty() || hasExtension(name, ".dib"))
+    if (name.isEmpty())
         return;
+    const bool shown = showFile(name);
+    m_hasPreview = m_hasPreview || shown;
+    lblNoPicture->setVisible(!shown);
+    if (!shown) {
+        QAccessibleEvent alert(lblNoPicture, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+bool frmFileButton::showFile(const QString &name)
+{
+    if (hasExtension(name, ".dib"))
+        return false;
     const QString path = mFileUtil::AddSeparator(DirList->Path()) + name;
     if (hasExtension(name, ".dll") || hasExtension(name, ".exe")) {
         m_iconCount = CountIcons(path);
         if (m_iconCount == 0) {
             hideIcons();
-            return;
+            return false;
         }
         m_iconFile = path;
         m_icon = 1;
         m_strip->setIcons(std::make_unique<ProgramIcons>(path), m_iconCount);
-        ShowIcon(path, 1);
         picIcoCtrl->show();
-        return;
+        return ShowIcon(path, 1);
     }
     hideIcons();
     const Hourglass busy;
     const QImage picture = Picture::load(path);
     if (picture.isNull())
-        return;
+        return false;
     picFile->setPicture(picture);
     picFile_Change();
+    return true;
 }
 
 // --- Pictures ---
@@ -350,6 +376,8 @@ void frmFileButton::picFile_Change()
 
 void frmFileButton::snapshotOfPreview()
 {
+    if (!m_hasPreview)
+        return;
     ButtonSnapShot(picImage, 0, 0, picImage->width(), picImage->height());
 }
 
@@ -404,7 +432,7 @@ void frmFileButton::picImage_MouseUp(const QPoint &position)
     picImage->setBand({}); // it must not be in the picture
     const QPoint from = m_band.start();
     const QPoint to = m_band.end();
-    if (m_band.hasArea())
+    if (m_hasPreview && m_band.hasArea())
         ButtonSnapShot(picImage, from.x(), from.y(), to.x(), to.y());
     else
         snapshotOfPreview();
@@ -477,12 +505,12 @@ int frmFileButton::CountIcons(const QString &fileName)
     return count;
 }
 
-void frmFileButton::ShowIcon(const QString &fileName, int number)
+bool frmFileButton::ShowIcon(const QString &fileName, int number)
 {
     Q_ASSERT(fileName == m_iconFile);
     const QImage icon = m_strip->icon(number - 1);
     if (icon.isNull())
-        return;
+        return false;
     m_icon = number;
     picFileIcon->resize(icon.size());
     picFileIcon->setPicture(icon);
@@ -491,6 +519,7 @@ void frmFileButton::ShowIcon(const QString &fileName, int number)
         QString::number(number) + QStringLiteral(" of ") + QString::number(m_iconCount));
     picIcoCtrl->show();
     lvIcons->setCurrentIndex(m_strip->index(number - 1));
+    return true;
 }
 
 void frmFileButton::hideIcons()

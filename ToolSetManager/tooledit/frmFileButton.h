@@ -13,6 +13,7 @@ class IconStrip;
 class IconStripModel;
 class PictureControl;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class SettingsStore;
@@ -38,6 +39,9 @@ public:
     void setFileName(const QString &path) { m_fileName = path; }
     /// True only when the dialog was closed by cmdOK; otherwise the scratch file means nothing.
     bool OK() const { return m_ok; }
+    /// True once the preview has shown a picture. Before that the button keeps the tool's picture,
+    /// and OK means that it stays.
+    bool hasPreview() const { return m_hasPreview; }
     QString Folder() const;
     void setFolder(const QString &path);
 
@@ -56,7 +60,8 @@ public:
         a = std::move(b);
         b = std::move(former);
     }
-    /// Shows the file selected in FileList. One that is no picture leaves the preview as it was.
+    /// Shows the file selected in FileList. One that holds no picture leaves the preview as it was,
+    /// and lblNoPicture says so.
     void GetFilePicture();
     /// The number of icons before the first that is missing.
     static int CountIcons(const QString &fileName);
@@ -95,15 +100,18 @@ private:
     void layOut();
     void Form_Load();
     void Form_QueryUnload();
-    /// Shows one icon of a program file, counted from 1.
-    void ShowIcon(const QString &fileName, int number);
+    /// Shows a file of the open folder; false when it holds no picture.
+    bool showFile(const QString &name);
+    /// Shows one icon of a program file, counted from 1; false when it cannot be read.
+    bool ShowIcon(const QString &fileName, int number);
     void hideIcons();
-    void snapshotOfPreview();
+    void snapshotOfPreview(); ///< Nothing happens while there is no preview.
     bool imageKeyPressed(int key, Qt::KeyboardModifiers modifiers);
 
     SettingsStore &m_settings;
     QString m_fileName;
     bool m_ok = false;
+    bool m_hasPreview = false;
     QString m_iconFile; ///< The program file whose icons are shown.
     qint32 m_icon = 0; ///< Counts from 1.
     qint32 m_iconCount = 0;
@@ -122,6 +130,7 @@ private:
     QWidget *picIcoCtrl;
     std::array<QPushButton *, 2> cmdIcon;
     QLineEdit *txtIcon;
+    QLabel *lblNoPicture;
     IconStrip *lvIcons;
     IconStripModel *m_strip;
     QPushButton *cmdOK;

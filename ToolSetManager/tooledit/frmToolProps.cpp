@@ -454,7 +454,7 @@ void frmToolProps::cmdBrowseImage_Click()
     picker.setFileName(scratch);
     picker.setButtonPicture(picToolImage->Picture());
     picker.exec();
-    if (!picker.OK())
+    if (!picker.OK() || !picker.hasPreview())
         return;
     picToolImage->setPicture(Picture::load(scratch));
     setDirty(true);

@@ -77,6 +77,7 @@ private Q_SLOTS:
         put("green.dib", Picture::encodeBitmap(filled(4, 4, green)));
         put("green.ico", ProgramFile::ico({ProgramFile::plain(32, green)}));
         put("text.txt", "no picture");
+        QVERIFY(filled(40, 40, black).save(m_folder->filePath(u"black.png"_qs)));
         QVERIFY(QDir(m_folder->path()).mkpath(u"sub/deeper"_qs));
         m_settings = std::make_unique<SettingsStore>(m_folder->filePath(u"sub"_qs));
         m_scratch = m_folder->filePath(u"sub/$$$.bmp"_qs);
@@ -92,15 +93,40 @@ private Q_SLOTS:
             {u"five.exe"_qs, u"1 of 5, strip 0 of 5, red red red"_qs},
             {u"ONE.DLL"_qs, u"1 of 1, strip 0 of 1, green green green"_qs},
             {u"green.ico"_qs, u"no strip, green green green"_qs},
+            {u"black.png"_qs, u"no strip, black black black"_qs},
             // These leave the preview as it was.
-            {u"none.exe"_qs, u"no strip, white white white"_qs},
-            {u"text.txt"_qs, u"no strip, white white white"_qs},
-            {u"green.dib"_qs, u"no strip, white white white"_qs}, // though it is a bitmap
+            {u"none.exe"_qs, u"no strip, white white white, no picture"_qs},
+            {u"text.txt"_qs, u"no strip, white white white, no picture"_qs},
+            {u"green.dib"_qs, u"no strip, white white white, no picture"_qs}, // although it has one
         };
+        // Before the first picture the button keeps the tool's.
+        m_dialog->setButtonPicture(filled(18, 18, blue));
+        choose(u"text.txt"_qs);
+        QTest::mouseClick(control<PictureControl>("picImage"), Qt::LeftButton);
+        drag({10, 20}, {70, 100});
+        QCOMPARE(state(), u"no strip, grey blue none, no picture"_qs);
         for (const auto &[name, expected] : rows) {
             control<PictureControl>("picImage")->setPicture(filled(4, 4, white));
             choose(name);
             QCOMPARE(name + u' ' + state(), name + u' ' + expected);
+        }
+    }
+
+    /// Pictures of the button's size arrive as they are.
+    void exactPixels()
+    {
+        for (const int side : {18, 36}) {
+            const auto colour = [scale = side / 18](int x, int y) {
+                return qRgb(13 * (x / scale), 14 * (y / scale), 7 * (x / scale ^ y / scale));
+            };
+            QVERIFY(Files::put(m_folder->filePath(u"halves.bmp"_qs), bitmap(side, side, colour)));
+            choose(u"halves.bmp"_qs);
+            QTest::mouseClick(control<QPushButton>("cmdOK"), Qt::LeftButton);
+            for (int y = 0; y < 18; ++y) {
+                for (int x = 0; x < 18; ++x)
+                    QCOMPARE(scratch().pixel(x, y), colour(x * side / 18, y * side / 18));
+            }
+            init();
         }
     }
 
@@ -120,7 +146,7 @@ private Q_SLOTS:
         found.sort();
         QCOMPARE(found,
             QStringList(
-                {u"*.*: five.exe green.dib green.ico halves.bmp none.exe ONE.DLL text.txt"_qs,
+                {u"*.*: black.png five.exe green.dib green.ico halves.bmp none.exe ONE.DLL text.txt"_qs,
                     u"*.bmp: halves.bmp"_qs, u"*.dll: ONE.DLL"_qs, u"*.exe : five.exe none.exe"_qs,
                     u"*.ico: green.ico"_qs, u"*.wmf:"_qs}));
     }
@@ -202,8 +228,8 @@ private Q_SLOTS:
             {a, b, QSize(60, 80), u"red"_qs}, {b, a, QSize(60, 80), u"red"_qs},
             {QPoint(70, 20), QPoint(10, 100), QSize(60, 80), u"red"_qs},
             {a, QPoint(150, 100), QSize(140, 80), u"many"_qs},
-            {QPoint(100, 0), QPoint(190, 190), QSize(90, 190), u"blue"_qs},
-            {a, QPoint(70, 20), QSize(192, 192), u"many"_qs}, // a line: all of it
+            {QPoint(150, 0), QPoint(280, 285), QSize(130, 285), u"blue"_qs},
+            {a, QPoint(70, 20), QSize(288, 288), u"many"_qs}, // a line: all of it
         };
         choose(u"halves.bmp"_qs);
         const QImage before = preview();
@@ -251,7 +277,7 @@ private Q_SLOTS:
         QVERIFY(image->band().isEmpty()); // given up, too
         image->setFocus();
         press(Qt::Key_Space, 2); // begun and ended at one place: all
-        QCOMPARE(scratch().size(), QSize(192, 192));
+        QCOMPARE(scratch().size(), QSize(288, 288));
         press(Qt::Key_Escape);
         QVERIFY(!m_dialog->isVisible());
     }
@@ -260,7 +286,7 @@ private Q_SLOTS:
     void okTakesTheButton()
     {
         choose(u"halves.bmp"_qs);
-        QCOMPARE(scratch().size(), QSize(192, 192));
+        QCOMPARE(scratch().size(), QSize(288, 288));
         const QImage expected = button();
         QTest::mouseClick(control<QPushButton>("cmdOK"), Qt::LeftButton);
         QVERIFY(m_dialog->OK());
@@ -295,7 +321,7 @@ private Q_SLOTS:
         auto *list = control<FileListBox>("FileList");
         list->setFocus();
         QTest::keyClick(list, Qt::Key_Down);
-        QCOMPARE(list->FileName(), u"five.exe"_qs); // the first, not the one below it
+        QCOMPARE(list->FileName(), u"black.png"_qs); // the first, not the one below it
         choose(u"green.ico"_qs);
         QTest::mouseDClick(
             list->viewport(), Qt::LeftButton, {}, list->visualRect(list->currentIndex()).center());
@@ -409,7 +435,8 @@ private:
     QImage button() const { return control<PictureControl>("picButton")->Image(); }
     QImage preview() const { return control<PictureControl>("picImage")->Image(); }
     QImage scratch() const { return Picture::load(m_scratch); }
-    /// Icon and how many; place in the strip; colours of preview, button and scratch file.
+    /// Icon and how many; place in the strip; colours of preview, button and scratch file; whether
+    /// the file is said to hold no picture.
     QString state() const
     {
         const auto *strip = control<QListView>("lvIcons");
@@ -417,8 +444,9 @@ private:
                                   .arg(strip->currentIndex().row())
                                   .arg(strip->model()->rowCount());
         return u"%1, %2 %3 %4"_qs.arg(
-            control<QWidget>("picIcoCtrl")->isVisible() ? icons : u"no strip"_qs, colour(preview()),
-            colour(button()), colour(scratch()));
+                   control<QWidget>("picIcoCtrl")->isVisible() ? icons : u"no strip"_qs,
+                   colour(preview()), colour(button()), colour(scratch()))
+            + (control<QWidget>("lblNoPicture")->isVisible() ? u", no picture"_qs : QString());
     }
 
     void drag(QPoint from, QPoint to)

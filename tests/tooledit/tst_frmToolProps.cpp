@@ -376,19 +376,30 @@ private Q_SLOTS:
 
     void browseImage()
     {
-        for (const bool ok : {false, true}) {
+        const QDir pictures(m_folder->filePath(u"pictures"_qs));
+        const std::tuple<QByteArray, const char *, QRgb> rows[] = {
+            // file, button, the tool's picture then
+            {"no picture", "cmdOK", red},
+            {Picture::encodeBitmap(filled(18, 18, blue)), "cmdCancel", red},
+            {Picture::encodeBitmap(filled(18, 18, blue)), "cmdOK", blue},
+        };
+        for (const auto &[file, closing, colour] : rows) {
+            QVERIFY(pictures.mkpath(u"."_qs) && Files::put(pictures.filePath(u"a.bmp"_qs), file));
+            m_tool->Picture = filled(20, 20, red); // not what the button would make of it
+            m_dialog->setTool(m_tool);
             Answers answers;
             answers.dialog(u"frmFileButton"_qs, [&](QDialog *dialog) {
                 // It shows the tool's picture until another is chosen.
                 auto *button = dialog->findChild<PictureControl *>(u"picButton"_qs);
                 QCOMPARE(button->Image(), filled(18, 18, red));
-                button->setPicture(filled(18, 18, blue));
-                dialog->findChild<QPushButton *>(ok ? u"cmdOK"_qs : u"cmdCancel"_qs)->click();
+                qobject_cast<frmFileButton *>(dialog)->setFolder(pictures.path());
+                QTest::keyClick(dialog->findChild<QWidget *>(u"FileList"_qs), Qt::Key_Down);
+                dialog->findChild<QPushButton *>(QLatin1StringView(closing))->click();
             });
             press("cmdBrowseImage");
-            QCOMPARE(picture(), filled(18, 18, ok ? blue : red));
-            QCOMPARE(canApply(), ok);
-            QCOMPARE(QFile::exists(m_folder->filePath(u"macros/$$$.bmp"_qs)), ok);
+            const int side = colour == red ? 20 : 18;
+            QCOMPARE(picture(), filled(side, side, colour));
+            QCOMPARE(canApply(), colour == blue);
         }
     }
 

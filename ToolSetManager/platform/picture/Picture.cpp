@@ -65,6 +65,8 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft, int longe
         image = decodeAs("gif", bytes, memoryLeft);
     else if (bytes.startsWith("\xFF\xD8\xFF"))
         image = decodeAs("jpeg", bytes, memoryLeft);
+    else if (bytes.startsWith("\x89PNG"))
+        image = decodeAs("png", bytes, memoryLeft);
     else if (bytes.startsWith(QByteArrayView("\0\0", 2)))
         image = decodeIcon(bytes, memoryLeft);
     if (image.isNull())

@@ -12,7 +12,7 @@
 namespace Picture {
 
 /// Reads a picture file's bytes: Windows bitmap (BMP; bytes behind its end are ignored), icon or
-/// cursor, GIF or JPEG.
+/// cursor, GIF, JPEG or PNG.
 ///
 /// Empty when the bytes are none of these, when a bitmap's pixels are cut off, or when the decoded
 /// picture would take more than \a memoryLeft bytes (a few bytes can claim gigabytes). On success
