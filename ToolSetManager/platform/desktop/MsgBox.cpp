@@ -1,7 +1,11 @@
 #include "platform/desktop/MsgBox.h"
 
+#include "platform/desktop/MessageText.h"
+
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 
 namespace {
@@ -19,6 +23,16 @@ QMessageBox::Icon iconOf(MsgBox::Icon icon)
         return QMessageBox::Information;
     }
     return QMessageBox::NoIcon;
+}
+
+/// The toolkit's label has fixed tab stops and does not break long words.
+void replaceLabel(QMessageBox &box)
+{
+    auto *label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    if (!label)
+        return;
+    delete box.layout()->replaceWidget(label, new MessageText(box.text(), &box));
+    label->hide();
 }
 
 } // namespace
@@ -48,6 +62,7 @@ Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, co
     for (QAbstractButton *button : buttonsShown)
         button->setIcon({}); // the program's own dialogs have none either
     box.setDefaultButton(buttons == Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    replaceLabel(box);
     switch (box.exec()) {
     case QMessageBox::Yes:
         return Answer::Yes;
