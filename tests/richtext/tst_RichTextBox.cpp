@@ -112,6 +112,34 @@ private Q_SLOTS:
         QCOMPARE(look(0, 1), u"Arial 10 text I U S P C60 L0"_qs);
     }
 
+    /// Dark colours show lighter before a dark background; the text keeps them.
+    void darkBackground()
+    {
+        const QString text = u"{\\rtf1{\\colortbl;\\red0\\green0\\blue0;\\red0\\green0\\blue160;"
+                             "\\red255\\green255\\blue0;}\\cf1 b\\cf2 n\\cf3 y\\cf0 a}"_qs;
+        const auto shown = [this] {
+            QString colours;
+            const QTextBlock block = box->document()->begin();
+            for (const auto &range : block.layout()->formats())
+                colours += block.text().mid(range.start, range.length)
+                    + range.format.foreground().color().name();
+            return colours;
+        };
+        box->setTextRTF(text);
+        QCOMPARE(shown(), QString());
+        QPalette dark;
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        box->setPalette(dark);
+        QTRY_COMPARE(shown(), u"b#8f8f8fn#8181ff"_qs);
+        QCOMPARE(box->TextRTF(), text);
+        select(0, 4);
+        box->setSelColor(Qt::black);
+        QCOMPARE(shown(), u"bnya#8f8f8f"_qs);
+        QVERIFY(!box->TextRTF().contains(u"143"_qs));
+        box->setPalette(QPalette(Qt::white));
+        QCOMPARE(shown(), QString());
+    }
+
     void bullets()
     {
         box->setTextRTF(sample);

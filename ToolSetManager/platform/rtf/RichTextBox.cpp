@@ -1,5 +1,6 @@
 #include "platform/rtf/RichTextBox.h"
 
+#include "platform/rtf/ReadableColours.h"
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfMimeData.h"
@@ -33,6 +34,7 @@ constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     : QTextEdit(parent)
+    , m_colours(std::make_unique<ReadableColours>())
 {
     RichText::substituteFonts();
     QFont standard(family);
@@ -42,6 +44,7 @@ RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setBorderStyle(rtfFixedSingle);
     load({});
+    m_colours->show(document(), palette().color(QPalette::Base));
     connect(this, &QTextEdit::textChanged, this, [this] {
         m_pages.reset();
         Q_EMIT Change();
@@ -131,6 +134,13 @@ void RichTextBox::resizeEvent(QResizeEvent *event)
 {
     QTextEdit::resizeEvent(event);
     wrap();
+}
+
+void RichTextBox::changeEvent(QEvent *event)
+{
+    QTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_colours) // not while the base is constructed
+        m_colours->show(document(), palette().color(QPalette::Base));
 }
 
 // --- The selection ---

@@ -11,6 +11,8 @@
 #include <optional>
 
 class QPrinter;
+class QTextDocumentFragment;
+class ReadableColours;
 class RichTextPages;
 
 /// A box for formatted text with the properties of the rich-text box control. Lengths are twips,
@@ -118,6 +120,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
     bool canInsertFromMimeData(const QMimeData *source) const override;
     void insertFromMimeData(const QMimeData *source) override;
@@ -146,4 +149,5 @@ private:
     int m_rightMargin = 0;
     std::pair<int, int> m_reportedSelection {0, 0};
     std::unique_ptr<RichTextPages> m_pages;
+    std::unique_ptr<ReadableColours> m_colours;
 };
