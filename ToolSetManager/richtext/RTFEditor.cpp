@@ -1,15 +1,18 @@
 #include "richtext/RTFEditor.h"
 
 #include "platform/desktop/Icons.h"
+#include "platform/desktop/MsgBox.h"
 #include "platform/desktop/Toolbar.h"
 #include "platform/rtf/RichText.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScopedValueRollback>
@@ -123,6 +126,10 @@ RTFEditor::RTFEditor(QWidget *parent)
     connect(cboFontSize, &QComboBox::activated, this, &RTFEditor::cboFontSize_Click);
     connect(rtControl, &RichTextBox::Change, this, &RTFEditor::rtControl_Change);
     connect(rtControl, &RichTextBox::SelChange, this, &RTFEditor::rtControl_SelChange);
+    // Queued: another program waits while what it dragged here is dropped.
+    connect(rtControl, &RichTextBox::PictureTooLong, this, &RTFEditor::rtControl_PictureTooLong,
+        Qt::QueuedConnection);
+    rtControl->installEventFilter(this);
     connect(tmrSelchange, &QTimer::timeout, this, &RTFEditor::tmrSelchange_Timer);
     connect(tmrResize, &QTimer::timeout, this, &RTFEditor::tmrResize_Timer);
     connect(qApp, &QApplication::focusChanged, this, &RTFEditor::focusChanged);
@@ -200,6 +207,24 @@ void RTFEditor::rtControl_SelChange()
     Q_EMIT SelChange();
     if (m_userMode)
         tmrSelchange->start(); // anew, so that it fires after the last of a burst
+}
+
+void RTFEditor::rtControl_PictureTooLong(const QImage &picture, qint64 bytes)
+{
+    const QString sizes = QStringLiteral(
+        "With this picture the text would need %L1 bytes. At most %L2 can be stored.")
+                              .arg(bytes)
+                              .arg(rtControl->longestRTF());
+    if (picture.isNull()) {
+        MsgBox::show(this, sizes, MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
+        return;
+    }
+    const auto answer = MsgBox::show(this, sizes + QStringLiteral("\n\nMake the picture smaller?"),
+        MsgBox::Buttons::YesNo, MsgBox::Icon::Question);
+    if (answer == MsgBox::Answer::Yes && !rtControl->insertSmallerPicture(picture)) {
+        MsgBox::show(this, QStringLiteral("The text has no room for a picture."),
+            MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
+    }
 }
 
 void RTFEditor::tmrSelchange_Timer()
@@ -380,6 +405,39 @@ void RTFEditor::focusInEvent(QFocusEvent *)
 {
     // Not by a focus proxy: Qt then leaves the boxes out on the way back from the text.
     UserControl_EnterFocus();
+}
+
+void RTFEditor::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    // What the boxes and buttons leave would press the dialog's default button.
+    if (auto *button = qobject_cast<QAbstractButton *>(focusWidget()))
+        button->click();
+    event->accept();
+}
+
+bool RTFEditor::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isKey =
+        event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (watched != rtControl || !isKey)
+        return QWidget::eventFilter(watched, event);
+    const auto *keys = static_cast<QKeyEvent *>(event);
+    const int key = keys->key();
+    const bool writes = key == Qt::Key_Tab || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (!writes || (keys->modifiers() & ~Qt::KeypadModifier) != Qt::ControlModifier)
+        return QWidget::eventFilter(watched, event);
+    // Ctrl+Tab and Ctrl+Enter write what the key alone does, whatever they mean to the dialog.
+    if (event->type() == QEvent::KeyPress) {
+        QKeyEvent plain(QEvent::KeyPress, key, Qt::NoModifier,
+            key == Qt::Key_Tab ? QStringLiteral("\t") : QStringLiteral("\r"));
+        QCoreApplication::sendEvent(rtControl, &plain);
+    }
+    event->accept();
+    return true;
 }
 
 void RTFEditor::focusChanged(QWidget *old, QWidget *now)

@@ -14,7 +14,8 @@ class Toolbar;
 
 /// An editor for formatted text: a rich-text box with a small toolbar and boxes for font and size,
 /// which follow the selection. Changes are told to the host after a short pause, so that a burst of
-/// keystrokes is one notice. Tab and Enter belong to the text, never to the dialog around.
+/// keystrokes is one notice. Tab and Enter, also with Ctrl, belong to the text, never to the dialog
+/// around.
 class RTFEditor : public QWidget
 {
     Q_OBJECT
@@ -32,6 +33,9 @@ public:
     /// Kept: an automatic margin reads back as what it is, a set one as 0.
     int RightMargin() const;
     void setRightMargin(int twips);
+    /// The longest text (bytes of RTF) that can be stored; 0 for no limit. A picture that would
+    /// make the text longer is not pasted, or made smaller on request.
+    void setLongestRTF(qsizetype bytes) { rtControl->setLongestRTF(bytes); }
     /// The pictures of the buttons, by key.
     QHash<QString, QIcon> ImageList() const { return m_images; }
     /// False while a form is being designed: the toolbar does not follow the selection then.
@@ -104,11 +108,14 @@ protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     // --- rtControl ---
     void rtControl_Change();
     void rtControl_SelChange();
+    void rtControl_PictureTooLong(const QImage &picture, qint64 bytes);
     // --- tbControl ---
     void tbControl_ButtonClick(const QString &key);
     // --- boxes ---

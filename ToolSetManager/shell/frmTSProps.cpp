@@ -36,6 +36,7 @@ frmTSProps::frmTSProps(QWidget *parent)
     txtDescription->setObjectName(QStringLiteral("txtDescription"));
     txtDescription->setMaxLength(BmtFormat::longestString); // or a longer one would be cut by OK
     rtf->setObjectName(QStringLiteral("rtf"));
+    rtf->setLongestRTF(BmtFormat::longestString);
     chkHide->setObjectName(QStringLiteral("chkHide"));
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
@@ -47,7 +48,7 @@ frmTSProps::frmTSProps(QWidget *parent)
     connect(cmdCancel, &QPushButton::clicked, this, &frmTSProps::cmdCancel_Click);
 
     // Tab stays in the text; without this only Shift+Tab leads out of it.
-    connect(new QShortcut(Qt::CTRL | Qt::Key_Tab, this), &QShortcut::activated, chkHide,
+    connect(new QShortcut(Qt::CTRL | Qt::Key_PageDown, this), &QShortcut::activated, chkHide,
         [this] { chkHide->setFocus(Qt::ShortcutFocusReason); });
 
     auto *commands = new QHBoxLayout;

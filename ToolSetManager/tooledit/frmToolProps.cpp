@@ -78,6 +78,7 @@ frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidg
     rtHelp = new RTFEditor(helpPage);
     inHelpPage->addWidget(rtHelp);
     rtHelp->setObjectName(QStringLiteral("rtHelp"));
+    rtHelp->setLongestRTF(BmtFormat::longestString);
     sstAll->addTab(helpPage, QStringLiteral("Help"));
 
     const auto changed = [this] { setDirty(true); };

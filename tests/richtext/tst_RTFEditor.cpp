@@ -1,5 +1,7 @@
 #include "platform/desktop/Toolbar.h"
 #include "richtext/RTFEditor.h"
+#include "support/Answers.h"
+#include "support/Find.h"
 #include "support/TestRunner.h"
 
 #include <QPrintDialog>
@@ -225,6 +227,44 @@ private Q_SLOTS:
         QVERIFY(selectionChosen);
     }
 
+    /// What could not be stored is not pasted, or made smaller on request.
+    void pictureTooLong()
+    {
+        QImage noise(300, 300, QImage::Format_RGB32);
+        for (int i = 0; i < 90000; ++i)
+            noise.setPixel(i % 300, i / 300, qRgb(i * 7, i * 31, i * 3));
+        editor->setLongestRTF(65535);
+        editor->setTextRTF(rtf("text"));
+        QApplication::clipboard()->setImage(noise);
+        const auto paste = [&](const QString &message, QMessageBox::StandardButton button) {
+            Answers answers;
+            answers.message(message, button);
+            box->paste();
+            QCoreApplication::processEvents();
+            QVERIFY(answers.lastText().contains(u"65,535"_qs));
+        };
+        const QString sizes = u"With this picture the text would need *"_qs;
+        paste(sizes, QMessageBox::No);
+        QCOMPARE(editor->TextRTF(), rtf("text"));
+        paste(sizes, QMessageBox::Yes);
+        QVERIFY(editor->TextRTF().contains(u"\\pict"_qs));
+        QVERIFY(editor->TextRTF().size() <= 65535 && editor->TextRTF().size() > 55000);
+        // No room for another, and formatted text is refused as a whole.
+        Answers answers;
+        answers.message(sizes, QMessageBox::Yes);
+        answers.message(u"The text has no room for a picture."_qs, QMessageBox::Ok);
+        editor->setLongestRTF(editor->TextRTF().size() + 100);
+        box->paste();
+        QCoreApplication::processEvents();
+        auto *formatted = new QMimeData;
+        formatted->setData(u"text/rtf"_qs, editor->TextRTF().toLatin1());
+        QApplication::clipboard()->setMimeData(formatted);
+        answers.message(sizes, QMessageBox::Ok);
+        box->paste();
+        QCoreApplication::processEvents();
+        QCOMPARE(box->Text().count(QChar::ObjectReplacementCharacter), 1);
+    }
+
     void tabAndEnterInADialog()
     {
         QDialog dialog;
@@ -242,9 +282,22 @@ private Q_SLOTS:
         QVERIFY(text->hasFocus());
         for (const Qt::Key key : {Qt::Key_A, Qt::Key_Tab, Qt::Key_Return, Qt::Key_Enter, Qt::Key_B})
             QTest::keyClick(text, key);
-        QCOMPARE(text->Text(), u"a\t\n\nb"_qs);
+        // With Ctrl, too, whatever that means to the dialog.
+        QSignalSpy turned(new QShortcut(Qt::CTRL | Qt::Key_Tab, &dialog), &QShortcut::activated);
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Enter})
+            QTest::keyClick(text, key, Qt::ControlModifier);
+        QCOMPARE(text->Text(), u"a\t\n\nb\t\n\n"_qs);
         QVERIFY(text->hasFocus());
-        QCOMPARE(pressed.size(), 0);
+        auto *bar = inDialog->findChild<Toolbar *>();
+        for (QWidget *control :
+            {child<QWidget>(inDialog, "cboFonts"), child<QWidget>(inDialog, "cboFontSize"),
+                bar->widgetForAction(bar->button(u"bold"_qs))}) {
+            control->setFocus();
+            QTest::keyClick(control, Qt::Key_Return);
+        }
+        QCOMPARE(inDialog->SelBold(), true);
+        text->setFocus();
+        QCOMPARE(pressed.size() + turned.size(), 0);
         const auto back = [] {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
         };

@@ -239,6 +239,44 @@ void RichTextBox::insertPicture(const QImage &image)
     setTextCursor(cursor);
 }
 
+QTextDocumentFragment RichTextBox::fragmentOf(const QImage &image) const
+{
+    QTextDocument document;
+    QTextCursor(&document).insertText(QString(QChar::ObjectReplacementCharacter),
+        RtfPicture::fromImage(image).toFormat(currentCharFormat(), QString()));
+    return QTextDocumentFragment(&document);
+}
+
+qint64 RichTextBox::lengthWith(const QTextDocumentFragment &pasted) const
+{
+    const std::unique_ptr<QTextDocument> trial(document()->clone());
+    QTextCursor cursor(trial.get());
+    cursor.setPosition(textCursor().anchor());
+    cursor.setPosition(textCursor().position(), QTextCursor::KeepAnchor);
+    cursor.insertFragment(pasted);
+    return RtfWriter::write(*trial).size();
+}
+
+bool RichTextBox::insertSmallerPicture(const QImage &image)
+{
+    constexpr int smallestSide = 8;
+    const qint64 bare = lengthWith({});
+    QImage smaller = image;
+    for (;;) {
+        const qint64 length = lengthWith(fragmentOf(smaller));
+        if (length <= m_longestRTF)
+            break;
+        const double room = std::max<qint64>(0, m_longestRTF - bare) / double(length - bare);
+        const QSize size = smaller.size() * (0.98 * std::sqrt(room)); // less in each round
+        if (std::max(size.width(), size.height()) < smallestSide)
+            return false;
+        smaller =
+            image.scaled(size.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    insertPicture(smaller);
+    return true;
+}
+
 void RichTextBox::reportSelection()
 {
     const QTextCursor cursor = textCursor();
@@ -609,12 +647,22 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
     QTextDocument text;
     text.setDefaultFont(font());
     RtfReader from = RichText::reader();
+    const auto refused = [this](const QTextDocumentFragment &pasted, const QImage &picture) {
+        const qint64 length = lengthWith(pasted);
+        if (length > m_longestRTF)
+            Q_EMIT PictureTooLong(picture, length);
+        return length > m_longestRTF;
+    };
     if (const auto endsWithParagraph = RtfMimeData::readFormatted(*source, from, text)) {
+        if (m_longestRTF > 0 && text.toPlainText().contains(QChar::ObjectReplacementCharacter)
+            && refused(QTextDocumentFragment(&text), {}))
+            return;
         insertDocument(text, *endsWithParagraph);
     } else if (source->hasImage()) {
         const QImage image = qvariant_cast<QImage>(source->imageData());
-        if (!image.isNull())
-            insertPicture(image);
+        if (image.isNull() || (m_longestRTF > 0 && refused(fragmentOf(image), image)))
+            return;
+        insertPicture(image);
     } else {
         setSelText(source->text());
     }

@@ -54,6 +54,13 @@ public:
     /// The box's width.
     int widthInTwips() const;
 
+    /// The longest text (bytes of RTF) that can be stored, for pasted pictures; 0 for no limit.
+    qsizetype longestRTF() const { return m_longestRTF; }
+    void setLongestRTF(qsizetype bytes) { m_longestRTF = bytes; }
+    /// Inserts the picture with as many pixels as the longest text leaves room for. False, and
+    /// nothing changed, when there is no room for any worth showing.
+    bool insertSmallerPicture(const QImage &image);
+
     // --- The selection ---
     int SelStart() const;
     void setSelStart(int position); ///< Puts the insertion point there; nothing is selected then.
@@ -113,6 +120,9 @@ public:
 Q_SIGNALS:
     void Change(); ///< The text or its formats have changed.
     void SelChange(); ///< The selection changed or the insertion point moved.
+    /// A paste or a drop was refused, because its pictures would make the text that long. Null for
+    /// formatted text with pictures in it.
+    void PictureTooLong(const QImage &picture, qint64 bytes);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -130,6 +140,9 @@ private:
     void wrap();
     void insertDocument(const QTextDocument &source, bool endsWithParagraph);
     void insertPicture(const QImage &image);
+    /// What the text would measure with \a pasted in place of the selection.
+    qint64 lengthWith(const QTextDocumentFragment &pasted) const;
+    QTextDocumentFragment fragmentOf(const QImage &image) const;
     bool isLocked(RtfProtection::Touch touch) const;
     /// Before text is typed or pasted.
     void dropLockedFormat();
@@ -147,6 +160,7 @@ private:
     QString m_given; ///< What was put in.
     int m_borderStyle = rtfFixedSingle;
     int m_rightMargin = 0;
+    qsizetype m_longestRTF = 0;
     std::pair<int, int> m_reportedSelection {0, 0};
     std::unique_ptr<RichTextPages> m_pages;
     std::unique_ptr<ReadableColours> m_colours;
