@@ -1,7 +1,9 @@
-#include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
+#include "support/Errors.h"
 #include "support/Files.h"
 #include "support/TestRunner.h"
+
+#include <QSettings>
 
 #include <sys/stat.h>
 
@@ -16,17 +18,24 @@ private Q_SLOTS:
             {u"Settings"_qs, u"Don't Load On Start Up"_qs, u"True"_qs},
             {u"Settings"_qs, u"Toolset Path"_qs, u"C:\\new\\tools\\x64\\"_qs},
             {u"FileList"_qs, u"File1"_qs, u"/a, b,c/,d"_qs},
-            {u"FileList"_qs, u"2"_qs, u"\"a\"; b=c"_qs}, {u"Printer"_qs, u"Left"_qs, u"  12 "_qs},
-            {u"Printer"_qs, u"Top"_qs, u""_qs}, {u"Größe"_qs, u"Höhe ж"_qs, u"é\u5DE5"_qs},
+            {u"FileList"_qs, u"2"_qs, u"\"a\"; b=c"_qs},
+            {u"Printer"_qs, u"Left"_qs, u"  12 "_qs},
+            {u"Printer"_qs, u"Top"_qs, u""_qs},
+            {u"Größe"_qs, u"Höhe ж"_qs, u"é\u5DE5"_qs},
             {u"Settings"_qs, u"At"_qs, u"@Invalid()"_qs}, // which the format takes for a type
             {u"General"_qs, u"Key"_qs, u"x"_qs}, // a section with a meaning of its own
+            {u"Settings"_qs, u"Macro Path"_qs, u"@@a\\;\n\u0001f"_qs},
         };
         for (const auto &[section, key, value] : rows) {
             init();
-            SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, u"before"_qs);
-            SettingsStore(m_folder->path()).SaveSetting(m_application, section, key, value);
-            const SettingsStore store(m_folder->path());
+            {
+                QSettings former(path(), QSettings::IniFormat);
+                former.setValue(section + u'/' + key, value);
+            }
+            SettingsStore store(m_folder->path());
             QCOMPARE(store.GetSetting(m_application, section, key, u"fallback"_qs), value);
+            store.SaveSetting(m_application, section, key, u"before"_qs);
+            store.SaveSetting(m_application, section, key, value);
             QCOMPARE(store.GetAllSettings(m_application, section),
                 (QList<QPair<QString, QString>> {{key, value}}));
         }
@@ -50,12 +59,32 @@ private Q_SLOTS:
 
     void handWritten()
     {
-        QVERIFY(Files::put(m_folder->filePath(m_application + u".conf"_qs),
-            "[Settings]\nMacro Path=/home/a, b/macros\nVB Events=False\n\n[Printer]\nLeft=15\n"));
-        const SettingsStore store(m_folder->path());
-        QCOMPARE(store.GetSetting(m_application, u"Settings"_qs, u"Macro Path"_qs),
-            u"/home/a, b/macros"_qs);
-        QCOMPARE(store.GetAllSettings(m_application, u"Settings"_qs).size(), 2);
+        const QByteArray before = "\xEF\xBB\xBF; mine\r\n[Settings]\r\n"
+                                  "Toolset Path = C:\\VB\\new ; or old\r\n"
+                                  "Macro%20Path=\"C:\\new\\x64\"\r\nUnc=\\\\server\\new\r\n"
+                                  "no value\r\n=no key\r\n[Odd\xFF section\r\nList=a;b, \"c\"\r\n"
+                                  "Twice=1\r\n\r\n# of the printer\r\n[Printer]\r\nLeft=15\r\n"
+                                  "[Settings]\r\nTwice=1\r\nTwice=2";
+        QVERIFY(Files::put(path(), before));
+        SettingsStore store(m_folder->path());
+        QCOMPARE(store.GetAllSettings(m_application, u"Settings"_qs),
+            (QList<QPair<QString, QString>> {{u"Toolset Path"_qs, u"C:\\VB\\new ; or old"_qs},
+                {u"Macro Path"_qs, u"C:\\new\\x64"_qs}, {u"Unc"_qs, u"\\\\server\\new"_qs},
+                {u"Twice"_qs, u"1"_qs}, {u"Twice"_qs, u"2"_qs}}));
+        QCOMPARE(
+            store.GetSetting(m_application, u"Odd\uFFFD section"_qs, u"List"_qs), u"a;b, \"c\""_qs);
+
+        store.SaveSetting(m_application, u"Settings"_qs, u"Twice"_qs, u"2"_qs);
+        QCOMPARE(Files::contentOf(path()), before); // nothing to change
+        store.SaveSettings(m_application, u"Printer"_qs,
+            {{u"Left"_qs, u"30"_qs}, {u"Top"_qs, u"-1"_qs}, {u"Path"_qs, u"C:\\a;b\\new"_qs}});
+        store.SaveSetting(m_application, u"Settings"_qs, u"Twice"_qs, u"3"_qs);
+        store.SaveSetting(m_application, u"File Button"_qs, u"Path"_qs, u" /x "_qs);
+        QByteArray after = before;
+        after.replace("Left=15\r\n", "Left=30\r\nTop=-1\r\nPath=C:\\a;b\\new\r\n");
+        after.replace("Twice=2", "Twice=3\r\n\r\n[File Button]\r\nPath=\" /x \"\r\n");
+        QCOMPARE(Files::contentOf(path()), after);
+        QCOMPARE(QDir(m_folder->path()).count(), 3U); // the file, ".", "..": no lock is left
     }
 
     void nothingStored()
@@ -92,6 +121,8 @@ private Q_SLOTS:
     }
 
 private:
+    QString path() const { return m_folder->filePath(m_application + u".conf"_qs); }
+
     std::unique_ptr<QTemporaryDir> m_folder;
     const QString m_application = u"VB Quillon For VB5"_qs;
 };

@@ -7,10 +7,10 @@
 /// The per-user settings store that the program shares with the add-in: text values by
 /// application, section and key. Keys differ by letter case.
 ///
-/// One file for each application, "<application>.conf" in the user's configuration directory,
-/// with one [section] for each section; on Windows the registry key under which Visual Basic
-/// programs keep their settings. What is no ordinary file, or far larger than settings are, is
-/// neither read nor written.
+/// One INI file for each application, "<application>.conf" in the user's configuration directory,
+/// which may be edited by hand (IniFile says how it is read); on Windows the registry key under
+/// which Visual Basic programs keep their settings. What is no ordinary file, or far larger than
+/// settings are, is neither read nor written.
 class SettingsStore
 {
 public:
@@ -27,6 +27,9 @@ public:
     /// Throws VbError::DeviceError when the value could not be stored.
     void SaveSetting(const QString &application, const QString &section, const QString &key,
         const QString &value);
+    /// The same for several values of a section, all of them or none.
+    void SaveSettings(const QString &application, const QString &section,
+        const QList<QPair<QString, QString>> &pairs);
 
 private:
     QString m_folder;
