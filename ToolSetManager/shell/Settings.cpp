@@ -32,6 +32,7 @@ const Settings::Entry Settings::entries[] = {
 };
 
 Settings::Settings(const QString &programFolder)
+    : m_programFolder(programFolder)
 {
     const QString folder = mFileUtil::AddSeparator(programFolder);
     m_toolsetPath = folder + QStringLiteral("toolsets");
@@ -41,6 +42,7 @@ Settings::Settings(const QString &programFolder)
 
 void Settings::LoadSettings(const SettingsStore &store)
 {
+    *this = Settings(m_programFolder);
     const auto pairs =
         store.GetAllSettings(QString::fromUtf16(application), QString::fromUtf16(section));
     for (const auto &[name, text] : pairs) {

@@ -17,7 +17,7 @@ public:
     /// separator at its end.
     explicit Settings(const QString &programFolder);
 
-    /// Reads all values. A missing section, an unknown name and a value that does not convert
+    /// Reads all values anew. A missing section, an unknown name and a value that does not convert
     /// leave the defaults.
     void LoadSettings(const SettingsStore &store);
 
@@ -40,6 +40,7 @@ private:
     struct Entry;
     static const Entry entries[];
 
+    QString m_programFolder;
     QString m_defaultToolset;
     QString m_toolsetPath;
     QString m_macroPath;

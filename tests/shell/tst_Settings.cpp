@@ -57,6 +57,10 @@ private Q_SLOTS:
         QVERIFY(settings.DontLoadOnStartUp());
         QCOMPARE(settings.Height(), qint16(16));
         QCOMPARE(settings.Width(), qint16(0));
+        QVERIFY(file.remove());
+        settings.LoadSettings(SettingsStore(folder.path()));
+        QCOMPARE(settings.Height(), qint16(0));
+        QCOMPARE(settings.ToolsetPath(), u"/opt/toolsets"_qs);
     }
 
     void keptOnScreen()
