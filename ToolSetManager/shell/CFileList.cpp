@@ -1,25 +1,30 @@
 #include "shell/CFileList.h"
 
 #include "platform/desktop/SettingsStore.h"
+#include "platform/desktop/mFileUtil.h"
 #include "platform/text/VbConvert.h"
-
-#include <QHash>
 
 namespace {
 
 const QString maxCountKey = QStringLiteral("Max Count");
 
+/// The path as it is kept, which is its key as well: so the key is the same again when the list
+/// comes back from the store.
+QString kept(const QString &path)
+{
+    return mFileUtil::UpperCase(path);
+}
+
 } // namespace
 
 void CFileList::Add(const QString &path)
 {
-    if (m_entries.contains(path)) {
-        if (m_entries.Count() > 1) {
-            m_entries.Remove(path);
-            m_entries.AddFirst(path.toUpper(), path);
-        }
-    } else {
-        m_entries.AddFirst(path.toUpper(), path);
+    const QString entry = kept(path);
+    if (!m_entries.contains(entry)) {
+        m_entries.AddFirst(entry, entry);
+    } else if (m_entries.Count() > 1) {
+        m_entries.Remove(entry);
+        m_entries.AddFirst(entry, entry);
     }
     while (m_entries.Count() > qMax<int>(m_max, 0))
         m_entries.RemoveAt(m_entries.Count());
@@ -29,7 +34,6 @@ void CFileList::Add(const QString &path)
 void CFileList::Load(const SettingsStore &store, const QString &application, const QString &section,
     const QString &prefix)
 {
-    // In one call: each reads the whole file.
     QHash<QString, QString> stored;
     const auto pairs = store.GetAllSettings(application, section);
     for (const auto &[key, value] : pairs)
@@ -38,18 +42,18 @@ void CFileList::Load(const SettingsStore &store, const QString &application, con
     if (max && *max >= 0)
         m_max = *max;
     for (int i = 1; i <= m_max; ++i) {
-        const QString path = stored.value(prefix + QString::number(i));
-        if (!path.isEmpty() && !m_entries.contains(path))
-            m_entries.Add(path.toUpper(), path);
+        const QString entry = kept(stored.value(prefix + QString::number(i)));
+        if (!entry.isEmpty() && !m_entries.contains(entry))
+            m_entries.Add(entry, entry);
     }
 }
 
 void CFileList::Save(SettingsStore &store, const QString &application, const QString &section,
     const QString &prefix) const
 {
-    store.SaveSetting(application, section, maxCountKey, QString::number(m_max));
+    QList<QPair<QString, QString>> pairs {{maxCountKey, QString::number(m_max)}};
     const int count = qMin<int>(m_entries.Count(), m_max);
-    for (int i = 1; i <= count; ++i) {
-        store.SaveSetting(application, section, prefix + QString::number(i), m_entries.Item(i));
-    }
+    for (int i = 1; i <= count; ++i)
+        pairs.append({prefix + QString::number(i), m_entries.Item(i)});
+    store.SaveSettings(application, section, pairs);
 }

@@ -299,7 +299,8 @@ QString MDI::openHelper()
     CommonDialog dlg(this);
     dlg.DialogTitle = QStringLiteral("Open Tool Set");
     dlg.Flags = CommonDialog::FileMustExist | CommonDialog::HideReadOnly;
-    dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
+    dlg.InitDir =
+        mFileUtil::UsableFolder(m_settings.ToolsetPath(), mFileUtil::UserFolder::Documents);
     dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
     const bool chosen = dlg.ShowOpen();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

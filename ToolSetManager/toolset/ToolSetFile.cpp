@@ -243,7 +243,8 @@ bool ToolSetFile::saveSetAs()
     dlg.Filter = QStringLiteral("Tool Sets (bmt)|*.bmt");
     dlg.Flags =
         CommonDialog::OverwritePrompt | CommonDialog::PathMustExist | CommonDialog::HideReadOnly;
-    dlg.InitDir = mFileUtil::UsableFolder(m_settings.ToolsetPath());
+    dlg.InitDir =
+        mFileUtil::UsableFolder(m_settings.ToolsetPath(), mFileUtil::UserFolder::Documents);
     dlg.FileName = m_tools->ToolSetName;
     if (!m_origin.path.isEmpty()) {
         // Beside the file that the set had, under another name.

@@ -2,6 +2,8 @@
 #include "support/Files.h"
 #include "support/TestRunner.h"
 
+#include <QRegularExpression>
+
 class mFileUtil_test : public QObject
 {
     Q_OBJECT
@@ -11,8 +13,9 @@ private Q_SLOTS:
         const QDir top(m_folder.path());
         for (const char *folder : {"Tools", "TOOLS", "tools/Deep", "Other"})
             QVERIFY(top.mkpath(QString::fromLatin1(folder)));
-        for (const char *name : {"tools/Deep/Set.bmt", "Other/a.bmt", "Other/A.bmt",
-                 "Other/é x.bmt", "Other/.Hidden.bmt"}) {
+        for (const char *name :
+            {"tools/Deep/Set.bmt", "Other/a.bmt", "Other/A.bmt", "Other/é x.bmt",
+                "Other/.Hidden.bmt", "Other/Maß.bmt", "Other/Mass.bmt", "Other/Fuß.bmt"}) {
             QFile file(top.filePath(QString::fromUtf8(name)));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
@@ -26,6 +29,9 @@ private Q_SLOTS:
             {u"Tools/deep/set.bmt"_qs, u"tools/Deep/Set.bmt"_qs},
             {u"Other/a.bmt"_qs, u"Other/a.bmt"_qs}, // the exact spelling first
             {u"Other/A.bmt"_qs, u"Other/A.bmt"_qs}, {u"OTHER/É X.BMT"_qs, u"Other/é x.bmt"_qs},
+            {u"OTHER/MAßE.BMT"_qs, QString()}, {u"OTHER/MAß.BMT"_qs, u"Other/Maß.bmt"_qs},
+            {u"OTHER/MASS.BMT"_qs, u"Other/Mass.bmt"_qs},
+            {u"OTHER/FUSS.BMT"_qs, u"Other/Fuß.bmt"_qs}, // as it was kept once
             {u"OTHER/.HIDDEN.BMT"_qs, u"Other/.Hidden.bmt"_qs},
             {u"TOOLS//../OTHER/A.BMT"_qs, u"Other/A.bmt"_qs}, {u"OTHER/"_qs, u"Other"_qs},
             {u"OTHER/B.BMT"_qs, QString()},
@@ -48,14 +54,21 @@ private Q_SLOTS:
             QCOMPARE(mFileUtil::UsableFolder(wanted), wanted);
             QVERIFY(QFileInfo(wanted).isDir());
         }
-        for (const QString &asked : {u"Other/a.bmt/toolsets"_qs, u"Other/a.bmt/toolsets/"_qs,
-                 u"Other/a.bmt"_qs}) { // below a file, or one
-            const QString usable = mFileUtil::UsableFolder(m_folder.path() + u'/' + asked);
-            QVERIFY(QFileInfo(usable).isDir());
-            QCOMPARE(QFileInfo(usable).fileName(), QDir(asked).dirName());
-            QVERIFY(usable.startsWith(qEnvironmentVariable("XDG_DATA_HOME")));
-            QVERIFY(Files::ofTheUserAlone(usable));
+        const QString beside = mFileUtil::ProgramFolder() + u"toolsets"_qs;
+        for (const QString &wanted : {m_folder.filePath(u"Other/a.bmt/toolsets"_qs), // below a file
+                 m_folder.filePath(u"Other/a.bmt/"_qs), u"C:\\VB\\macros\\"_qs, beside}) {
+            const QString data = mFileUtil::UsableFolder(wanted);
+            QVERIFY(QFileInfo(data).isDir());
+            QCOMPARE(QFileInfo(data).fileName(),
+                wanted.split(QRegularExpression(u"[/\\\\]"_qs), Qt::SkipEmptyParts).constLast());
+            QVERIFY(data.startsWith(qEnvironmentVariable("XDG_DATA_HOME")));
+            QVERIFY(Files::ofTheUserAlone(data));
+            const QString documents =
+                mFileUtil::UsableFolder(wanted, mFileUtil::UserFolder::Documents);
+            QCOMPARE(documents, QDir::homePath() + u"/Documents/"_qs + QFileInfo(data).fileName());
+            QVERIFY(QFileInfo(documents).isDir());
         }
+        QVERIFY(!QFileInfo::exists(beside));
     }
 
     void addSeparator()

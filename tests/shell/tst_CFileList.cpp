@@ -29,6 +29,7 @@ private Q_SLOTS:
             {u"/a /b /A"_qs, u"/A /B"_qs},
             {u"/a /b /c /d /e"_qs, u"/E /D /C /B"_qs}, // the fifth drops the oldest
             {u"/a /a"_qs, u"/A"_qs},
+            {u"/straße /strasse /STRAßE /ı /I"_qs, u"/I /STRAßE /STRASSE"_qs},
         };
         for (const auto &[added, expected] : rows) {
             CFileList files;
@@ -50,14 +51,16 @@ private Q_SLOTS:
             longer.Add(path);
         longer.Save(store, application, section, prefix);
         CFileList shorter;
-        shorter.Add(u"/a, b.bmt"_qs);
+        shorter.Add(u"/a, ß.bmt"_qs);
         shorter.Save(store, application, section, prefix);
         QCOMPARE(store.GetSetting(application, section, u"Max Count"_qs), u"4"_qs);
-        QCOMPARE(store.GetSetting(application, section, u"Recent File 1"_qs), u"/A, B.BMT"_qs);
+        QCOMPARE(store.GetSetting(application, section, u"Recent File 1"_qs), u"/A, ß.BMT"_qs);
         // What a longer list has left behind stays, and comes back.
         CFileList loaded;
         loaded.Load(store, application, section, prefix);
-        QCOMPARE(text(loaded), u"/A, B.BMT /2 /1"_qs);
+        QCOMPARE(text(loaded), u"/A, ß.BMT /2 /1"_qs);
+        loaded.Add(u"/a, ß.bmt"_qs);
+        QCOMPARE(int(loaded.Count()), 3);
     }
 
     void oddStores()

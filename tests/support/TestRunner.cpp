@@ -27,7 +27,7 @@ std::vector<Registered> &registered()
 void isolate(const QTemporaryDir &home)
 {
     for (const char *name :
-        {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+        {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, QFile::encodeName(home.path()));
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
