@@ -163,6 +163,7 @@ bool frmPrint::Form_Load()
             24 + toolbar->sizeHint().height() + status->sizeHint().height());
     resize(page.boundedTo(screen()->availableSize() * 9 / 10).expandedTo({480, 360}));
     MWindowPosition::RestoreWindowPosition(m_store, positionName(), *this);
+    MWindowPosition::WriteWhenChanged(m_store, positionName(), *this);
 
     m_pages = PreviewPages(prtStatus->PageCount());
     showPage();

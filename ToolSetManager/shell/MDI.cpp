@@ -131,8 +131,11 @@ void MDI::MDIForm_Load(const QString &commandLine)
     m_files->setMax(4);
     m_files->Load(m_store, application(), fileListSection, recentFilePrefix);
     FileListHandler_FileAdded();
+    // Not only at the end, which may be that of the machine.
+    connect(m_files, &CFileList::FileAdded, this, &MDI::saveRecentFiles);
     m_settings.LoadSettings(m_store);
     MWindowPosition::RestoreWindowPosition(m_store, positionName, *this);
+    MWindowPosition::WriteWhenChanged(m_store, positionName, *this);
     if (commandLine.count(u' ') < commandLine.size()) // not of blanks alone
         openFile(commandLine);
 }
@@ -471,6 +474,16 @@ void MDI::FileListHandler_FileAdded()
         document->mnuFileList().rebuild(*m_files);
 }
 
+void MDI::saveRecentFiles()
+{
+    try {
+        m_files->Save(m_store, application(), fileListSection, recentFilePrefix);
+    } catch (const VbError &) {
+        // Settings that cannot be written must not keep a file from opening or the program from
+        // ending; they stay as they were stored before.
+    }
+}
+
 // --- Help ---
 
 void MDI::showHelp(const QString &helpFile)
@@ -583,12 +596,11 @@ bool MDI::MDIForm_QueryUnload()
         tbTools->disableDocumentButtons();
         return true; // Kept: the first close takes the documents, the second one the frame.
     }
+    saveRecentFiles();
     try {
-        m_files->Save(m_store, application(), fileListSection, recentFilePrefix);
         MWindowPosition::SaveWindowPosition(m_store, positionName, *this);
     } catch (const VbError &) {
-        // Settings that cannot be written must not keep the program from ending; the recent
-        // files and the window's place stay as they were stored before.
+        // As for the recent files.
     }
     return false;
 }

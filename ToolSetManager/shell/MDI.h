@@ -87,6 +87,7 @@ private Q_SLOTS:
     void tmrDrag_Timer();
     // --- recent files ---
     void FileListHandler_FileAdded();
+    void saveRecentFiles();
     // --- mdi ---
     void mdi_SubWindowActivated();
 

@@ -1,15 +1,23 @@
 #include "shell/MWindowPosition.h"
 
+#include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/text/Twips.h"
 #include "platform/text/VbConvert.h"
 #include "shell/Settings.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
+
+#include <functional>
 
 namespace {
+
+using MWindowPosition::Stored;
 
 const QScreen *screen()
 {
@@ -21,10 +29,140 @@ double dpi()
     return screen() ? screen()->logicalDotsPerInch() : Twips::classicDpi;
 }
 
-Twips toTwips(int pixels)
+int toTwips(int pixels)
 {
-    return Twips::fromPixels(pixels, dpi());
+    return Twips::fromPixels(pixels, dpi()).value;
 }
+
+QSize toTwips(const QSize &pixels)
+{
+    return {toTwips(pixels.width()), toTwips(pixels.height())};
+}
+
+int toPixels(int twips)
+{
+    return Twips {twips}.toPixels(dpi());
+}
+
+bool isNormal(const QWidget &window)
+{
+    return !window.isMaximized() && !window.isMinimized() && !window.isFullScreen();
+}
+
+/// The frame's; those of the window that a dialog belongs to while it has none of its own.
+QMargins marginsOf(const QWidget &window)
+{
+    for (const QWidget *each : {&window, static_cast<const QWidget *>(window.parentWidget())}) {
+        const QWindow *handle = each ? each->window()->windowHandle() : nullptr;
+        if (handle && !handle->frameMargins().isNull())
+            return handle->frameMargins();
+    }
+    return {};
+}
+
+/// Returns where the window is then, in pixels and with its frame.
+QRect place(QWidget &window, const Stored &stored)
+{
+    const QRect area = screen()->geometry();
+    const QMargins frame = marginsOf(window);
+    const QSize least = window.minimumSize().expandedTo(window.minimumSizeHint());
+    const QRect place = MWindowPosition::restored(stored, toTwips(window.size().grownBy(frame)),
+        toTwips(least.grownBy(frame)), toTwips(area.size()));
+    const QRect pixels(area.topLeft() + QPoint(toPixels(place.x()), toPixels(place.y())),
+        QSize(toPixels(place.width()), toPixels(place.height())));
+    window.resize(pixels.size().shrunkBy(frame));
+    window.move(pixels.topLeft());
+    return pixels;
+}
+
+/// Knows what the window itself cannot say: its frame's place while it is maximised or minimised,
+/// for a frame may have other edges then.
+class Watcher : public QObject
+{
+public:
+    static Watcher *of(const QWidget &window)
+    {
+        return dynamic_cast<Watcher *>(
+            window.findChild<QObject *>(objectNameOfAll, Qt::FindDirectChildrenOnly));
+    }
+    static Watcher &on(QWidget &window)
+    {
+        Watcher *watcher = of(window);
+        return watcher ? *watcher : *new Watcher(window);
+    }
+
+    QRect normalFrame() const
+    {
+        if (isNormal(m_window) || m_frame.isNull())
+            return m_window.frameGeometry();
+        return m_frame;
+    }
+    void placeWhenFramed(const Stored &stored) { m_stored = stored; }
+    std::function<void()> changed; ///< Called when the window has come to rest.
+
+protected:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::Move:
+        case QEvent::Resize:
+        case QEvent::Show:
+            if (m_window.isVisible() && isNormal(m_window)) {
+                if (m_stored && !m_window.windowHandle()->frameMargins().isNull()) {
+                    remember(place(m_window, *std::exchange(m_stored, std::nullopt)));
+                }
+                m_rest.start();
+            }
+            break;
+        case QEvent::WindowStateChange:
+            // Too early for the timer: the user was faster.
+            if (m_rest.isActive() && !m_frame.isNull())
+                m_frame = m_window.normalGeometry().marginsAdded(m_margins);
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+private:
+    explicit Watcher(QWidget &window)
+        : QObject(&window)
+        , m_window(window)
+    {
+        setObjectName(objectNameOfAll);
+        m_rest.setInterval(restMs);
+        m_rest.setSingleShot(true);
+        connect(&m_rest, &QTimer::timeout, this, &Watcher::rest);
+        window.installEventFilter(this);
+    }
+
+    void remember(const QRect &frame)
+    {
+        m_margins = m_window.windowHandle()->frameMargins();
+        m_frame = frame;
+    }
+
+    void rest()
+    {
+        m_stored.reset(); // no frame is to come
+        if (!isNormal(m_window))
+            return;
+        const QRect former = m_frame;
+        remember(m_window.frameGeometry());
+        if (changed && !former.isNull() && former != m_frame)
+            changed();
+    }
+
+    static constexpr int restMs = 300; // a window that is dragged moves with every step
+    static inline const QString objectNameOfAll = QStringLiteral("windowPosition");
+
+    QWidget &m_window;
+    QTimer m_rest;
+    QRect m_frame; ///< In the normal state, when last at rest.
+    QMargins m_margins; ///< From then.
+    std::optional<Stored> m_stored; ///< Set until the frame is known.
+};
 
 } // namespace
 
@@ -32,63 +170,73 @@ namespace MWindowPosition {
 
 void SaveWindowPosition(SettingsStore &store, const QString &name, const QWidget &window)
 {
-    const bool resized = window.isMaximized() || window.isMinimized() || window.isFullScreen();
-    const QRect normal = window.normalGeometry();
-    const bool hasNormal = resized && normal.isValid();
-    const QPoint place = hasNormal ? normal.topLeft() : window.pos();
-    const QSize size = hasNormal ? normal.size() : window.size();
-    const std::pair<QLatin1StringView, int> values[] = {
-        {QLatin1StringView("Left"), place.x()},
-        {QLatin1StringView("Top"), place.y()},
-        {QLatin1StringView("Height"), size.height()},
-        {QLatin1StringView("Width"), size.width()},
+    const Watcher *watcher = Watcher::of(window);
+    QRect frame = watcher ? watcher->normalFrame() : window.frameGeometry();
+    if (screen())
+        frame.translate(-screen()->geometry().topLeft());
+    const std::pair<QString, int> values[] = {
+        {QStringLiteral("Left"), frame.x()},
+        {QStringLiteral("Top"), frame.y()},
+        {QStringLiteral("Height"), frame.height()},
+        {QStringLiteral("Width"), frame.width()},
     };
-    for (const auto &[key, pixels] : values) {
-        store.SaveSetting(QString::fromUtf16(Settings::application), name, key,
-            VbConvert::fromSingle(static_cast<float>(toTwips(pixels).value)));
-    }
+    QList<QPair<QString, QString>> pairs;
+    for (const auto &[key, pixels] : values)
+        pairs.append({key, VbConvert::fromSingle(static_cast<float>(toTwips(pixels)))});
+    store.SaveSettings(QString::fromUtf16(Settings::application), name, pairs);
 }
 
 void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWidget &window)
 {
     if (!screen())
         return;
-    const QRect area = screen()->geometry();
-    const QSize screenSize(toTwips(area.width()).value, toTwips(area.height()).value);
-    int width = toTwips(window.width()).value;
-    int height = toTwips(window.height()).value;
-    int left = (screenSize.width() - width) / 2;
-    int top = (screenSize.height() - height) / 2;
+    constexpr int most = 1000000; // far beyond every screen, and safe to add to
+    Stored stored;
     const auto pairs = store.GetAllSettings(QString::fromUtf16(Settings::application), name);
     for (const auto &[key, text] : pairs) {
         const auto number = VbConvert::toInt32(text);
-        // A value that no screen has is as good as none, and would overflow below.
-        if (!number || qAbs(qint64(*number)) > 1000000)
+        if (!number)
             continue;
+        const int value = qBound(-most, *number, most);
         if (key == QLatin1StringView("Left"))
-            left = *number;
+            stored.left = value;
         else if (key == QLatin1StringView("Top"))
-            top = *number;
-        else if (key == QLatin1StringView("Height") && *number > 0)
-            height = *number;
-        else if (key == QLatin1StringView("Width") && *number > 0)
-            width = *number;
+            stored.top = value;
+        else if (key == QLatin1StringView("Height") && value > 0)
+            stored.height = value;
+        else if (key == QLatin1StringView("Width") && value > 0)
+            stored.width = value;
     }
-    const QRect kept = keptOnScreen(QRect(left, top, width, height), screenSize);
-    const auto pixels = [](int twips) { return Twips {twips}.toPixels(dpi()); };
-    window.resize(pixels(kept.width()), pixels(kept.height()));
-    window.move(area.topLeft() + QPoint(pixels(kept.x()), pixels(kept.y())));
+    place(window, stored);
+    Watcher::on(window).placeWhenFramed(stored);
 }
 
-QRect keptOnScreen(QRect window, const QSize &screen)
+void WriteWhenChanged(SettingsStore &store, const QString &name, QWidget &window)
 {
-    window.setSize(window.size().boundedTo(screen));
+    Watcher::on(window).changed = [&store, name, &window] {
+        try {
+            SaveWindowPosition(store, name, window);
+        } catch (const VbError &) {
+            // The place stays as it was stored before.
+        }
+    };
+}
+
+QRect restored(
+    const Stored &stored, const QSize &present, const QSize &smallest, const QSize &screen)
+{
+    // The centre is that of the present size, also where another one is stored.
+    const int left = stored.left.value_or((screen.width() - present.width()) / 2);
+    const int top = stored.top.value_or((screen.height() - present.height()) / 2);
+    const QSize wanted(
+        stored.width.value_or(present.width()), stored.height.value_or(present.height()));
+    const QSize size = wanted.boundedTo(screen).expandedTo(smallest);
     const auto kept = [](int start, int length, int limit) {
         return qMax(0, qMin(start, limit - length));
     };
-    window.moveTo(kept(window.x(), window.width(), screen.width()),
-        kept(window.y(), window.height(), screen.height()));
-    return window;
+    return {
+        QPoint(kept(left, size.width(), screen.width()), kept(top, size.height(), screen.height())),
+        size};
 }
 
 } // namespace MWindowPosition

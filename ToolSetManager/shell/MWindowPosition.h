@@ -3,11 +3,14 @@
 #include <QRect>
 #include <QString>
 
+#include <optional>
+
 class QWidget;
 class SettingsStore;
 
 /// Keeps the place and size of top-level windows across runs, in twips, in a section of the
-/// settings with a name that the caller chooses.
+/// settings with a name that the caller chooses. What is kept is the window with its frame and
+/// title bar, so a window that is only opened and closed stays where it is.
 namespace MWindowPosition {
 
 /// Writes the window's place and size; those it returns to when it is maximised or minimised.
@@ -16,10 +19,25 @@ void SaveWindowPosition(SettingsStore &store, const QString &name, const QWidget
 
 /// Moves and sizes the window: to its stored values; where one is missing, to its present size and
 /// the centre of the primary screen; and never larger than that screen or beyond its edges.
+/// Before the window is shown its frame is unknown: it is placed again when it has one.
 void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWidget &window);
 
-/// The last two steps of restoring, in any one unit: no larger than the screen (whose top left is
-/// 0, 0), then moved so that no edge lies beyond it.
-QRect keptOnScreen(QRect window, const QSize &screen);
+/// Writes the window's place and size from now on whenever the user has changed them. A store that
+/// cannot be written is passed over.
+void WriteWhenChanged(SettingsStore &store, const QString &name, QWidget &window);
+
+/// What a section holds; a value that is missing or no number is left out.
+struct Stored
+{
+    std::optional<int> left;
+    std::optional<int> top;
+    std::optional<int> width;
+    std::optional<int> height;
+};
+
+/// Where a window goes, in any one unit. \a present and \a smallest are its present size and the
+/// one below which it cannot get, both with its frame; the screen's top left is 0, 0.
+QRect restored(
+    const Stored &stored, const QSize &present, const QSize &smallest, const QSize &screen);
 
 } // namespace MWindowPosition

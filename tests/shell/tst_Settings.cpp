@@ -63,33 +63,49 @@ private Q_SLOTS:
         QCOMPARE(settings.ToolsetPath(), u"/opt/toolsets"_qs);
     }
 
-    void keptOnScreen()
+    void whereAWindowGoes()
     {
-        const std::pair<QRect, QRect> rows[] = {
+        using Stored = MWindowPosition::Stored;
+        const std::pair<Stored, QRect> rows[] = {
+            {{}, {350, 275, 300, 250}}, // centred
             {{100, 50, 400, 300}, {100, 50, 400, 300}},
+            {{{}, 50, 400, {}}, {350, 50, 400, 250}}, // the centre is the present size's
             {{100, 50, 2000, 300}, {0, 50, 1000, 300}}, // wider than the screen
             {{900, 50, 400, 300}, {600, 50, 400, 300}},
-            {{100, 790, 400, 300}, {100, 500, 400, 300}},
-            {{-500, -20, 400, 300}, {0, 0, 400, 300}},
+            {{100, 790, 400, 300}, {100, 500, 400, 300}}, {{-500, -20, 400, 300}, {0, 0, 400, 300}},
+            {{1000000, -1000000, 1000000, 1000000}, {0, 0, 1000, 800}},
+            {{900, 700, 20, 10}, {800, 650, 200, 150}}, // it gets no smaller
         };
         for (const auto &[stored, expected] : rows)
-            QCOMPARE(MWindowPosition::keptOnScreen(stored, QSize(1000, 800)), expected);
+            QCOMPARE(
+                MWindowPosition::restored(stored, {300, 250}, {200, 150}, {1000, 800}), expected);
     }
 
-    void placeAndSize()
+    /// With whatever frame it has, and also from another state than the normal one.
+    void placeComesBack()
     {
         const QTemporaryDir folder;
         SettingsStore store(folder.path());
-        QWidget window;
-        window.setGeometry(31, 42, 323, 245);
-        MWindowPosition::SaveWindowPosition(store, u"Main"_qs, window);
-        QStringList stored;
-        for (const char16_t *key : {u"Left", u"Top", u"Height", u"Width"})
-            stored.append(store.GetSetting(application, u"Main"_qs, QString::fromUtf16(key)));
-        QCOMPARE(stored.join(u' '), u"465 630 3675 4845"_qs); // twips, 15 to the pixel
-        QWidget again;
-        MWindowPosition::RestoreWindowPosition(store, u"Main"_qs, again);
-        QCOMPARE(again.geometry(), QRect(31, 42, 323, 245));
+        const QList<QPair<QString, QString>> expected {{u"Left"_qs, u"465"_qs},
+            {u"Top"_qs, u"630"_qs}, {u"Height"_qs, u"3675"_qs}, {u"Width"_qs, u"4845"_qs}};
+        store.SaveSettings(application, u"Main"_qs, expected);
+        for (const auto state : {Qt::WindowNoState, Qt::WindowMaximized, Qt::WindowMinimized}) {
+            QWidget window;
+            MWindowPosition::RestoreWindowPosition(store, u"Main"_qs, window);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QCOMPARE(window.frameGeometry(), QRect(31, 42, 323, 245)); // 15 twips to the pixel
+            QVERIFY(window.geometry() != window.frameGeometry());
+            MWindowPosition::WriteWhenChanged(store, u"Main"_qs, window);
+            const auto left = [&] { return store.GetSetting(application, u"Main"_qs, u"Left"_qs); };
+            window.move(40, 42);
+            QTRY_COMPARE(left(), u"600"_qs);
+            window.move(31, 42);
+            QTRY_COMPARE(left(), u"465"_qs);
+            window.setWindowState(state);
+            MWindowPosition::SaveWindowPosition(store, u"Main"_qs, window);
+            QCOMPARE(store.GetAllSettings(application, u"Main"_qs), expected);
+        }
     }
 
     void partOfAPlace()
@@ -101,9 +117,10 @@ private Q_SLOTS:
         store.SaveSetting(application, u"Main"_qs, u"Height"_qs, u"-4"_qs);
         QWidget window;
         window.resize(300, 200);
+        store.SaveSetting(application, u"Main"_qs, u"Top"_qs, u"2000000"_qs);
         MWindowPosition::RestoreWindowPosition(store, u"Main"_qs, window);
         const int screenHeight = QGuiApplication::primaryScreen()->size().height();
-        QCOMPARE(window.geometry(), QRect(10, (screenHeight - 200) / 2, 300, 200));
+        QCOMPARE(window.geometry(), QRect(10, screenHeight - 200, 300, 200));
     }
 
     void tiles()
