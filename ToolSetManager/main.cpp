@@ -3,6 +3,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/print/Printers.h"
+#include "shell/InformationOptions.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
@@ -14,7 +15,19 @@
 #include <QIcon>
 #include <QStandardPaths>
 
+#include <cstdio>
+
 namespace {
+
+constexpr char usage[] =
+    R"(Usage: ToolSetManager [FILE]
+Makes and edits tool sets of the VB Quillon add-in. FILE is a tool set (*.bmt) to open.
+
+The program runs once in a session: a second start brings the running window to the front and opens
+nothing. "ToolSetManager-open FILE..." opens files in the running window.
+
+  --help     prints this text
+  --version  prints the version)";
 
 /// The command line's words as one path. A relative one becomes absolute when it names a file,
 /// because recent files are opened from other folders than this.
@@ -28,10 +41,17 @@ QString pathFromCommandLine(const QStringList &arguments)
     return path;
 }
 
+void complain(const char *text)
+{
+    std::fprintf(stderr, "ToolSetManager: %s\n", text);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    if (InformationOptions::answered(argc, argv, usage))
+        return 0;
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromUtf16(MDI::caption));
     QApplication::setApplicationVersion(QStringLiteral(TSM_VERSION));
@@ -39,7 +59,10 @@ int main(int argc, char *argv[])
 
     SingleInstance instance(QString::fromUtf16(MDI::windowClass), QString::fromUtf16(MDI::caption));
     if (!instance.claim()) {
-        instance.askFirstToComeForward();
+        if (!instance.askFirstToComeForward())
+            complain("the Tool Set Manager does not answer");
+        if (!pathFromCommandLine(QCoreApplication::arguments()).trimmed().isEmpty())
+            complain("it runs already; use ToolSetManager-open to open a file in its window");
         return 0;
     }
 

@@ -8,6 +8,7 @@
 #include "platform/desktop/InstanceRequest.h"
 #include "platform/desktop/InstanceSocket.h"
 #include "shell/FrameIdentity.h"
+#include "shell/InformationOptions.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,6 +18,13 @@
 #include <cstdio>
 
 namespace {
+
+constexpr char usage[] =
+    R"(Usage: ToolSetManager-open [FILE...]
+Opens tool sets (*.bmt) in the window of the Tool Set Manager, which is started when it does not run.
+
+  --help     prints this text
+  --version  prints the version)";
 
 constexpr int busyMs = 3000;
 constexpr int startMs = 15000; // the first start after the system's own, from a slow disk
@@ -52,6 +60,8 @@ bool startProgram()
 
 int main(int argc, char *argv[])
 {
+    if (InformationOptions::answered(argc, argv, usage))
+        return 0;
     const QCoreApplication application(argc, argv);
     QList<QByteArray> requests;
     bool ok = true;

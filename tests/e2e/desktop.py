@@ -180,8 +180,15 @@ for item in ("Save Tool Set  As...", "Print Setup...", "Exit", "Delete", "Detail
              "Tile Horizontally", "About Tool  Set Manager..."):
     check(item in tips, "menu item: " + item)
 
-second = start("Two.bmt")
-check(second.wait(timeout=15) == 0, "a second start ends with 0")
+second = subprocess.run([PROGRAM, "Two.bmt"], timeout=15, stderr=subprocess.PIPE, text=True)
+check(second.returncode == 0 and "ToolSetManager-open" in second.stderr,
+      "a second start ends with 0 and names the opener")
+for command in PROGRAM, OPENER:
+    for option, expected in ("--help", "Usage: "), ("--version", CAPTION + " 0"):
+        told = subprocess.run([command, option], timeout=15, capture_output=True, text=True,
+                              cwd="/", env={"PATH": os.environ["PATH"]})
+        check(told.returncode == 0 and told.stdout.startswith(expected) and not told.stderr,
+              option + " without a display")
 check(sum(1 for app in pyatspi.Registry.getDesktop(0) if app and app.name == CAPTION) == 1,
       "and there is still one program")
 check(len(names_in_order()) == 14, "which has opened nothing")
@@ -301,6 +308,23 @@ until(lambda: first.poll() is not None, "the second close ends the program")
 check(first.returncode == 0, "with 0")
 
 # --- Starting again ---
+def stored_place():
+    with open(os.path.join(HOME, ".config", "VB Quillon For VB5.conf")) as file:
+        return file.read().partition("[Main]")[2]
+
+
+kept = stored_place()
+for how in "as it is", "maximised":
+    again = start()
+    until(has_keyboard, "started to be closed " + how)
+    if how == "maximised":
+        box = application()[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        xdo("mousemove", str(box.x + 300), str(box.y - 10), "click", "--repeat", "2", "1")
+        until(lambda: application()[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS).x == 0,
+              "a double click on the title maximises")
+    key("alt+F4")
+    until(lambda: again.poll() == 0, "closed")
+    check(kept and stored_place() == kept, "the window's place with its frame stays")
 third = start()
 until(application, "it starts again")
 until(lambda: any(n.name == two.upper() for n in walk(application())), "the recent files are kept")

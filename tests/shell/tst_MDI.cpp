@@ -95,6 +95,9 @@ private Q_SLOTS:
             QVERIFY(!menu->findChild<QAction *>(u"mnuFileList(4)"_qs));
         }
         QCOMPARE(found, 3);
+        QCOMPARE(m_program->store.GetSetting(
+                     u"VB Quillon For VB5"_qs, u"FileList"_qs, u"Recent File 1"_qs),
+            path("c.bmt").toUpper()); // before the program ends
     }
 
     /// The list keeps what the file has; the menus show what a screen has room for.
