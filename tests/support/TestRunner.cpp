@@ -32,6 +32,12 @@ void isolate(const QTemporaryDir &home)
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Nor the desktop's looks: theme packages that are merely installed bring styles, which come
+    // first where no style is chosen. Programs that a test starts have the same ones.
+    for (const char *name : {"QT_QPA_PLATFORMTHEME", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION",
+             "KDE_FULL_SESSION", "GNOME_DESKTOP_SESSION_ID"})
+        qunsetenv(name);
+    qputenv("QT_STYLE_OVERRIDE", "Fusion");
 }
 
 QtMessageHandler &testHandler()
@@ -83,6 +89,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir home;
     isolate(home);
     QApplication application(argc, argv);
+    QApplication::setFont(QFont(u"DejaVu Sans"_qs, 9));
     QCoreApplication::setApplicationName(u"VB Quillon Tool Set Manager"_qs);
     QStringList arguments = QCoreApplication::arguments();
     QString only;
