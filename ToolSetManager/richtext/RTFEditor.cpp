@@ -1,5 +1,6 @@
 #include "richtext/RTFEditor.h"
 
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/Toolbar.h"
@@ -84,8 +85,6 @@ RTFEditor::RTFEditor(QWidget *parent)
     tbControl->setObjectName(QStringLiteral("tbControl"));
     cboFonts->setObjectName(QStringLiteral("cboFonts"));
     cboFontSize->setObjectName(QStringLiteral("cboFontSize"));
-    cboFonts->setAccessibleName(QStringLiteral("Font name"));
-    cboFontSize->setAccessibleName(QStringLiteral("Font size"));
 
     // Made in the order of the Tab key, so that Shift+Tab goes from the text over the boxes to the
     // buttons.
@@ -110,6 +109,8 @@ RTFEditor::RTFEditor(QWidget *parent)
     row->addWidget(cboFonts, 1);
     row->addWidget(cboFontSize);
     row->addStretch(1);
+    Accessible::setName(*cboFonts, QStringLiteral("Font name"));
+    Accessible::setName(*cboFontSize, QStringLiteral("Font size"));
     tbControl->setIconSize(QSize(18, 18));
     cboFonts->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     cboFonts->setMinimumContentsLength(12);

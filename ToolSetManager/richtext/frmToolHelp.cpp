@@ -1,5 +1,6 @@
 #include "richtext/frmToolHelp.h"
 
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/Captions.h"
 #include "platform/rtf/RichTextBox.h"
 #include "platform/text/Twips.h"
@@ -18,6 +19,7 @@ frmToolHelp::frmToolHelp(QWidget *parent)
     : QWidget(parent, Qt::Window)
     , rtf(new RichTextBox(QStringLiteral("MS Sans Serif"), 8.5, this))
 {
+    Accessible::makeDocument(*rtf);
     setObjectName(QStringLiteral("frmToolHelp"));
     setAttribute(Qt::WA_DeleteOnClose);
     rtf->setObjectName(QStringLiteral("rtf"));

@@ -53,7 +53,10 @@ RecoveryBar::RecoveryBar(const QStringList &titles, QWidget *parent)
     lblText->setTextFormat(Qt::PlainText);
     lblText->setAccessibleName(m_text);
     lblText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    lblText->setToolTip(m_text.toHtmlEscaped());
+    // A tool tip that is rich text for sure: a file's name may look like it. What it says is said
+    // without the marks.
+    lblText->setToolTip(QStringLiteral("<span>%1</span>").arg(m_text.toHtmlEscaped()));
+    lblText->setAccessibleDescription(m_text);
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(8, 4, 8, 5);

@@ -1,5 +1,6 @@
 #include "shell/frmHelp.h"
 
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/Icons.h"
 #include "shell/Frame.h"
 #include "shell/HelpBrowser.h"
@@ -28,6 +29,7 @@ frmHelp::frmHelp(QWidget *parent)
     , tvContents(new QTreeWidget(this))
     , m_browser(new HelpBrowser(this))
 {
+    Accessible::makeDocument(*m_browser);
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("Tool Set Manager Help"));
     m_browser->setObjectName(QStringLiteral("manual"));

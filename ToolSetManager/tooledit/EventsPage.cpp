@@ -1,5 +1,7 @@
 #include "tooledit/EventsPage.h"
 
+#include "platform/desktop/Accessible.h"
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QPushButton>
@@ -27,6 +29,8 @@ QWidget *EventsPage::groupPage(int index)
     const auto g = static_cast<std::size_t>(index);
     const VbEvents::Group &group = VbEvents::groups[g];
     auto *page = new QWidget(sstEvents);
+    Accessible::setRole(*page, QAccessible::Grouping);
+    page->setAccessibleName(VbEvents::text(group.caption));
     auto *boxes = new QGridLayout;
     boxes->setHorizontalSpacing(24);
     for (int i = group.first; i <= group.last; ++i) {

@@ -2,6 +2,7 @@
 
 #include "model/CVBATool.h"
 #include "platform/VbError.h"
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/DirListBox.h"
 #include "platform/desktop/DriveListBox.h"
 #include "platform/desktop/FileListBox.h"
@@ -81,7 +82,7 @@ void frmFileButton::makeControls()
     const auto tagged = [this](QWidget *control, const QString &name, const QString &tag) {
         control->setObjectName(name);
         Tag::set(*control, tag);
-        control->setAccessibleName(QString(tag).remove(u':'));
+        Accessible::setName(*control, QString(tag).remove(u':')); // the captions are painted
     };
     const auto hidden = [this](const QString &name) {
         auto *picture = new PictureControl(this);

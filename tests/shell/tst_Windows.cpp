@@ -74,6 +74,13 @@ void walk(QAccessibleInterface *node, QStringList &wrong)
             QLatin1String(object ? object->metaObject()->className() : "-"),
             object ? object->objectName() : QString()));
     }
+    const bool plain = (role == QAccessible::Client && !qobject_cast<QTabWidget *>(node->object()))
+        || (role == QAccessible::StaticText && !qobject_cast<QLabel *>(node->object()));
+    if (node->state().focusable && plain)
+        wrong.append(u"no role: "_qs + node->text(QAccessible::Name));
+    // A combo box has its text as name, and its label's as a relation.
+    if (role == QAccessible::ComboBox && node->relations(QAccessible::Label).isEmpty())
+        wrong.append(u"no label: "_qs + node->text(QAccessible::Name));
     for (int i = 0; i < node->childCount(); ++i)
         walk(node->child(i), wrong);
 }

@@ -1,5 +1,7 @@
 #include "platform/picture/PictureControl.h"
 
+#include "platform/desktop/Accessible.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -26,6 +28,7 @@ PictureControl::PictureControl(QWidget *parent)
     : QWidget(parent)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    Accessible::setRole(*this, QAccessible::Graphic);
 }
 
 void PictureControl::setPicture(const QImage &picture)

@@ -1,5 +1,7 @@
 #include "platform/print/PagePreview.h"
 
+#include "platform/desktop/Accessible.h"
+
 #include "platform/text/Twips.h"
 
 #include <QKeyEvent>
@@ -22,6 +24,7 @@ PagePreview::PagePreview(QWidget *parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
+    Accessible::setRole(*this, QAccessible::Document);
     viewport()->setCursor(Qt::OpenHandCursor);
     horizontalScrollBar()->setSingleStep(20);
     verticalScrollBar()->setSingleStep(20);

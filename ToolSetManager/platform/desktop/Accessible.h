@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QAccessible>
+
+class QTextEdit;
+class QWidget;
+
+/// What screen readers are told of controls for which the toolkit's own answer is wrong or missing.
+namespace Accessible {
+
+/// Names a control that has no visible label. Combo boxes need this on Linux, where the toolkit
+/// takes their names from labels only: the name is given by a label that is never shown.
+void setName(QWidget &control, const QString &name);
+
+/// What kind of thing a control is. To be called first of all: whatever changes what is said of the
+/// control, its accessible name for one, makes the toolkit decide on its kind.
+void setRole(QWidget &control, QAccessible::Role role);
+
+/// Makes a text that is only read a document, whose text can be read piece by piece.
+void makeDocument(QTextEdit &text);
+
+} // namespace Accessible
