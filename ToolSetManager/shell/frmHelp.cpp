@@ -29,6 +29,7 @@ frmHelp::frmHelp(QWidget *parent)
     , tvContents(new QTreeWidget(this))
     , m_browser(new HelpBrowser(this))
 {
+    Accessible::setRole(*this, QAccessible::Window);
     Accessible::makeDocument(*m_browser);
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("Tool Set Manager Help"));

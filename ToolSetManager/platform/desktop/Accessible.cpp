@@ -123,6 +123,12 @@ void setRole(QWidget &control, QAccessible::Role role)
 {
     QAccessible::installFactory(interfaceOf); // once, however often it is called
     control.setProperty(roleProperty, static_cast<int>(role));
+    // While a reader listens, controls say things of themselves when they are made, and the toolkit
+    // has answered for this one already.
+    if (QAccessible::isActive()) {
+        if (QAccessibleInterface *former = QAccessible::queryAccessibleInterface(&control))
+            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(former));
+    }
 }
 
 void makeDocument(QTextEdit &text)

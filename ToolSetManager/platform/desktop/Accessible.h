@@ -12,8 +12,8 @@ namespace Accessible {
 /// takes their names from labels only: the name is given by a label that is never shown.
 void setName(QWidget &control, const QString &name);
 
-/// What kind of thing a control is. To be called first of all: whatever changes what is said of the
-/// control, its accessible name for one, makes the toolkit decide on its kind.
+/// What kind of thing a control is. To be called when the control is made: readers that have seen
+/// it keep what they know.
 void setRole(QWidget &control, QAccessible::Role role);
 
 /// Makes a text that is only read a document, whose text can be read piece by piece.
