@@ -7,6 +7,7 @@
 #include "support/TestRunner.h"
 
 using Bytes::dword;
+using Bytes::dwords;
 using Bytes::words;
 using namespace Pictures;
 
@@ -15,6 +16,39 @@ namespace {
 QByteArray record(int function, const QByteArray &parameters)
 {
     return dword(static_cast<quint32>(3 + parameters.size() / 2)) + words({function}) + parameters;
+}
+
+/// Records of enhanced metafiles have numbers of 32 bits.
+QByteArray enhancedRecord(quint32 type, std::initializer_list<int> numbers, QByteArray rest = {})
+{
+    QByteArray parameters;
+    for (const int number : numbers)
+        parameters += dword(number);
+    rest.resize((rest.size() + 3) / 4 * 4, '\0');
+    parameters += rest;
+    return dword(type) + dword(8 + parameters.size()) + parameters;
+}
+
+/// One of 100 by 100 pixels, 96 to the inch.
+QByteArray enhanced(const QByteArray &records)
+{
+    const QByteArray header = enhancedRecord(1,
+        {0, 0, 99, 99, 0, 0, 2646, 2646, 0x464D4520, 0x10000, 0, 0, 20, 0, 0, 0, 960, 960, 254,
+            254});
+    return header + records + enhancedRecord(14, {0, 0, 20});
+}
+
+/// A red brush and a blue pen, 2 wide, as objects 1 and 2 of either kind.
+QByteArray tools()
+{
+    return enhancedRecord(39, {1, 0, 0x0000FF, 0}) + enhancedRecord(38, {2, 0, 2, 0, 0xFF0000})
+        + enhancedRecord(37, {1}) + enhancedRecord(37, {2});
+}
+
+QByteArray oldTools()
+{
+    return record(0x2FC, words({0, 0x00FF, 0, 0})) + record(0x2FA, words({0, 2, 0, 0, 0xFF}))
+        + record(0x12D, words({0})) + record(0x12D, words({1}));
 }
 
 QByteArray plain(const QByteArray &records)
@@ -115,6 +149,103 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(Metafile::render(bytes, {60, 40}).size(), QSize(60, 40));
+    }
+
+    void shapes_data()
+    {
+        const auto old = [](int function, std::initializer_list<int> parameters) {
+            return plain(window(0, 0, 100, 100) + oldTools() + record(function, words(parameters)));
+        };
+        const auto drawn = [](quint32 type, std::initializer_list<int> numbers) {
+            return enhanced(tools() + enhancedRecord(type, numbers));
+        };
+        const QByteArray triangle = words({10, 10, 90, 10, 90, 90});
+        const QByteArray pixels("\0\0\xFF\xFF\xFF\xFF\0\0\xFF\0\0\0\xFF\0\0\0", 16);
+        const auto dib = [&](quint32 type, std::initializer_list<int> numbers) {
+            return enhancedRecord(type, numbers,
+                dword(40) + dwords({2, 2}) + words({1, 24}) + QByteArray(24, '\0') + pixels);
+        };
+        // Four by four places, 25 pixels apart, from the middle of the first one: r, b or a dot.
+        rows<QByteArray, QByteArray>({
+            {"a filled ellipse", old(0x418, {100, 100, 0, 0}), ".rr. rrrr rrrr .rr."},
+            {"a filled chord", old(0x830, {50, 0, 50, 100, 100, 100, 0, 0}), ".rr. rrrr .... ...."},
+            {"a filled pie", old(0x81A, {50, 0, 0, 50, 100, 100, 0, 0}), ".r.. rr.. .... ...."},
+            {"a filled rectangle, exchanged", old(0x41B, {0, 100, 50, 50}), "..rr ..rr .... ...."},
+            {"a rectangle with round corners", old(0x61C, {100, 100, 100, 100, 0, 0}),
+                ".rr. rrrr rrrr .rr."},
+            {"no window: what is drawn",
+                plain(oldTools() + record(0x418, words({700, 700, 300, 300}))),
+                ".rr. rrrr rrrr .rr."},
+            {"no window, upwards",
+                plain(record(0x103, words({2})) + oldTools()
+                    + record(0x41B, words({0, 700, 400, 0}))
+                    + record(0x41B, words({0, 350, 700, 0}))),
+                "rr.. rr.. rrrr rrrr"},
+            {"enhanced: ellipse", drawn(42, {0, 0, 100, 100}), ".rr. rrrr rrrr .rr."},
+            {"enhanced: chord", drawn(46, {0, 0, 100, 100, 100, 50, 0, 50}), ".rr. rrrr .... ...."},
+            {"enhanced: pie, clockwise",
+                enhanced(tools() + enhancedRecord(57, {2})
+                    + enhancedRecord(47, {0, 0, 100, 100, 0, 50, 50, 0})),
+                ".r.. rr.. .... ...."},
+            {"enhanced: polygon", enhanced(tools() + enhancedRecord(86, {0, 0, 0, 0, 3}, triangle)),
+                "brrr .brr ..br ...b"},
+            {"enhanced: line",
+                enhanced(tools() + enhancedRecord(27, {0, 12}) + enhancedRecord(54, {99, 12})),
+                "bbbb .... .... ...."},
+            {"enhanced: path",
+                enhanced(tools() + enhancedRecord(59, {}) + enhancedRecord(27, {0, 0})
+                    + enhancedRecord(54, {99, 0}) + enhancedRecord(54, {99, 50})
+                    + enhancedRecord(54, {0, 50}) + enhancedRecord(61, {}) + enhancedRecord(60, {})
+                    + enhancedRecord(62, {0, 0, 0, 0})),
+                "rrrr rrrr .... ...."},
+            {"enhanced: upwards, with a state saved and restored",
+                enhanced(enhancedRecord(17, {8}) + enhancedRecord(9, {10, -10})
+                    + enhancedRecord(11, {100, 100}) + enhancedRecord(12, {0, 100}) + tools()
+                    + enhancedRecord(37, {-0x7FFFFFF8}) + enhancedRecord(33, {})
+                    + enhancedRecord(10, {5, 0}) + enhancedRecord(34, {-1})
+                    + enhancedRecord(43, {0, 0, 5, 5})),
+                ".... .... rr.. rr.."},
+            {"enhanced: clipped",
+                enhanced(tools() + enhancedRecord(30, {50, 0, 100, 100})
+                    + enhancedRecord(29, {0, 0, 100, 50}) + enhancedRecord(42, {0, 0, 100, 100})),
+                ".... .... ..rr ..r."},
+            {"enhanced: bitmap",
+                enhanced(dib(
+                    81, {0, 0, 0, 0, 0, 0, 0, 0, 2, 2, 80, 40, 120, 16, 0, 0xCC0020, 100, 100})),
+                "bbgg bbgg rr.. rr.."},
+            {"enhanced: bitmap of which a part is drawn, by exclusive or",
+                enhanced(
+                    dib(81, {0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 80, 40, 120, 16, 0, 0x660046, 50, 50})
+                    + tools() + enhancedRecord(43, {50, 50, 100, 100})),
+                "kk.. kk.. ..rr ..rr"},
+            {"enhanced: records that are not there",
+                enhanced(tools() + enhancedRecord(86, {0, 0, 0, 0, 0x7FFFFFFF}, triangle)
+                    + dib(81,
+                        {0, 0, 0, 0, 0, 0, 0, 0, 2, 2, 80, 40, 120, 0x7FFFFFFF, 0, 0xCC0020, 100,
+                            100})
+                    + enhancedRecord(37, {19}) + enhancedRecord(34, {-5})
+                    + enhancedRecord(37, {0x7FFFFFFF})),
+                "brrr .brr ..br ...b"},
+        });
+    }
+
+    /// Areas are filled, with libwmf as with the player of enhanced metafiles.
+    void shapes()
+    {
+        const auto [bytes, expected] = row<QByteArray, QByteArray>();
+        const QImage image = Metafile::render(bytes, {100, 100});
+        const std::pair<QRgb, char> names[] = {
+            {red, 'r'}, {green, 'g'}, {blue, 'b'}, {white, '.'}, {black, 'k'}};
+        QByteArray found;
+        for (int i = 0; i < 16; ++i) {
+            const QRgb pixel = image.pixel(12 + i % 4 * 25, 12 + i / 4 * 25);
+            const auto *name = std::find_if(std::begin(names), std::end(names),
+                [pixel](const auto &entry) { return entry.first == pixel; });
+            found += name == std::end(names) ? '?' : name->second;
+            if (i % 4 == 3 && i < 15)
+                found += ' ';
+        }
+        QCOMPARE(found, expected);
     }
 
     /// Shown pixel by pixel, and not by the other process.

@@ -1,6 +1,7 @@
 #include "platform/picture/Metafile.h"
 
 #include "platform/picture/Dib.h"
+#include "platform/picture/EnhancedMetafile.h"
 #include "platform/picture/LittleEndian.h"
 #include "platform/picture/MetafileRecords.h"
 #include "platform/text/Twips.h"
@@ -28,8 +29,9 @@ constexpr int playingTime = 3000; ///< Milliseconds; a drawing takes some tens.
 struct Frame
 {
     QPoint origin;
-    QSize extent; ///< Of either sign; empty when nothing tells it.
-    QSize pixels;
+    QSize extent {0, 0}; ///< Of either sign; null when nothing tells it.
+    QSize pixels {0, 0};
+    bool upwards = false; ///< The vertical axis, where there is no extent.
 };
 
 /// A metafile taken apart. Views of the caller's bytes.
@@ -39,6 +41,14 @@ struct Parts
     std::vector<Record> records; ///< Without the end.
     Frame frame;
 };
+
+bool recognisesPlain(QByteArrayView bytes)
+{
+    const int type = at<quint16>(bytes, 0);
+    const int version = at<quint16>(bytes, 4);
+    return (type == 1 || type == 2) && at<quint16>(bytes, 2) == headerSize / 2
+        && (version == 0x100 || version == 0x300);
+}
 
 QSize fitted(double width, double height, int longest)
 {
@@ -65,7 +75,7 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
             return std::nullopt;
         bytes = bytes.sliced(placeableSize);
     }
-    if (!recognises(bytes) || bytes.size() < headerSize)
+    if (!recognisesPlain(bytes) || bytes.size() < headerSize)
         return std::nullopt;
     parts.header = bytes.first(headerSize);
     if (!MetafileRecords::read(bytes.sliced(headerSize), parts.records))
@@ -85,6 +95,9 @@ std::optional<Parts> takeApart(QByteArrayView bytes)
             parts.frame.extent = {x, y};
             parts.frame.pixels = fitted(std::abs(x), std::abs(y), longestWithoutSize);
             extentSet = true;
+        } else if (record.function == SetMapMode) {
+            const int mode = at<quint16>(record.parameters, 0);
+            parts.frame.upwards = mode >= firstUpwards && mode <= lastUpwards;
         }
     }
     return parts;
@@ -172,26 +185,26 @@ QByteArray turned(const Record &record, QSize extent)
     return bytes;
 }
 
-/// The metafile with a window and a viewport that put its frame on pixels 0.. of the picture. The
-/// viewport is the player's business, so the file's own goes; escapes have nothing to draw.
+/// The metafile with a window and a viewport that put its frame, if it has one, on pixels 0.. of
+/// the picture. Those replace the file's own viewport and mapping mode; escapes draw nothing.
 QByteArray framed(const Parts &parts, QSize pixels)
 {
+    constexpr int unscaled = 1000;
+    const Frame &frame = parts.frame;
+    const bool hasFrame = !frame.extent.isNull();
+    QSize extent = hasFrame ? frame.extent : QSize(unscaled, frame.upwards ? -unscaled : unscaled);
+    const QSize viewport = hasFrame ? pixels : QSize(unscaled, unscaled);
     QByteArray records;
-    if (!pixels.isEmpty()) {
-        const Frame &frame = parts.frame;
-        MetafileRecords::append(records, SetMapMode, {anisotropic});
-        MetafileRecords::append(records, SetViewportOrg, {0, 0});
-        MetafileRecords::append(records, SetViewportExt, {pixels.height(), pixels.width()});
-        MetafileRecords::append(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
-        MetafileRecords::append(
-            records, SetWindowExt, {frame.extent.height(), frame.extent.width()});
-    }
-    QSize extent = parts.frame.extent;
+    MetafileRecords::append(records, SetMapMode, {anisotropic});
+    MetafileRecords::append(records, SetViewportOrg, {0, 0});
+    MetafileRecords::append(records, SetViewportExt, {viewport.height(), viewport.width()});
+    MetafileRecords::append(records, SetWindowOrg, {frame.origin.y(), frame.origin.x()});
+    MetafileRecords::append(records, SetWindowExt, {extent.height(), extent.width()});
     quint32 longest = 5;
     for (const Record &record : parts.records) {
         if (record.function == SetViewportOrg || record.function == SetViewportExt
             || record.function == OffsetViewportOrg || record.function == ScaleViewportExt
-            || record.function == Escape)
+            || record.function == SetMapMode || record.function == Escape)
             continue;
         if (record.function == SetWindowExt)
             extent = {at<qint16>(record.parameters, 2), at<qint16>(record.parameters, 0)};
@@ -208,12 +221,13 @@ QByteArray framed(const Parts &parts, QSize pixels)
     return bytes + records;
 }
 
-/// Has it played by the other process. An empty size stands for the box of what is drawn.
-QImage play(const QByteArray &metafile, QSize pixels)
+/// Has it played by the other process. Without a frame the box of what is drawn fills the picture,
+/// and an empty size leaves the size to that box.
+QImage play(const QByteArray &metafile, QSize pixels, bool hasFrame)
 {
     QByteArray input;
-    for (const int side : {pixels.width(), pixels.height()}) {
-        const auto value = static_cast<quint32>(std::max(side, 0));
+    for (const int number : {pixels.width(), pixels.height(), int(hasFrame)}) {
+        const auto value = static_cast<quint32>(std::max(number, 0));
         input.append(reinterpret_cast<const char *>(&value), sizeof(value));
     }
     QProcess player;
@@ -247,16 +261,14 @@ QImage play(const QByteArray &metafile, QSize pixels)
 
 bool recognises(QByteArrayView bytes)
 {
-    if (at<quint32>(bytes, 0) == placeableMark)
-        return true;
-    const int type = at<quint16>(bytes, 0);
-    const int version = at<quint16>(bytes, 4);
-    return (type == 1 || type == 2) && at<quint16>(bytes, 2) == headerSize / 2
-        && (version == 0x100 || version == 0x300);
+    return recognisesPlain(bytes) || at<quint32>(bytes, 0) == placeableMark
+        || EnhancedMetafile::recognises(bytes);
 }
 
 QSize size(QByteArrayView bytes)
 {
+    if (EnhancedMetafile::recognises(bytes))
+        return EnhancedMetafile::size(bytes);
     const auto parts = takeApart(bytes);
     return parts ? parts->frame.pixels : QSize();
 }
@@ -269,17 +281,17 @@ QImage soleBitmap(QByteArrayView bytes)
 
 QImage render(QByteArrayView bytes, QSize size)
 {
-    const auto parts = takeApart(bytes);
-    if (!parts)
+    const bool enhanced = EnhancedMetafile::recognises(bytes);
+    const auto parts = enhanced ? std::nullopt : takeApart(bytes);
+    if (!enhanced && !parts)
         return {};
-    QImage image = soleBitmapOf(*parts);
+    QImage image = parts ? soleBitmapOf(*parts) : QImage();
     if (image.isNull()) {
-        QSize pixels = size.isEmpty() ? parts->frame.pixels : size;
-        if (parts->frame.extent.isNull())
-            pixels = {};
+        QSize pixels = size.isEmpty() ? Metafile::size(bytes) : size;
         if (pixels.width() > longestSide || pixels.height() > longestSide)
             pixels.scale(longestSide, longestSide, Qt::KeepAspectRatio);
-        image = play(framed(*parts, pixels), pixels);
+        image = enhanced ? EnhancedMetafile::render(bytes, pixels)
+                         : play(framed(*parts, pixels), pixels, !parts->frame.extent.isNull());
     }
     if (image.isNull() || size.isEmpty() || image.size() == size)
         return image;

@@ -4,19 +4,21 @@
 #include <QImage>
 #include <QSize>
 
-/// Windows metafiles, placeable and plain (enhanced ones are not read).
+/// Windows metafiles: placeable, plain and enhanced (see EnhancedMetafile).
 ///
-/// A metafile that does no more than show one bitmap, as rich text has its pictures, is read here,
-/// pixel by pixel. All others are played by libwmf in a process of its own ("metafile_player",
-/// which lies beside the program): it takes some milliseconds to start, and a file that crashes
-/// the library or keeps it busy for more than a few seconds only costs its picture.
+/// A plain or placeable metafile that does no more than show one bitmap, as rich text has its
+/// pictures, is read here, pixel by pixel. All others of these are played by libwmf in a process of
+/// its own ("metafile_player", which lies beside the program): it takes some milliseconds to start,
+/// and a file that crashes the library or keeps it busy for more than a few seconds only costs its
+/// picture.
 namespace Metafile {
 
 /// True when the bytes start as a metafile does.
 bool recognises(QByteArrayView bytes);
 
 /// The size that the file asks for, in pixels at 96 dpi. A plain metafile has none: then its
-/// window's extent, not larger than 512 pixels. Empty when it has no window either.
+/// window's extent, not larger than 512 pixels. Empty when it has no window either; then the box of
+/// what it draws is all that is shown.
 QSize size(QByteArrayView bytes);
 
 /// The bitmap of a metafile that does no more than show it in all of its frame, in the bitmap's own

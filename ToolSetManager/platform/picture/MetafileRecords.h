@@ -17,6 +17,8 @@ constexpr qsizetype recordSize = 6; ///< Without parameters.
 
 constexpr quint32 copyPixels = 0x00CC0020; ///< Raster operation.
 constexpr int anisotropic = 8; ///< Mapping mode: each direction has a scale of its own.
+constexpr int firstUpwards = 2; ///< The mapping modes of fixed units, whose vertical axis
+constexpr int lastUpwards = 6; ///< goes upwards.
 
 /// The functions that matter here.
 enum Function : quint16 {
