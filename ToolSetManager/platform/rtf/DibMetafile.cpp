@@ -16,13 +16,6 @@ namespace {
 constexpr int dropLines = 3; // when the picture is shrunk
 constexpr int maximumSide = 0x7FFF;
 
-enum EnhancedRecord : quint32 {
-    EnhancedBitBlt = 76,
-    EnhancedStretchBlt = 77,
-    EnhancedSetDibToDevice = 80,
-    EnhancedStretchDib = 81
-};
-
 /// An opaque image with as few bits a pixel as its colours need: 8 or 32 (which means 24 in the
 /// file). The colours are in the order of their first pixels, so equal pixels give equal bytes.
 QImage fewestBits(const QImage &opaque)
@@ -146,38 +139,6 @@ QImage decode(QByteArrayView metafile, qint64 &memoryLeft)
         QImage image = decodeBitmap(MetafileRecords::bitmap(record), memoryLeft);
         if (!image.isNull())
             return image;
-    }
-    return {};
-}
-
-QImage decodeEnhanced(QByteArrayView metafile, qint64 &memoryLeft)
-{
-    qsizetype start = 0;
-    while (metafile.size() - start >= 8) {
-        const quint32 type = at<quint32>(metafile, start);
-        const qsizetype size = at<quint32>(metafile, start + 4);
-        if (size < 8 || size > metafile.size() - start)
-            break;
-        const bool blt = type == EnhancedBitBlt || type == EnhancedStretchBlt;
-        const bool dib = type == EnhancedSetDibToDevice || type == EnhancedStretchDib;
-        const qsizetype places = blt ? 84 : 48; // of the offsets and sizes of header and pixels
-        if ((blt || dib) && size >= places + 16) {
-            const QByteArrayView record = metafile.sliced(start, size);
-            const qsizetype header = at<quint32>(record, places);
-            const qsizetype headerSize = at<quint32>(record, places + 4);
-            const qsizetype pixels = at<quint32>(record, places + 8);
-            const qsizetype pixelsSize = at<quint32>(record, places + 12);
-            if (header >= places && pixels >= places && header + headerSize <= size
-                && pixels + pixelsSize <= size && headerSize > 0) {
-                QByteArray bitmap;
-                bitmap.append(record.sliced(header, headerSize));
-                bitmap.append(record.sliced(pixels, pixelsSize));
-                QImage image = decodeBitmap(bitmap, memoryLeft);
-                if (!image.isNull())
-                    return image;
-            }
-        }
-        start += size;
     }
     return {};
 }

@@ -15,10 +15,7 @@ QByteArray encode(const QImage &image);
 /// need more than \a memoryLeft, from which they are subtracted.
 QImage decode(QByteArrayView metafile, qint64 &memoryLeft);
 
-/// The same for an enhanced metafile.
-QImage decodeEnhanced(QByteArrayView metafile, qint64 &memoryLeft);
-
-/// A bitmap as both contain it: header, colours, pixels.
+/// A bitmap as a metafile contains it: header, colours, pixels.
 QImage decodeBitmap(QByteArrayView dib, qint64 &memoryLeft);
 
 } // namespace DibMetafile

@@ -308,7 +308,8 @@ void RtfBody::writePicture(const QTextCharFormat &format)
             ? (QSizeF(size.width(), size.height()) * Twips::perPixel).toSize()
             : QSize();
         writePictureData(RtfPicture::fromImage(image, twips));
-    } else if (own->kind == RtfPicture::Metafile || own->kind == RtfPicture::Bitmap) {
+    } else if (own->kind != RtfPicture::Png && own->kind != RtfPicture::Jpeg
+        && own->kind != RtfPicture::EnhancedMetafile) {
         writePictureData(*own);
     } else {
         m_body.raw("{\\*\\shppict");
@@ -338,6 +339,15 @@ void RtfBody::writePictureData(const RtfPicture &picture)
         break;
     case RtfPicture::Jpeg:
         m_body.word("jpegblip");
+        break;
+    case RtfPicture::DeviceBitmap:
+        m_body.word("wbitmap", 0);
+        break;
+    case RtfPicture::MacPicture:
+        m_body.word("macpict");
+        break;
+    case RtfPicture::Os2Metafile:
+        m_body.word("pmmetafile", 0);
         break;
     default:
         m_body.word("emfblip");

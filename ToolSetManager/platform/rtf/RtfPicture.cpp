@@ -1,5 +1,8 @@
 #include "platform/rtf/RtfPicture.h"
 
+#include "platform/picture/Dib.h"
+#include "platform/picture/EnhancedMetafile.h"
+#include "platform/picture/Metafile.h"
 #include "platform/picture/Picture.h"
 #include "platform/rtf/DibMetafile.h"
 #include "platform/rtf/RtfGroup.h"
@@ -99,6 +102,8 @@ std::optional<RtfPicture> RtfPicture::read(RtfTokenizer &tokenizer)
             }
         }
     }
+    if (picture.kind == NoKind)
+        picture.kind = picture.kindOfData();
     if (picture.data.isEmpty() || picture.kind == NoKind)
         return std::nullopt;
     picture.completeGoal();
@@ -123,32 +128,52 @@ void RtfPicture::completeGoal()
     complete(goal.rheight(), extent.height());
 }
 
+RtfPicture::Kind RtfPicture::kindOfData() const
+{
+    if (::EnhancedMetafile::recognises(data))
+        return EnhancedMetafile;
+    if (::Metafile::recognises(data))
+        return Metafile;
+    if (data.startsWith("\xFF\xD8\xFF"))
+        return Jpeg;
+    // There is no word for GIF and bitmap files: other writers call them PNG, too.
+    if (data.startsWith("\x89PNG") || data.startsWith("GIF8") || data.startsWith("BM"))
+        return Png;
+    return Dib::header(data) ? Bitmap : NoKind;
+}
+
 QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) const
 {
-    switch (kind) {
+    switch (kindOfData()) {
+    case Metafile:
+    case EnhancedMetafile:
+        return decodeMetafile(metafiles, memoryLeft);
+    case Png:
+        if (data.startsWith("\x89PNG"))
+            return Picture::decodeAs("png", data, memoryLeft);
+        [[fallthrough]];
+    case Jpeg:
+        return Picture::decode(data, memoryLeft).value_or(QImage());
     case Bitmap:
         return DibMetafile::decodeBitmap(data, memoryLeft);
-    case Png:
-        return Picture::decodeAs("png", data, memoryLeft);
-    case Jpeg:
-        return Picture::decodeAs("jpeg", data, memoryLeft);
-    case EnhancedMetafile:
-        return DibMetafile::decodeEnhanced(data, memoryLeft);
-    case Metafile: {
-        const QSize pixels = (goal * decodedPerShown / twipsPerPixel)
-                                 .boundedTo({maximumDecodedSide, maximumDecodedSide});
-        const qint64 needed = qint64(pixels.width()) * pixels.height() * 4;
-        if (metafiles && !pixels.isEmpty() && needed <= memoryLeft) {
-            QImage image = metafiles(data, goal, pixels);
-            memoryLeft -= image.sizeInBytes();
-            if (!image.isNull())
-                return image;
-        }
-        return DibMetafile::decode(data, memoryLeft);
-    }
     default:
         return {};
     }
+}
+
+QImage RtfPicture::decodeMetafile(const MetafileDecoder &metafiles, qint64 &memoryLeft) const
+{
+    const QSize pixels = (goal * decodedPerShown / twipsPerPixel)
+                             .boundedTo({maximumDecodedSide, maximumDecodedSide});
+    const qint64 needed = qint64(pixels.width()) * pixels.height() * 4;
+    if (metafiles && !pixels.isEmpty() && needed <= memoryLeft) {
+        QImage image = metafiles(data, goal, pixels);
+        memoryLeft -= image.sizeInBytes();
+        if (!image.isNull())
+            return image;
+    }
+    return ::EnhancedMetafile::recognises(data) ? ::EnhancedMetafile::firstBitmap(data, memoryLeft)
+                                                : DibMetafile::decode(data, memoryLeft);
 }
 
 QTextImageFormat RtfPicture::toFormat(const QTextCharFormat &base, const QString &name) const
@@ -169,7 +194,7 @@ QTextImageFormat RtfPicture::toFormat(const QTextCharFormat &base, const QString
 std::optional<RtfPicture> RtfPicture::fromFormat(const QTextCharFormat &format)
 {
     const int kind = format.intProperty(RtfPictureKindProperty);
-    if (kind <= NoKind || kind > OtherKind)
+    if (kind <= NoKind || kind > Os2Metafile)
         return std::nullopt;
     RtfPicture picture;
     picture.kind = static_cast<Kind>(kind);

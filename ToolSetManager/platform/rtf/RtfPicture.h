@@ -14,6 +14,8 @@ class RtfTokenizer;
 /// A picture of a rich text: the bytes as they stood there, and the size at which it is shown.
 struct RtfPicture
 {
+    /// What the text calls the picture, which is written again as it was. What is shown depends on
+    /// the bytes alone: some writers put a GIF where they promise a PNG.
     enum Kind {
         NoKind,
         Metafile, ///< Windows metafile without the placeable header.
@@ -21,11 +23,13 @@ struct RtfPicture
         Png,
         Jpeg,
         EnhancedMetafile,
-        OtherKind ///< Not kept: nothing here shows it, and few others do.
+        DeviceBitmap, ///< These three are kept, and a frame stands for them.
+        MacPicture,
+        Os2Metafile
     };
 
-    /// Plays a Windows metafile. Sizes: as shown, in twips, and of the image wanted, in pixels.
-    /// Null when it cannot.
+    /// Plays a Windows metafile, plain or enhanced. Sizes: as shown, in twips, and of the image
+    /// wanted, in pixels. Null when it cannot.
     using MetafileDecoder =
         std::function<QImage(QByteArrayView metafile, QSize twips, QSize pixels)>;
 
@@ -37,8 +41,8 @@ struct RtfPicture
         0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
     QSize goal {0, 0}; ///< Twips, scaling applied.
 
-    /// Takes the rest of a `\pict` group. Empty when there is no picture in it, or one of a kind
-    /// that is not told.
+    /// Takes the rest of a `\pict` group. Empty when there is no picture in it, or one whose kind
+    /// neither the text nor its bytes show.
     static std::optional<RtfPicture> read(RtfTokenizer &tokenizer);
 
     /// The form in which the oldest readers show pictures: a metafile that paints one bitmap.
@@ -66,6 +70,9 @@ struct RtfPicture
     friend bool operator==(const RtfPicture &, const RtfPicture &) = default;
 
 private:
+    /// The kind that goes with the bytes; NoKind when they are none that is shown here.
+    Kind kindOfData() const;
+    QImage decodeMetafile(const MetafileDecoder &metafiles, qint64 &memoryLeft) const;
     /// Fills `goal` where the text did not say it.
     void completeGoal();
 };

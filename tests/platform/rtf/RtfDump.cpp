@@ -78,7 +78,7 @@ QString paragraphWords(const RtfParagraphStyle &style)
 
 QString pictureWords(const RtfPicture &picture)
 {
-    constexpr const char *kinds[] = {"?", "wmf", "dib", "png", "jpeg", "emf", "other"};
+    constexpr const char *kinds[] = {"?", "wmf", "dib", "png", "jpeg", "emf", "ddb", "mac", "os2"};
     return u"[%1 %2x%3, %4]"_qs.arg(QLatin1StringView(kinds[picture.kind]))
         .arg(picture.goal.width())
         .arg(picture.goal.height())

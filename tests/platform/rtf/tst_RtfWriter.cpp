@@ -3,6 +3,7 @@
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfWriter.h"
+#include "support/Bytes.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
@@ -14,6 +15,9 @@
 #include <QTextDocument>
 #include <QTextList>
 #include <QUrl>
+
+using Bytes::dword;
+using Bytes::dwords;
 
 namespace {
 
@@ -200,7 +204,16 @@ private Q_SLOTS:
         const QImage image = photo(16);
         const QByteArray png = fileOf(image, "png");
         const QByteArray jpeg = fileOf(image, "jpeg");
-        const QByteArray dib = fileOf(image, "bmp").mid(14);
+        const QByteArray bmp = fileOf(image, "bmp");
+        const QByteArray dib = bmp.mid(14);
+        const auto head = qFromLittleEndian<quint32>(bmp.constData() + 10) - 14;
+        const QByteArray emf = dwords({1, 88}) + QByteArray(32, '\0') + dword(0x464D4520)
+            + QByteArray(44, '\0') + dwords({81, quint32(80 + dib.size())}) + QByteArray(40, '\0')
+            + dwords({80, head, 80 + head, quint32(dib.size()) - head}) + QByteArray(16, '\0')
+            + dib;
+        const QByteArray gif("GIF89a\x14\0\x0A\0\x80\0\0\xFF\0\0\xFF\xFF\xFF,\0\0\0\0\1\0\1\0\0"
+                             "\2\2\x44\1\0;",
+            35);
         const QByteArray wmf = RtfPicture::fromImage(image).data;
         const auto group = [](const char *kind, const QByteArray &data) {
             return QByteArray(QByteArray("{\\pict\\") + kind
@@ -223,6 +236,14 @@ private Q_SLOTS:
         row("metafile cut off", group("wmetafile8", wmf.left(100)), "wmf", wmf.left(100), false);
         row("metafile without a bitmap", group("wmetafile8", wmf.left(54)), "wmf", wmf.left(54),
             false);
+        row("GIF under a PNG's name", group("pngblip", gif), "png", gif, true);
+        row("bitmap file under a JPEG's name", group("jpegblip", bmp), "jpeg", bmp, true);
+        row("PNG under no name", group("picscalex100", png), "png", png, true);
+        row("enhanced metafile", group("emfblip", emf), "emf", emf, true);
+        row("enhanced metafile under the plain one's name", group("wmetafile8", emf), "wmf", emf,
+            true);
+        row("bitmap of a device", group("wbitmap0", "\1\2"), "ddb", "\1\2", false);
+        row("picture of a Macintosh", group("macpict", "\1\2"), "mac", "\1\2", false);
         row("unknown enhanced metafile", group("emfblip", "\1\2"), "emf", "\1\2", false);
         row("both forms",
             "{\\*\\shppict" + group("pngblip", png) + "}{\\nonshppict" + group("wmetafile8", wmf)
