@@ -218,6 +218,20 @@ private Q_SLOTS:
                     dib(81, {0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 80, 40, 120, 16, 0, 0x660046, 50, 50})
                     + tools() + enhancedRecord(43, {50, 50, 100, 100})),
                 "kk.. kk.. ..rr ..rr"},
+            {"enhanced: turned by a quarter",
+                enhanced(tools()
+                    + enhancedRecord(35, {0, 0x3F800000, -0x40800000, 0, 0x42C80000, 0})
+                    + enhancedRecord(43, {0, 0, 100, 50})),
+                "..rr ..rr ..rr ..rr"},
+            {"enhanced: the background of a text",
+                enhanced(enhancedRecord(25, {0x0000FF})
+                    + enhancedRecord(
+                        84, {0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 76, 2, 0, 50, 100, 100, 0})),
+                ".... .... rrrr rrrr"},
+            {"enhanced: gradient between equal colours",
+                enhanced(enhancedRecord(
+                    118, {0, 0, 0, 0, 2, 1, 0, 0, 0, 0xFF00, 0, 50, 100, 0xFF00, 0, 0, 1})),
+                "rr.. rr.. rr.. rr.."},
             {"enhanced: records that are not there",
                 enhanced(tools() + enhancedRecord(86, {0, 0, 0, 0, 0x7FFFFFFF}, triangle)
                     + dib(81,

@@ -40,8 +40,11 @@ QPolygonF corners(const QRectF &logical, const EmfState &state)
 
 void fillTarget(const QRectF &target, int rop2, const EmfState &state, EmfCanvas &canvas)
 {
+    enum { Black = 1, Invert = 6, White = 16 };
     EmfState combined = state;
     combined.rop2 = rop2;
+    if (rop2 == Black || rop2 == Invert || rop2 == White)
+        combined.brush = {}; // any will do
     canvas.fill(EmfShapes::rectangle(target, state), combined);
 }
 

@@ -63,7 +63,6 @@ public:
             }
         }
     }
-    /// \a last is the current position where the points continue from it.
     void lines(const Points &points, qsizetype from, qsizetype to)
     {
         for (qsizetype i = from; i < std::min(to, points.size()); ++i)

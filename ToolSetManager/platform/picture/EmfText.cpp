@@ -148,8 +148,8 @@ void EmfText::draw(const EmfRecord &record, EmfState &state, EmfCanvas &canvas)
     const Text text = read(record);
     EmfState shown = state;
     shown.rop2 = EmfState::CopyPen;
-    if ((text.options & NoRectangle) == 0 && text.rectangle.isValid()) {
-        const QPainterPath box = EmfShapes::rectangle(text.rectangle, state);
+    if ((text.options & NoRectangle) == 0) {
+        const QPainterPath box = EmfShapes::rectangle(text.rectangle.normalized(), state);
         if ((text.options & Opaque) != 0)
             canvas.fillPlain(box, shown, state.background);
         if ((text.options & Clipped) != 0)

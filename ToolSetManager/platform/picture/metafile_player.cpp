@@ -97,7 +97,8 @@ struct Polygon
         constexpr double coarsest = 0.2;
         const double radius = std::max({std::abs(radiusX), std::abs(radiusY), 1.0});
         const double step = std::clamp(std::sqrt(1 / radius), finest, coarsest);
-        const int count = static_cast<int>(std::ceil((to - from) / step));
+        const double steps = std::ceil((to - from) / step);
+        const int count = steps > 0 && steps < 1000 ? static_cast<int>(steps) : 0;
         for (int i = 0; i <= count; ++i) {
             const double angle = from + (to - from) * i / std::max(count, 1);
             add(x + radiusX * std::cos(angle), y + radiusY * std::sin(angle));
