@@ -15,6 +15,15 @@ QTransform deviceScale(const EmfState &state)
         std::max(1.0, state.deviceToPicture.m11()), std::max(1.0, state.deviceToPicture.m22()));
 }
 
+/// A hatch as an image: the painter scales no other patterns.
+QImage hatchTile(const EmfBrush &brush)
+{
+    QImage tile(8, 8, QImage::Format_ARGB32_Premultiplied);
+    tile.fill(Qt::transparent);
+    QPainter(&tile).fillRect(tile.rect(), QBrush(brush.colour, brush.style));
+    return tile;
+}
+
 /// The pen in pixels of the picture, never thinner than one.
 QPen penFor(const EmfState &state)
 {
@@ -122,10 +131,14 @@ void EmfCanvas::fill(const QPainterPath &path, const EmfState &state)
 {
     if (state.brush.style == Qt::NoBrush || !spendOn(path))
         return;
-    QBrush brush(state.brush.colour, state.brush.style);
+    const bool hatched =
+        state.brush.style != Qt::SolidPattern && state.brush.style != Qt::TexturePattern;
+    QBrush brush(state.brush.colour);
     if (state.brush.style == Qt::TexturePattern)
         brush = QBrush(state.brush.texture);
-    else if (state.brush.style != Qt::SolidPattern && state.opaque)
+    else if (hatched)
+        brush = QBrush(hatchTile(state.brush));
+    if (hatched && state.opaque)
         fillWith(path, state, state.background);
     brush.setTransform(deviceScale(state));
     fillWith(path, state, brush);
@@ -153,7 +166,8 @@ void EmfCanvas::drawImage(const QImage &image, const QRectF &source, const QPoly
 {
     const QRectF inside = source & QRectF(image.rect());
     if (corners.size() != 3 || inside.isEmpty()
-        || !spend(image.sizeInBytes() / 8.0 + inside.width() * inside.height() / 8.0))
+        || !spend(
+            image.sizeInBytes() / bytesForOne + inside.width() * inside.height() / bytesForOne))
         return;
     const QPointF right = (corners[1] - corners[0]) / source.width();
     const QPointF down = (corners[2] - corners[0]) / source.height();

@@ -31,7 +31,9 @@ public:
     QPainter &painter(const EmfState &state);
     QRectF rectangle() const { return m_image.rect(); }
 
-    /// Counts work: about a pixel or a point each. False when it is too much.
+    static constexpr double bytesForOne = 32; ///< Of a bitmap, for a unit of work.
+    /// Counts work: about a step of an edge to the next row of pixels each. False when it is too
+    /// much.
     bool spend(double work);
 
 private:

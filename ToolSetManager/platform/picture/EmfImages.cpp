@@ -106,7 +106,7 @@ void drawBlt(const EmfRecord &record, const EmfState &state, EmfCanvas &canvas)
     const bool alpha = record.type == EmfRecord::AlphaBlend && (code >> 24) != 0;
     QImage image = EmfBitmap::read(record, EmfBitmap::field(record.type), maximumBytes,
         alpha ? EmfBitmap::Premultiplied : EmfBitmap::Ignored);
-    if (image.isNull() || !canvas.spend(image.sizeInBytes() / 4.0))
+    if (image.isNull() || !canvas.spend(image.sizeInBytes() / EmfCanvas::bytesForOne))
         return;
     const QTransform source(record.real(52), record.real(56), record.real(60), record.real(64),
         record.real(68), record.real(72));

@@ -26,7 +26,7 @@ QSize size(QByteArrayView bytes);
 QImage soleBitmap(QByteArrayView bytes);
 
 /// The picture over white, Format_RGB32, stretched to \a size; an empty size stands for the file's
-/// own. Null when it is no metafile, is cut off, or cannot be played.
+/// own. Null when it is no metafile or cannot be played, and when a plain one is cut off.
 QImage render(QByteArrayView bytes, QSize size = {});
 
 } // namespace Metafile

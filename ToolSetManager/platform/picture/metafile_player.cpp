@@ -94,9 +94,9 @@ struct Polygon
     void addArc(double x, double y, double radiusX, double radiusY, double from, double to)
     {
         constexpr double finest = 0.01;
-        constexpr double coarsest = 0.2;
+        constexpr double coarsest = 0.06;
         const double radius = std::max({std::abs(radiusX), std::abs(radiusY), 1.0});
-        const double step = std::clamp(std::sqrt(1 / radius), finest, coarsest);
+        const double step = std::clamp(std::sqrt(1 / radius) / 2, finest, coarsest);
         const double steps = std::ceil((to - from) / step);
         const int count = steps > 0 && steps < 1000 ? static_cast<int>(steps) : 0;
         for (int i = 0; i <= count; ++i) {
