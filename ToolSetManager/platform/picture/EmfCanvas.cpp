@@ -58,7 +58,7 @@ bool EmfCanvas::spend(double work)
 
 /// Filling takes a step for each edge in each row of pixels, and more where a row has many of them,
 /// because they are sorted.
-bool EmfCanvas::spendOn(const QPainterPath &path)
+bool EmfCanvas::spendOn(const QPainterPath &path, double edges)
 {
     constexpr double forPoint = 10;
     constexpr double cheapInRow = 50;
@@ -67,7 +67,7 @@ bool EmfCanvas::spendOn(const QPainterPath &path)
     double last = 0;
     for (int i = 0; i < path.elementCount(); ++i) {
         const double y = std::clamp(path.elementAt(i).y, 0.0, height);
-        steps += std::abs(y - last);
+        steps += edges * std::abs(y - last);
         last = y;
     }
     return spend(path.elementCount() * forPoint + steps * (1 + steps / height / cheapInRow));
@@ -146,7 +146,7 @@ void EmfCanvas::fill(const QPainterPath &path, const EmfState &state)
 
 void EmfCanvas::stroke(const QPainterPath &path, const EmfState &state)
 {
-    if (state.pen.pen.style() == Qt::NoPen || !spendOn(path))
+    if (state.pen.pen.style() == Qt::NoPen || !spendOn(path, 2))
         return;
     QPen pen = penFor(state);
     // The longest lines would have millions of dashes.

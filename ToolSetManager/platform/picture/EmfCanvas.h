@@ -40,7 +40,8 @@ private:
     static constexpr double maximumWork = 1e8;
     static constexpr qint64 maximumTime = 3000; ///< ms
 
-    bool spendOn(const QPainterPath &path);
+    /// \a edges are drawn for each line of the path.
+    bool spendOn(const QPainterPath &path, double edges = 1);
     void setMode(int rop2);
     void fillWith(const QPainterPath &path, const EmfState &state, const QBrush &brush);
 
