@@ -149,9 +149,6 @@ QImage RtfPicture::decode(const MetafileDecoder &metafiles, qint64 &memoryLeft) 
     case EnhancedMetafile:
         return decodeMetafile(metafiles, memoryLeft);
     case Png:
-        if (data.startsWith("\x89PNG"))
-            return Picture::decodeAs("png", data, memoryLeft);
-        [[fallthrough]];
     case Jpeg:
         return Picture::decode(data, memoryLeft).value_or(QImage());
     case Bitmap:
