@@ -244,8 +244,10 @@ void CVBATools::addRecord(const BmtFormat::Record &record, qint64 &pictureMemory
     // With AllowDupes false a second tool of one name is dropped, as required. Otherwise the tool
     // would be lost without a word.
     if (!Add(tool) && m_allowDupes) {
-        throw fileError(QStringLiteral("There are too many tools called \"%1\".")
-                            .arg(codePage.decode(trimmedBlanks(record.name))));
+        const QString name = trimmed(record.name);
+        throw fileError(name.isEmpty()
+                ? QStringLiteral("There are too many tools without a name.")
+                : QStringLiteral("There are too many tools called \"%1\".").arg(name));
     }
 }
 
