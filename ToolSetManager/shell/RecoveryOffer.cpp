@@ -44,7 +44,7 @@ void RecoveryOffer::discard(QWidget *owner)
     if (m_snapshots.isEmpty()
         || MsgBox::show(owner,
                QStringLiteral("Do you want to delete the changes that were not saved?"),
-               MsgBox::Buttons::YesNo, MsgBox::Icon::Question)
+               MsgBox::Buttons::NoYes, MsgBox::Icon::Question)
             != MsgBox::Answer::Yes) {
         return;
     }

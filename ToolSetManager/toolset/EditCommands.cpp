@@ -218,7 +218,7 @@ void EditCommands::deleteTools(bool asking)
             ? QStringLiteral("Do you want to delete '%1'?")
                   .arg(m_model.toolAt(rows.constFirst())->Description)
             : QStringLiteral("Do you want to delete the %1 items selected?").arg(rows.size());
-        if (MsgBox::show(m_form, question, MsgBox::Buttons::YesNo, MsgBox::Icon::Question)
+        if (MsgBox::show(m_form, question, MsgBox::Buttons::NoYes, MsgBox::Icon::Question)
             != MsgBox::Answer::Yes) {
             return;
         }

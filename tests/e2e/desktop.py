@@ -243,6 +243,10 @@ key("Delete")
 until(lambda: [n for n in walk(application()) if n.name == "Do you want to delete 'Editor'?"],
       "delete asks")
 key("Return")
+until(lambda: not [n for n in walk(application()) if n.name == "Do you want to delete 'Editor'?"],
+      "Return deletes nothing")
+check(len(rows()) == 14, "all rows are there")
+key("Delete", "alt+y")
 until(lambda: len(rows()) == 13, "deleted")
 key("ctrl+shift+s")
 until(lambda: [n for n in walk(application()) if n.name == "Save Tool Set"], "save dialog")

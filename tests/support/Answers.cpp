@@ -3,6 +3,22 @@
 #include <QTest>
 #include <QtWidgets>
 
+namespace {
+
+/// Neither Escape nor closing answers a question with Yes and No, and Return deletes nothing.
+bool isSafe(QMessageBox *box)
+{
+    if (box->buttons().size() != 2 || qobject_cast<QFileDialog *>(box->parent()))
+        return true; // the toolkit's own question is another one
+    QTest::keyClick(box, Qt::Key_Escape);
+    box->close();
+    const bool deletes = box->text().startsWith(u"Do you want to delete"_qs);
+    return box->isVisible()
+        && box->defaultButton() == box->button(deletes ? QMessageBox::No : QMessageBox::Yes);
+}
+
+} // namespace
+
 Answers::Answers(QObject *parent)
     : QObject(parent)
 {
@@ -27,6 +43,8 @@ void Answers::message(const QString &text, QMessageBox::StandardButton button)
                                ? box->text().startsWith(text.chopped(1))
                                : box->text() == text;
                            if (!same || !box->button(button))
+                               return false;
+                           if (!isSafe(box))
                                return false;
                            box->button(button)->click();
                            return true;

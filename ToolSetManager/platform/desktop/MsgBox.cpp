@@ -3,10 +3,14 @@
 #include "platform/desktop/MessageText.h"
 
 #include <QAbstractButton>
+#include <QCloseEvent>
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
+
+#include <memory>
 
 namespace {
 
@@ -35,13 +39,35 @@ void replaceLabel(QMessageBox &box)
     label->hide();
 }
 
+/// Neither Escape nor the window's close button answers it.
+class PlainQuestion : public QMessageBox
+{
+public:
+    explicit PlainQuestion(QWidget *parent)
+        : QMessageBox(parent)
+    {
+        setWindowFlag(Qt::WindowCloseButtonHint, false);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (!event->matches(QKeySequence::Cancel))
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent *event) override { event->ignore(); }
+};
+
 } // namespace
 
 namespace MsgBox {
 
 Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, const QString &title)
 {
-    QMessageBox box(parent);
+    const bool plain = buttons == Buttons::YesNo || buttons == Buttons::NoYes;
+    const std::unique_ptr<QMessageBox> shown(
+        plain ? new PlainQuestion(parent) : new QMessageBox(parent));
+    QMessageBox &box = *shown;
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title.isEmpty() ? QCoreApplication::applicationName() : title);
     box.setText(text);
@@ -51,8 +77,8 @@ Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, co
         box.setStandardButtons(QMessageBox::Ok);
         break;
     case Buttons::YesNo:
+    case Buttons::NoYes:
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        box.setEscapeButton(QMessageBox::No);
         break;
     case Buttons::YesNoCancel:
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
@@ -61,7 +87,8 @@ Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, co
     const auto buttonsShown = box.buttons();
     for (QAbstractButton *button : buttonsShown)
         button->setIcon({}); // the program's own dialogs have none either
-    box.setDefaultButton(buttons == Buttons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    if (buttons != Buttons::Ok)
+        box.setDefaultButton(buttons == Buttons::NoYes ? QMessageBox::No : QMessageBox::Yes);
     replaceLabel(box);
     switch (box.exec()) {
     case QMessageBox::Yes:
