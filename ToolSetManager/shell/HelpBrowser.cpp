@@ -187,8 +187,10 @@ void HelpBrowser::searchPage()
 void HelpBrowser::find(const QString &text)
 {
     // While the text grows or shrinks, each search starts where the first one did.
-    if (m_wanted.isEmpty())
+    if (m_wanted.isEmpty()) {
+        document()->size(); // what is not laid out yet would be hit at the top as well
         m_from = cursorForPosition({}).position();
+    }
     m_wanted = text;
     searchPage();
     for (int i = 0; i < matchCount() && m_match < 0; ++i) {
