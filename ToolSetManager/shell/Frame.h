@@ -42,6 +42,10 @@ public:
     virtual void showProgress(const QString &what, int percent) = 0;
     virtual void endProgress() = 0;
 
+    /// Says above the windows, until the user closes it, what does not stop the work. Each text is
+    /// shown once.
+    virtual void showNotice(const QString &text) = 0;
+
     // --- Windows ---
     /// The open document windows, oldest first.
     virtual QList<DocumentWindow *> openDocuments() const = 0;

@@ -14,6 +14,7 @@
 #include "shell/DocumentWindow.h"
 #include "shell/MWindowPosition.h"
 #include "shell/MdiArea.h"
+#include "shell/NoticeBar.h"
 #include "shell/RecentFileMenu.h"
 #include "shell/RecoveryOffer.h"
 #include "shell/Settings.h"
@@ -29,6 +30,7 @@
 #include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QShortcut>
@@ -372,6 +374,20 @@ void MDI::showProgress(const QString &what, int percent)
 void MDI::endProgress()
 {
     status->endProgress();
+}
+
+void MDI::showNotice(const QString &text)
+{
+    if (m_notices.contains(text))
+        return;
+    m_notices.append(text);
+    auto *bar = new NoticeBar(text, QStringLiteral("dialog-warning"));
+    connect(bar->addButton(QStringLiteral("cmdClose"), QStringLiteral("Close"), {}),
+        &QPushButton::clicked, bar, [bar] {
+            bar->hide();
+            bar->deleteLater();
+        });
+    qobject_cast<QVBoxLayout *>(centralWidget()->layout())->insertWidget(0, bar);
 }
 
 // --- Document windows ---
