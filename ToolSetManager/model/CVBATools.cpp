@@ -151,6 +151,22 @@ void CVBATools::RemoveAllItems()
     m_freeNames.clear();
 }
 
+bool CVBATools::CanRename(const ToolPtr &tool, const QString &newName)
+{
+    // The name that it has is free then.
+    const auto taken = [&](const QString &key) {
+        return m_tools.contains(key) && m_tools.Item(key) != tool;
+    };
+    if (!newName.isEmpty() && !m_allowDupes)
+        return !taken(newName);
+    try {
+        m_freeNames.nameFor(newName, taken);
+        return true;
+    } catch (const VbError &) {
+        return false;
+    }
+}
+
 void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
 {
     // The argument may be the collection's own reference.

@@ -54,6 +54,8 @@ public:
     void Remove(const QString &key);
     void Remove(const QStringList &keys); ///< The same for many, in one go.
     void RemoveAllItems();
+    /// Whether Rename would find a name for the tool: with AllowDupes false the new one itself.
+    bool CanRename(const ToolPtr &tool, const QString &newName);
     /// Takes the tool out under its current name, names it anew and adds it again, at the end.
     /// The result of adding is not looked at: with AllowDupes false and a taken name the tool
     /// drops out of the set.

@@ -25,6 +25,11 @@ EditCommands::EditCommands(DocumentWindow &document, QWidget *form, Frame &frame
     , m_list(list)
     , m_model(model)
 {
+    connect(&m_model, &ToolListModel::noFreeName, this, [this](const QString &name) {
+        m_frame.showNotice(QStringLiteral("There are too many tools called \"%1\": no number is "
+                                          "free for one more.")
+                               .arg(name));
+    });
 }
 
 void EditCommands::newTool()
@@ -150,8 +155,13 @@ void EditCommands::paste(int effect)
         m_list.setDropHighlight(-1);
         const QList<int> pasted = PasteTools();
         m_list.selectRows(pasted);
+        // Tools for which no name was free would be nowhere.
+        const bool all = pasted.size() == m_state.ToolClipboard->Count();
         if (m_state.ClipboardMode == mTSM::CutPending) {
-            CompleteCut();
+            if (all)
+                CompleteCut();
+            else
+                ClearDragTools();
             m_state.ClipboardMode = mTSM::NothingPending;
         }
     } else if (effect != MoveEffect) {

@@ -156,6 +156,10 @@ void ToolListModel::rearrange(Change change)
 QString ToolListModel::renameTool(int row, const QString &newName)
 {
     const ToolPtr tool = toolAt(row);
+    if (!m_tools->CanRename(tool, newName)) {
+        Q_EMIT noFreeName(newName);
+        return tool->Description;
+    }
     m_tools->Rename(tool, newName);
     dataChangedInRow(row);
     return tool->Description;
@@ -174,6 +178,8 @@ QList<int> ToolListModel::appendTools(const QList<ToolPtr> &tools)
     for (const ToolPtr &tool : tools) {
         if (m_tools->Add(tool))
             added.push_back({tool, ++position, false});
+        else
+            Q_EMIT noFreeName(tool->Description);
     }
     QList<int> rows;
     if (added.empty())

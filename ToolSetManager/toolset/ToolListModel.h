@@ -45,7 +45,7 @@ public:
 
     // --- Edits ---
     /// Renames the tool in that row; the set may make the name unique. Returns the name it has
-    /// then. The row keeps its place.
+    /// then: the former one when no name is free. The row keeps its place.
     QString renameTool(int row, const QString &newName);
     /// The tool in that row was changed in another way than by its name.
     void toolChanged(int row);
@@ -69,6 +69,11 @@ public:
 
     void RefreshIcons(); ///< Redraws the pictures of all rows.
 
+Q_SIGNALS:
+    /// A tool was not renamed or not added, because neither \a name is free nor any number for it.
+    void noFreeName(const QString &name);
+
+public:
     // --- QAbstractItemModel ---
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

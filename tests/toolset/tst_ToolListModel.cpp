@@ -5,6 +5,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QPersistentModelIndex>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 /// The list of a set of tools named by single letters, in whatever order it is looked at.
@@ -70,6 +71,27 @@ private Q_SLOTS:
         QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B B(1) c e"_qs);
         QCOMPARE(m_set->Item(5)->Description, u"B(1)"_qs);
         QCOMPARE(m_model->renameTool(0, QString()), u"Tool(1)"_qs);
+    }
+
+    /// Set and list stay in step when a name and all its numbers are taken.
+    void noFreeName()
+    {
+        const auto made = [](const QString &name) {
+            auto tool = std::make_shared<CVBATool>();
+            tool->Description = name;
+            return tool;
+        };
+        for (int i = 1; i <= 32767; ++i)
+            m_set->Add(made(u"B"_qs));
+        m_set->Add(made(u"y"_qs));
+        m_model->setTools(m_set.get());
+        QSignalSpy refused(m_model.get(), &ToolListModel::noFreeName);
+        QCOMPARE(m_model->renameTool(m_model->rowCount() - 1, u"b"_qs), u"y"_qs);
+        QVERIFY(m_model->appendTools({made(u"B"_qs)}).isEmpty());
+        QCOMPARE(refused.size(), 2);
+        QCOMPARE(m_model->keysInPositionOrder().last(), u"y"_qs);
+        QCOMPARE(m_model->rowCount(), m_set->Count());
+        QCOMPARE(m_model->renameTool(6, u"B"_qs), u"B(2)"_qs); // its own number is free
     }
 
     void moving()
