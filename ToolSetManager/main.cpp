@@ -1,4 +1,5 @@
 #include "model/ToolSetStorage.h"
+#include "platform/desktop/ProgramEnd.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/mFileUtil.h"
@@ -71,6 +72,7 @@ int main(int argc, char *argv[])
     ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
         QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    const ProgramEnd end([&storage] { storage.snapshots.writeAll(); });
     Printers printers;
     mTSM state;
     const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {

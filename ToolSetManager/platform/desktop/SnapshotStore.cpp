@@ -97,3 +97,14 @@ QStringList SnapshotStore::abandoned()
         paths.append(file.filePath());
     return paths;
 }
+
+void SnapshotStore::enroll(const void *owner, std::function<void()> write)
+{
+    m_writers[owner] = std::move(write);
+}
+
+void SnapshotStore::writeAll()
+{
+    for (const auto &[owner, write] : m_writers)
+        write();
+}

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -21,6 +23,8 @@ public:
     SnapshotStore(const SnapshotStore &) = delete;
     SnapshotStore &operator=(const SnapshotStore &) = delete;
 
+    QString folder() const { return m_folder; }
+
     /// A path in this program's folder that was not given out before; empty when the folder cannot
     /// be made.
     QString newPath();
@@ -29,6 +33,12 @@ public:
     /// then on, so no other one is offered the same; what is not removed is found again by the
     /// next.
     QStringList abandoned();
+
+    /// Work that may be in no snapshot yet: \a write puts it into one at once. To be withdrawn by
+    /// its owner.
+    void enroll(const void *owner, std::function<void()> write);
+    void withdraw(const void *owner) { m_writers.erase(owner); }
+    void writeAll(); ///< Runs all of them: the program is about to end.
 
 private:
     struct Session
@@ -41,5 +51,6 @@ private:
     QString m_folder;
     Session m_own;
     std::vector<Session> m_abandoned;
+    std::map<const void *, std::function<void()>> m_writers;
     int m_given = 0;
 };
