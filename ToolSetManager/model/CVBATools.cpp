@@ -4,7 +4,7 @@
 #include "model/BmtWriter.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/FileNames.h"
-#include "platform/desktop/SafeFiles.h"
+#include "platform/desktop/SafeWriter.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureBox.h"
 
@@ -12,7 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <QStorageInfo>
 
 #include <limits>
 #include <new>
@@ -181,6 +180,7 @@ bool CVBATools::Load(const QString &FileName)
     ErrorDescription.clear();
     // Given back when memory runs out, so that there is some for the message.
     QByteArray reserve(memoryReserve, Qt::Uninitialized);
+    const FileStamp stamp = FileStamp::of(FileName); // before the reading: a later change is one
     try {
         readTools(FileName);
     } catch (const VbError &error) {
@@ -193,6 +193,7 @@ bool CVBATools::Load(const QString &FileName)
         return false;
     }
     ToolSetName = FileName;
+    m_stamp = stamp;
     return true;
 }
 
@@ -283,6 +284,8 @@ QString CVBATools::LoadDescription(const QString &FileName)
 bool CVBATools::Save(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic)
 {
     ErrorDescription.clear();
+    BackupPath.clear();
+    ChangedByOthers = false;
     try {
         write(FileName, ToolNames, ctlPic);
     } catch (const VbError &error) {
@@ -306,48 +309,29 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
     if (info.exists() && !info.isFile())
         throw fileError(QStringLiteral("\"%1\" is not an ordinary file.").arg(shown(FileName)));
 
-    const bool existed = info.exists();
-    // Opened without touching the content, so that a file that may not be written is neither
-    // backed up nor spoilt.
-    QFile file(FileName);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
-        throw fileError(QStringLiteral("\"%1\" cannot be written: %2.")
-                            .arg(shown(FileName), file.errorString()));
-    }
-    const qint64 formerSize = file.size();
-    const QStorageInfo disk(info.absolutePath());
-    if (disk.isValid() && disk.bytesTotal() > 0 && disk.bytesAvailable() + formerSize < size) {
-        if (!existed)
-            file.remove();
-        // The name last: it may hold what looks like a place for one of the numbers.
-        throw fileError(QStringLiteral("There is no room for \"%3\": %L1 bytes are needed and %L2 "
-                                       "are free. The file is as it was.")
-                            .arg(size)
-                            .arg(disk.bytesAvailable() + formerSize)
-                            .arg(shown(FileName)));
-    }
-    // Backed up before the content goes. A backup that fails never stops the save.
-    const QString backup = m_storage.backups.backup(FileName);
-    try {
-        if (!file.resize(0)) {
-            throw fileError(QStringLiteral("\"%1\" cannot be written: %2.")
-                                .arg(shown(FileName), file.errorString()));
-        }
-        BmtWriter writer(file);
+    SafeWriter writer(FileName, m_storage.backups);
+    writer.KeptElsewhere = KeptElsewhere;
+    writer.Waiting = [this] {
+        if (Progress)
+            Progress(0, 1);
+    };
+    bool written = false;
+    const auto noteFound = qScopeGuard([&] {
+        BackupPath = writer.backup();
+        const FileStamp &found = writer.found();
+        ChangedByOthers = found.size >= 0
+            && (writer.hasWaited() || (FileName == ToolSetName && found != m_stamp));
+        if (written || (FileName == ToolSetName && writer.left().size >= 0))
+            m_stamp = writer.left(); // what a failure has left is this program's own doing
+    });
+    writer.write(size, [&](QIODevice &device) {
+        BmtWriter bytes(device);
         // Also when a name is missing: what stands before it is in the file then.
-        const auto flushed = qScopeGuard([&writer] { writer.flush(); });
-        writeTools(writer, ToolNames, ctlPic, false);
-        if (!writer.flush())
-            throw fileError(QStringLiteral("\"%1\" could not be written completely: %2.")
-                                .arg(shown(FileName), file.errorString()));
-        SafeFiles::flushToDisk(file);
-    } catch (const VbError &error) {
-        if (backup.isEmpty())
-            throw;
-        throw VbError(error.number(), error.source(),
-            QStringLiteral("%1 The former content of the file is kept in \"%2\".")
-                .arg(error.description(), backup));
-    }
+        const auto flushed = qScopeGuard([&bytes] { bytes.flush(); });
+        writeTools(bytes, ToolNames, ctlPic);
+        return bytes.flush();
+    });
+    written = true;
 }
 
 qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const
@@ -402,13 +386,10 @@ qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic
 }
 
 void CVBATools::writeTools(
-    BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic, bool lossy) const
+    BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic) const
 {
-    const auto encode = [&](const QString &text) {
-        const CodePage &codePage = m_storage.codePage;
-        if (lossy)
-            return codePage.encodeLossy(text).left(BmtFormat::longestString);
-        return codePage.encode(text).value_or(QByteArray());
+    const auto encode = [this](const QString &text) {
+        return m_storage.codePage.encode(text).value_or(QByteArray());
     };
     writer.writeHeader(
         m_header.FLAGS, encode(m_header.LongDescription), encode(m_header.Description));
@@ -416,8 +397,6 @@ void CVBATools::writeTools(
     for (const QString &name : ToolNames) {
         if (Progress)
             Progress(done++, ToolNames.size());
-        if (lossy && !m_tools.contains(name))
-            continue;
         const CVBATool &tool = *m_tools.Item(name);
         const QByteArray texts[] = {encode(tool.Description), encode(tool.FileName),
             encode(tool.Hotkey), encode(tool.AppName16), encode(tool.CommandLine),
@@ -444,24 +423,4 @@ void CVBATools::writeTools(
         if (!writer.ok())
             return;
     }
-}
-
-QString CVBATools::SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic) const
-{
-    QString name = QFileInfo(ToolSetName).fileName();
-    if (name.isEmpty())
-        name = QStringLiteral("Untitled.bmt");
-    QString path = m_storage.recovery.newPathFor(name);
-    QFile file(path);
-    if (path.isEmpty()
-        || !file.open(QIODevice::WriteOnly | QIODevice::Unbuffered, SafeFiles::filePermissions)) {
-        return {};
-    }
-    BmtWriter writer(file);
-    writeTools(writer, ToolNames, ctlPic, true);
-    if (!writer.flush()) {
-        file.remove();
-        return {};
-    }
-    return path;
 }

@@ -4,6 +4,7 @@
 #include "model/CVBATool.h"
 #include "model/FreeNames.h"
 #include "platform/KeyedCollection.h"
+#include "platform/desktop/DiskFile.h"
 
 #include <QStringList>
 
@@ -80,22 +81,24 @@ public:
     QString LoadDescription(const QString &FileName);
     /// Writes the tools named by \a ToolNames, in that order; \a ctlPic renders their pictures.
     /// What cannot be stored (a character outside the code page, a string longer than its count
-    /// can tell, more than the disk has room for) is refused before an existing file is touched;
-    /// after that the former content is backed up, and a failure leaves the file as far as it was
-    /// written. False sets `ErrorDescription`, which says where the former content is.
+    /// can express, more than the disk has room for) is refused before an existing file is touched.
+    /// Then the former content is backed up and the file written in place; a failure leaves it as
+    /// far as it was written. Where there is no second copy, SafeWriter says what happens instead.
+    /// False sets `ErrorDescription`, which says where the former content is.
     bool Save(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
-    /// Writes the set as it stands, whatever it holds, to a new file in the recovery folder:
-    /// unknown names are left out, characters outside the code page become "?", strings are cut
-    /// to fit. Returns the path; empty when that failed too.
-    QString SaveRecovery(const QStringList &ToolNames, PictureBox &ctlPic) const;
+    /// Whether the set as it stands is on the disk elsewhere. Asked during Save when the file's
+    /// former content could not be backed up.
+    std::function<bool()> KeptElsewhere;
+    /// The last Save wrote over another content than this set was loaded from or saved as.
+    bool ChangedByOthers = false;
+    QString BackupPath; ///< What the last Save wrote over; empty for none.
 
 private:
     /// As Save(), but throws VbError.
     void write(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
     /// Throws VbError when a text cannot be stored; else the size of the file in bytes.
     qint64 checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const;
-    void writeTools(
-        BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic, bool lossy) const;
+    void writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic) const;
     /// As Load(), but throws VbError or std::bad_alloc.
     void readTools(const QString &FileName);
     void addRecord(const BmtFormat::Record &record, qint64 &pictureMemory);
@@ -106,4 +109,5 @@ private:
     BmtFormat::Header m_header;
     FileEnd m_fileEnd = FileEnd::Complete;
     bool m_allowDupes = false;
+    FileStamp m_stamp; ///< Of the file `ToolSetName`, when it was last loaded or saved.
 };

@@ -6,7 +6,6 @@
 #include <QElapsedTimer>
 
 #include <cstring>
-#include <filesystem>
 #include <new>
 
 namespace {
@@ -210,6 +209,7 @@ SnapshotWriter::SnapshotWriter(ToolSetSnapshot snapshot, const QString &path)
 {
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
             SafeFiles::filePermissions)) {
+        m_error = m_file.errorString();
         m_state = State::Failed;
     }
 }
@@ -252,18 +252,17 @@ void SnapshotWriter::writePiece()
     if (last)
         stream << endMark;
     if (m_file.write(piece) != piece.size()) {
+        m_error = m_file.errorString();
         fail();
         return;
     }
     if (!last)
         return;
     m_file.close();
-    // Not QFile::rename, which refuses to replace a file.
-    std::error_code error;
-    std::filesystem::rename(std::filesystem::path(m_file.fileName().toStdU16String()),
-        std::filesystem::path(m_path.toStdU16String()), error);
-    if (error)
-        fail();
-    else
+    if (SafeFiles::rename(m_file.fileName(), m_path)) {
         m_state = State::Done;
+    } else {
+        m_error = qt_error_string();
+        fail();
+    }
 }

@@ -29,7 +29,8 @@ struct ToolSetSnapshot
 
 /// Writes a snapshot to a file beside \a path, piece by piece, and puts that in its place when it
 /// is complete. So there is a whole one at every moment, the former or the new one. The file is
-/// the user's alone. Not flushed to the disk: it outlives the program, not the machine.
+/// the user's alone. It is not flushed to the disk: it outlives the program, not the machine, until
+/// SafeFiles has flushed it.
 class SnapshotWriter
 {
 public:
@@ -39,8 +40,11 @@ public:
     /// One that is not complete is removed.
     ~SnapshotWriter();
 
+    State state() const { return m_state; }
     /// Writes for about that long.
     State writeFor(std::chrono::milliseconds time);
+    /// Why it failed.
+    QString errorString() const { return m_error; }
     /// Writes all that is left.
     State finish() { return writeFor(std::chrono::milliseconds::max()); }
 
@@ -53,4 +57,5 @@ private:
     QFile m_file;
     size_t m_next = 0; ///< The tool to be written next.
     State m_state = State::Writing;
+    QString m_error;
 };

@@ -1,9 +1,13 @@
 #include "toolset/SnapshotKeeper.h"
 
 #include "model/ToolSetStorage.h"
+#include "platform/desktop/ProgramEnd.h"
+#include "platform/desktop/SafeFiles.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSignalBlocker>
 #include <QTimer>
 
 namespace {
@@ -13,6 +17,8 @@ constexpr std::chrono::milliseconds pieceTime {4};
 
 /// Who changes a huge set without a pause gets four fifths of the time.
 constexpr int restPerCost = 4;
+
+constexpr std::chrono::minutes longestDelay {5};
 
 } // namespace
 
@@ -28,28 +34,46 @@ SnapshotKeeper::SnapshotKeeper(ToolSetStorage &storage, Take take, QObject *pare
     connect(m_delay, &QTimer::timeout, this, &SnapshotKeeper::start);
     m_pieces->setInterval(0);
     connect(m_pieces, &QTimer::timeout, this, &SnapshotKeeper::writeOn);
+    m_storage.snapshots.enroll(this, [this] {
+        const QSignalBlocker noWindows(this); // the display may be gone
+        if (m_written != m_changes)
+            writeNow();
+    });
+}
+
+SnapshotKeeper::~SnapshotKeeper()
+{
+    m_storage.snapshots.withdraw(this);
 }
 
 void SnapshotKeeper::changed()
 {
+    ++m_changes;
     // Not started anew by each change: who works without a pause is covered as well.
-    if (!m_delay->isActive())
-        m_delay->start(std::max(m_storage.snapshotDelay, restPerCost * m_cost));
+    const auto delay = std::max(m_storage.snapshotDelay, restPerCost * m_cost);
+    if (!m_delay->isActive() || m_delay->remainingTime() > delay.count()) {
+        m_delay->start(delay);
+        ProgramEnd::renew();
+    }
 }
 
 void SnapshotKeeper::start()
 {
     if (m_writer) { // a large set on a slow disk: the next one when this one is complete
-        changed();
+        m_delay->start(std::max(m_storage.snapshotDelay, restPerCost * m_cost));
         return;
     }
     // The folder may have been removed under the running program.
     if (m_path.isEmpty() || !QFileInfo(QFileInfo(m_path).path()).isDir())
         m_path = m_storage.snapshots.newPath();
-    if (m_path.isEmpty())
+    if (m_path.isEmpty()) {
+        fail(QStringLiteral("\"%1\" cannot be written")
+                 .arg(QDir::toNativeSeparators(m_storage.snapshots.folder())));
         return;
+    }
     QElapsedTimer timer;
     timer.start();
+    m_taken = m_changes;
     m_writer = std::make_unique<SnapshotWriter>(m_take(), m_path);
     m_cost = std::chrono::milliseconds(timer.elapsed());
     m_pieces->start();
@@ -65,20 +89,44 @@ void SnapshotKeeper::writeOn()
         endWriting();
 }
 
-void SnapshotKeeper::endWriting()
+bool SnapshotKeeper::endWriting()
 {
     m_pieces->stop();
-    m_writer.reset();
+    const auto writer = std::move(m_writer);
+    if (!writer || writer->state() == SnapshotWriter::State::Writing)
+        return false;
+    if (writer->state() == SnapshotWriter::State::Failed) {
+        fail(writer->errorString());
+        return false;
+    }
+    m_written = m_taken;
+    m_failures = 0;
+    return true;
 }
 
-void SnapshotKeeper::writeNow()
+void SnapshotKeeper::fail(const QString &reason)
+{
+    constexpr int doublings = 10; // no matter when the longest delay is reached
+    m_delay->start(std::min<std::chrono::milliseconds>(
+        m_storage.snapshotDelay * (1 << std::min(m_failures, doublings)), longestDelay));
+    ++m_failures;
+    Q_EMIT failed(reason);
+}
+
+bool SnapshotKeeper::writeNow()
 {
     endWriting();
     m_delay->stop();
     start();
     if (m_writer)
         m_writer->finish();
-    endWriting();
+    return endWriting();
+}
+
+bool SnapshotKeeper::flush()
+{
+    return m_written == m_changes && QFileInfo::exists(m_path) && SafeFiles::flushToDisk(m_path)
+        && SafeFiles::flushFolders(m_path, 3);
 }
 
 void SnapshotKeeper::adopt(const QString &path)
@@ -88,10 +136,22 @@ void SnapshotKeeper::adopt(const QString &path)
     m_path = !own.isEmpty() && QFile::rename(path, own) ? own : path;
 }
 
+bool SnapshotKeeper::leave()
+{
+    const bool written = writeNow();
+    m_delay->stop();
+    const bool flushed = written && flush();
+    m_path.clear();
+    m_written = m_changes;
+    return flushed;
+}
+
 void SnapshotKeeper::discard()
 {
     endWriting();
     m_delay->stop();
     if (!m_path.isEmpty())
         QFile::remove(m_path);
+    m_written = m_changes;
+    m_failures = 0;
 }

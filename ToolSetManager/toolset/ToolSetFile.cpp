@@ -66,6 +66,7 @@ ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, 
     , m_snapshots(new SnapshotKeeper(
           storage, [this] { return snapshot(); }, this))
 {
+    connect(m_snapshots, &SnapshotKeeper::failed, this, &ToolSetFile::snapshotFailed);
     m_tools->setFLAGS(m_tools->FLAGS() | 1);
     m_tools->setAllowDupes(true);
     m_model.setTools(m_tools.get());
@@ -89,6 +90,7 @@ void ToolSetFile::changed()
 void ToolSetFile::renamedInPlace()
 {
     m_unsaved = true;
+    m_givenUp = false;
     m_snapshots->changed();
 }
 
@@ -102,7 +104,33 @@ void ToolSetFile::draftChanged()
 
 void ToolSetFile::closed()
 {
-    m_snapshots->discard();
+    // Kept: nobody is asked after a failed save, nor about renames in place. Then, and when the
+    // save that the user wanted came to nothing, the next start offers the set.
+    if (m_unsaved && !m_givenUp)
+        m_snapshots->leave();
+    else
+        m_snapshots->discard();
+}
+
+void ToolSetFile::snapshotFailed(const QString &reason)
+{
+    m_frame.showNotice(
+        QStringLiteral("Save often: unsaved changes cannot be kept in case the program is "
+                       "interrupted (%1).")
+            .arg(reason));
+}
+
+QString ToolSetFile::noticeOfOthers() const
+{
+    QString text;
+    if (m_tools->ChangedByOthers) {
+        text = QStringLiteral("The file had been changed by somebody else; ");
+        if (m_tools->BackupPath.isEmpty())
+            text += QStringLiteral("no copy of that content could be made.");
+        else
+            text += QStringLiteral("that content is in \"%1\".").arg(m_tools->BackupPath);
+    }
+    return text;
 }
 
 void ToolSetFile::show(std::unique_ptr<CVBATools> tools)
@@ -188,7 +216,6 @@ void ToolSetFile::saveAs()
 
 bool ToolSetFile::saveSet()
 {
-    m_keptForRecovery = false;
     m_list.finishLabelEdit(); // what the user sees is what is saved
     if (m_model.rowCount() == 0) {
         MsgBox::show(m_form,
@@ -205,33 +232,32 @@ bool ToolSetFile::saveSet()
         // The file is written in place. Should the program end in the midst of that, the set is
         // offered at the next start, whether or not it had changed.
         m_snapshots->writeNow();
+        m_tools->KeptElsewhere = [this] { return m_snapshots->flush(); };
         ok = m_tools->Save(m_fileName, m_model.keysInPositionOrder(), picUtil);
         m_tools->Progress = nullptr;
     }
-    // Kept: the flag is cleared after a failed write too, so closing will not ask again. Therefore
-    // the set as it stands is put where it can be found.
+    // Kept: the flag is cleared after a failed write too, so closing will not ask again.
     m_dirty = false;
+    setNotice(noticeOfOthers());
     if (ok) {
         m_unsaved = false;
         m_snapshots->discard();
         m_origin = {};
         m_fileName = m_tools->ToolSetName;
-        setNotice({});
         m_document.setCaption(m_fileName); // a Save As before may have failed
         return true;
     }
-    QString text = QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription;
-    const QString kept = keepForRecovery();
-    if (!kept.isEmpty())
-        text += QStringLiteral("\n\nThe tool set as it stands is kept in \"%1\".").arg(kept);
-    MsgBox::show(m_form, text, MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
+    m_unsaved = true;
+    m_givenUp = false;
+    MsgBox::show(m_form,
+        QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription
+            + (m_snapshots->flush()
+                    ? QStringLiteral("\n\nThe tool set as it stands is kept. If it is not saved "
+                                     "until then, the next start of the program offers it.")
+                    : QStringLiteral("\n\nThe tool set as it stands could not be kept elsewhere: "
+                                     "it is in this window only.")),
+        MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
     return false;
-}
-
-QString ToolSetFile::keepForRecovery()
-{
-    m_keptForRecovery = true;
-    return m_tools->SaveRecovery(m_model.keysInPositionOrder(), picUtil);
 }
 
 bool ToolSetFile::saveSetAs()
@@ -276,11 +302,10 @@ bool ToolSetFile::CleanIfDirty()
     const auto answer =
         MsgBox::show(m_form, QStringLiteral("Save changes to ") + m_document.Caption(),
             MsgBox::Buttons::YesNoCancel, MsgBox::Icon::Question);
-    if (answer == MsgBox::Answer::Yes) {
-        // Kept: the close goes on although the save failed or was given up in the dialog.
-        if (!saveSet() && !m_keptForRecovery && m_model.rowCount() > 0)
-            keepForRecovery();
-    }
+    // Kept: after Yes the close goes on although the save failed or was given up in the dialog.
+    if (answer == MsgBox::Answer::Yes)
+        saveSet();
+    m_givenUp = answer == MsgBox::Answer::No;
     return answer == MsgBox::Answer::Cancel;
 }
 
@@ -325,8 +350,11 @@ bool ToolSetFile::recover(const QString &snapshotPath)
     for (const CVBATool &tool : kept->tools) {
         const auto copy = std::make_shared<CVBATool>(tool);
         tools->setAllowDupes(false); // the names come back as they were
-        if (!tools->Add(copy)) {
-            tools->setAllowDupes(true);
+        if (tools->Add(copy))
+            continue;
+        tools->setAllowDupes(true);
+        if (!tools->Add(copy)) { // a name that was typed and not applied: there is no room for it
+            copy->Description.clear();
             tools->Add(copy);
         }
     }

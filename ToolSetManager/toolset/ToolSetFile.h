@@ -47,7 +47,9 @@ public:
     // --- What happens to the set ---
     void changed(); ///< Makes it dirty.
     void renamedInPlace(); ///< Does not, but is kept as well.
-    void closed(); ///< The window closes for good: what is unsaved is let go.
+    /// The window closes for good. What is unsaved is left for the next start, unless the user has
+    /// given it up.
+    void closed();
 
     // --- Commands ---
     /// Each adds the file to the recent ones when it succeeded.
@@ -77,8 +79,10 @@ private:
     void show(std::unique_ptr<CVBATools> tools);
     void draftChanged();
     void setNotice(const QString &text);
-    /// Keeps the set as it stands in the recovery folder; the path, empty when that failed.
-    QString keepForRecovery();
+    /// Says once that work that is not saved is not safe.
+    void snapshotFailed(const QString &reason);
+    /// What the status bar says when the save has written over somebody else's content.
+    QString noticeOfOthers() const;
     ToolSetSnapshot snapshot() const;
     /// Help texts of old files come out in the form that the rich-text box gives them.
     static void rewriteHelpTexts(CVBATools &tools);
@@ -101,5 +105,5 @@ private:
     Origin m_origin; ///< Empty unless recovered, and again after a save.
     bool m_dirty = false;
     bool m_unsaved = false; ///< As m_dirty, but also by renames, and until a save has succeeded.
-    bool m_keptForRecovery = false; ///< The last failed save has left a copy.
+    bool m_givenUp = false; ///< The user has answered No, and nothing has changed since.
 };

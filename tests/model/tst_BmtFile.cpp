@@ -2,6 +2,7 @@
 #include "model/ToolSetStorage.h"
 #include "platform/picture/PictureBox.h"
 #include "support/Bytes.h"
+#include "support/FaultyDisk.h"
 #include "support/Files.h"
 #include "support/Rows.h"
 #include "support/SetDump.h"
@@ -11,8 +12,12 @@
 #include <QRandomGenerator>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 // The bytes of files are put together here by hand, from the format's description and without the
 // program's own writer, so that reader and writer cannot agree on the same mistake.
@@ -634,6 +639,84 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path()), written);
     }
 
+    void killedWhileSaving_data() { ways(); }
+
+    /// Ended at each step of a save, the former or the new content is there.
+    void killedWhileSaving()
+    {
+        for (int step = 1;; ++step) {
+            init();
+            const auto set = changedSet();
+            const pid_t child = ::fork();
+            if (child == 0) {
+                const FaultyDisk disk(step, FaultyDisk::killed);
+                save(*set);
+                ::_exit(0);
+            }
+            int status = 0;
+            QCOMPARE(::waitpid(child, &status, 0), child);
+            const bool done = WIFEXITED(status);
+            QVERIFY2(done ? contentOf(path()) == m_new : aWholeCopyExists(),
+                qPrintable(QString::number(step)));
+            if (done) {
+                QVERIFY(step > 3);
+                return;
+            }
+        }
+    }
+
+    void failingDisk_data() { ways(); }
+
+    /// Where any step fails, a copy is whole, and what is not certainly on the disk is no success.
+    void failingDisk()
+    {
+        for (const int error : {EIO, ENOSPC, EDQUOT, EINTR}) {
+            for (int step = 1;; ++step) {
+                init();
+                const auto set = changedSet();
+                bool saved = false;
+                {
+                    const FaultyDisk disk(step, error);
+                    saved = save(*set);
+                }
+                const QByteArray hit = FaultyDisk::hit();
+                QVERIFY2(saved ? contentOf(path()) == m_new : aWholeCopyExists(), hit.constData());
+                QCOMPARE(saved, set->ErrorDescription.isEmpty());
+                QVERIFY2(!hit.contains("write") || !hit.contains(".unfinished-")
+                        || contentOf(path()) == m_former,
+                    hit.constData()); // refused
+                QVERIFY2(!saved || !hit.endsWith(QFile::encodeName(path())), hit.constData());
+                if (hit.isEmpty())
+                    break;
+            }
+        }
+    }
+
+    /// Another program writes the file, and is waited for.
+    void savedByTwo()
+    {
+        const QByteArray former = header() + Fields().bytes();
+        const auto set = load(former);
+        const QByteArray other = former + Fields {.name = "Other"}.bytes();
+        int writing = ::open(QFile::encodeName(path()).constData(), O_RDWR | O_CLOEXEC);
+        QCOMPARE(::flock(writing, LOCK_EX), 0);
+        set->Progress = [&](qint64, qint64) {
+            if (writing >= 0) {
+                QVERIFY(put(path(), other));
+                ::close(std::exchange(writing, -1));
+            }
+        };
+        QVERIFY(save(*set));
+        QCOMPARE(writing, -1);
+        QVERIFY(set->ChangedByOthers);
+        QCOMPARE(contentOf(backups().value(0)), other);
+        QVERIFY(save(*set));
+        QVERIFY(!set->ChangedByOthers);
+        QVERIFY(put(path(), other));
+        QVERIFY(save(*set));
+        QVERIFY(set->ChangedByOthers);
+    }
+
     void failingWrites()
     {
         const QByteArray file = header(2, 140, 0, QByteArray(1000, 'l'))
@@ -671,33 +754,51 @@ private Q_SLOTS:
         }
     }
 
-    void recovery()
-    {
-        const QByteArray grey = pictureField(renderedNothing());
-        const auto set = load(header() + Fields {.name = "b", .picture = grey}.bytes());
-        set->Item(1)->CommandLine = u"жé\U0001F600"_qs;
-        set->Item(1)->HelpString = QString(70000, u'x');
-        const Fields kept {
-            .name = "b", .commandLine = "?\xE9?", .help = QByteArray(65535, 'x'), .picture = grey};
-        const QString saved = set->SaveRecovery({u"missing"_qs, u"b"_qs}, m_box);
-        QVERIFY(saved.startsWith(path(u"data/recovery/"_qs)));
-        QVERIFY(saved.endsWith(u"set.bmt"));
-        QVERIFY(contentOf(saved) == header() + kept.bytes());
-        QCOMPARE(set->ToolSetName, path());
-        QCOMPARE(QFile::permissions(saved) & (QFile::ReadGroup | QFile::ReadOther),
-            QFile::Permissions());
-        QVERIFY(set->SaveRecovery({}, m_box) != saved);
-
-        const FileSizeLimit limit(5000);
-        QCOMPARE(set->SaveRecovery({u"b"_qs}, m_box), QString());
-        QCOMPARE(QDir(path(u"data/recovery"_qs)).entryList(QDir::Files).size(), 2);
-    }
-
 private:
-    QString path(const QString &name = u"set.bmt"_qs) const
+    /// The ways to write over a file: with a copy of its former content, with the new content kept
+    /// elsewhere, and with neither, over the file and into it.
+    static void ways()
     {
-        return m_folder->filePath(name);
+        // backup, kept elsewhere, a second name
+        rows<bool, bool, bool>({
+            {"with a backup", true, false, false},
+            {"with a snapshot", false, true, false},
+            {"moved over the file", false, false, false},
+            {"copied into the file, which has a second name", false, false, true},
+        });
     }
+    /// A set loaded from the file, with something new, in the row's way of saving.
+    std::unique_ptr<CVBATools> changedSet()
+    {
+        const auto [backup, kept, linked] = row<bool, bool, bool>();
+        m_former = header(2, 140, 0, QByteArray(5000, 'f')) + Fields().bytes();
+        auto set = load(m_former);
+        set->setLongDescription(QString(9000, u'n'));
+        m_new = header(2, 140, 0, QByteArray(9000, 'n'))
+            + Fields {.picture = pictureField(renderedNothing())}.bytes();
+        if (!backup)
+            put(path(u"data"_qs), "no folder");
+        if (kept) {
+            put(path(u"kept"_qs), m_new);
+            set->KeptElsewhere = [] { return true; };
+        }
+        if (linked)
+            ::link(QFile::encodeName(path()).constData(),
+                QFile::encodeName(path(u"second"_qs)).constData());
+        return set;
+    }
+    bool aWholeCopyExists() const
+    {
+        QDirIterator files(
+            m_folder->path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QByteArray content = contentOf(files.next());
+            if (content == m_former || content == m_new)
+                return true;
+        }
+        return false;
+    }
+    QString path(const QString &name = u"set.bmt"_qs) const { return m_folder->filePath(name); }
     /// A set loaded from a file of these bytes.
     std::unique_ptr<CVBATools> load(const QByteArray &bytes)
     {
@@ -728,6 +829,8 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<ToolSetStorage> m_storage;
+    QByteArray m_former; ///< The file's content before a save, and what is to be saved.
+    QByteArray m_new;
     PictureBox m_box {Twips {275}, Twips {275}};
 };
 

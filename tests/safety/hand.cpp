@@ -25,6 +25,7 @@
 #include <QTest>
 #include <QtWidgets>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -35,6 +36,8 @@ void tell(const QByteArray &line)
     std::fputc('\n', stdout);
     std::fflush(stdout);
 }
+
+volatile std::sig_atomic_t displayGone = 0; // set by SIGUSR1
 
 class Hand : public QObject
 {
@@ -58,6 +61,9 @@ public:
         if (auto *frame = qobject_cast<MDI *>(watched); frame && !m_frame) {
             m_frame = frame;
             connect(frame, &MDI::firstPainted, m_tick, [this] { m_tick->start(3); });
+            // In the same turn as the change: the next one may be the program's last.
+            connect(frame->findChild<QTimer *>(u"tmrAction"_qs), &QTimer::timeout, this,
+                &Hand::tellStates);
         }
         if (auto *dialog = qobject_cast<QDialog *>(watched); dialog && dialog->isModal())
             QTimer::singleShot(0, dialog, [this, dialog] { answer(dialog); });
@@ -118,6 +124,7 @@ private:
                 edit();
             else
                 end();
+            tellStates();
         }
     }
 
@@ -132,7 +139,7 @@ private:
             tell("doc " + window->Caption().toUtf8() + '|' + digest(window));
             if (window->Caption() == u"Recovered - set.bmt"_qs)
                 file.window = window;
-            else if (window->Caption() == u"Recovered - Untitled 1"_qs)
+            else if (window->Caption().startsWith(u"Recovered - Untitled"_qs))
                 untitled.window = window;
             else
                 opened = window;
@@ -152,6 +159,10 @@ private:
     /// So that a state need not stand for seconds before it must be safe.
     void hurrySnapshots()
     {
+        if (displayGone) {
+            tellStates();
+            std::exit(1); // as the toolkit does from within its event loop
+        }
         if (!m_frame)
             return;
         for (QTimer *timer : m_frame->findChildren<QTimer *>(u"tmrSnapshot"_qs)) {
@@ -181,6 +192,8 @@ private:
         for (Document &document : m_documents) {
             if (!document.window)
                 continue;
+            connect(Program::listOf(document.window), &ListView::AfterLabelEdit, this,
+                &Hand::tellStates, Qt::UniqueConnection);
             const QByteArray now = digest(document.window);
             if (now == document.digest)
                 continue;
@@ -377,6 +390,7 @@ void watch()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     qApp->installEventFilter(new Hand(qApp));
+    std::signal(SIGUSR1, [](int) { displayGone = 1; });
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/desktop/SingleInstance.h"
+#include "shell/NoticeBar.h"
 #include "support/Answers.h"
 #include "support/Files.h"
 #include "support/Program.h"
@@ -82,18 +83,19 @@ private Q_SLOTS:
             QVERIFY2(answers.lastText().contains(u"There is no room for \"%1\""_qs.arg(file)),
                 qPrintable(answers.lastText()));
             QCOMPARE(Files::contentOf(file), former);
-            QCOMPARE(Sets::files(path(u"data/recovery"_qs), u"*.bmt"_qs).size(), 1);
             QCOMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(), 1);
             QVERIFY(filling.remove()); // there is room again
             program.run(u"save"_qs);
         } else {
-            // Neither copy nor snapshot is possible; neither keeps the file from being saved.
+            // Neither backup nor snapshot is possible; neither keeps the file from being saved.
             program.run(u"save"_qs);
             QVERIFY(Sets::files(path(u"data"_qs), u"*.bmt"_qs).isEmpty());
             QVERIFY(Sets::files(path(u"data"_qs), u"*snapshot*"_qs).isEmpty());
-            QVERIFY(filling.remove());
-            program.run(u"silentdelete"_qs); // nothing selected
+            QCOMPARE(program.frame.findChildren<NoticeBar *>().size(), 1);
             program.remove(form, 1);
+            auto *retry = form->findChild<QTimer *>(u"tmrSnapshot"_qs);
+            QTRY_VERIFY(retry->isActive() && retry->interval() > 40); // later each time
+            QVERIFY(filling.remove());
             QTRY_COMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(), 1);
         }
         QCOMPARE(Sets::names(file, program.storage), u"x z"_qs);
@@ -135,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(
             Sets::names(path(u"sets/a.bmt"_qs), program.storage), saved ? u"x z"_qs : u"x y z"_qs);
         QVERIFY(!QFile::exists(path(u"sets/new.bmt"_qs)));
-        QCOMPARE(Sets::files(path(u"data/recovery"_qs), u"*"_qs).size(), saved ? 0 : 1);
+        QCOMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(), saved ? 0 : 1);
     }
 
     /// The user asked to save, so nobody is asked; but nothing that was in the file is lost.
@@ -161,7 +163,9 @@ private Q_SLOTS:
             if (what == "folder")
                 answers.message(u"Error saving tool set: *"_qs, QMessageBox::Ok);
             program.run(u"save"_qs);
-            QCOMPARE(Sets::files(path(u"data/recovery"_qs), u"*.bmt"_qs).size(),
+            QCOMPARE(program.frame.panelText(Frame::noticePanel).contains(u"somebody else"),
+                what == "another" || what == "moved");
+            QCOMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(),
                 what == "folder" ? 1 : 0);
             QCOMPARE(Sets::names(file, program.storage),
                 what == "folder" ? u"(unreadable)"_qs : u"x z"_qs);
@@ -178,8 +182,7 @@ private Q_SLOTS:
         // Nothing may come from the caller's mask, nor from a folder that lay open before.
         const mode_t formerMask = umask(0);
         const auto mask = qScopeGuard([=] { umask(formerMask); });
-        for (const QString &open :
-            {u"data/backups"_qs, u"data/recovery"_qs, u"data/snapshots"_qs, u"cache"_qs})
+        for (const QString &open : {u"data/backups"_qs, u"data/snapshots"_qs, u"cache"_qs})
             QVERIFY(QDir().mkpath(path(open)));
         QVERIFY(Files::put(path(u"cache/XTemp.bmp"_qs), "open to all"));
         QVERIFY(QDir().mkpath(path(u"run"_qs)));
@@ -201,10 +204,10 @@ private Q_SLOTS:
         answers.message(u"Error saving tool set: *"_qs, QMessageBox::Ok);
         program.run(u"save"_qs);
 
-        for (const auto &[folder, pattern] : {std::pair(u"data/backups"_qs, u"*.bmt"_qs),
-                 {u"data/recovery"_qs, u"*.bmt"_qs}, {u"data/snapshots"_qs, u"*.snapshot"_qs},
-                 {u"data/snapshots"_qs, u"lock"_qs}, {u"cache"_qs, u"XTemp.bmp"_qs},
-                 {u"run"_qs, u"*.sock"_qs}, {u"run"_qs, u"*.lock"_qs}}) {
+        for (const auto &[folder, pattern] :
+            {std::pair(u"data/backups"_qs, u"*.bmt"_qs), {u"data/snapshots"_qs, u"*.snapshot"_qs},
+                {u"data/snapshots"_qs, u"lock"_qs}, {u"cache"_qs, u"XTemp.bmp"_qs},
+                {u"run"_qs, u"*.sock"_qs}, {u"run"_qs, u"*.lock"_qs}}) {
             QDirIterator walk(
                 path(folder), {pattern}, QDir::Files | QDir::System, QDirIterator::Subdirectories);
             QVERIFY2(walk.hasNext(), qPrintable(pattern));

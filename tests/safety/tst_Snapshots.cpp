@@ -130,22 +130,27 @@ private Q_SLOTS:
 
     void keptAndDropped_data()
     {
-        // change, what the snapshot has then; end, what the file has then
-        rows<QString, QString, QString, QString>({
-            {"deleted, saved", u"delete"_qs, u"x z"_qs, u"save"_qs, u"x z"_qs},
-            {"deleted, closed without saving", u"delete"_qs, u"x z"_qs, u"no"_qs, u"x y z"_qs},
-            {"deleted, closed with saving", u"delete"_qs, u"x z"_qs, u"yes"_qs, u"x z"_qs},
-            {"renamed in place, closed unasked", u"n"_qs, u"x n z"_qs, u"close"_qs, u"x y z"_qs},
-            {"renamed in place, saved", u"n"_qs, u"x n z"_qs, u"save"_qs, u"x n z"_qs},
-            {"typed into the properties, given up", u"draft"_qs, u"x Y! z"_qs, QString(),
-                u"x y z"_qs},
-            {"saving failed, closed unasked", u"ж"_qs, u"x ж z"_qs, u"close"_qs, u"x y z"_qs},
+        // change, what the snapshot has then; end, what the file has then, and the snapshot
+        rows<QString, QString, QString, QString, QString>({
+            {"deleted, saved", u"delete"_qs, u"x z"_qs, u"save"_qs, u"x z"_qs, u""_qs},
+            {"deleted, given up", u"delete"_qs, u"x z"_qs, u"no"_qs, u"x y z"_qs, u""_qs},
+            {"deleted, closed with saving", u"delete"_qs, u"x z"_qs, u"yes"_qs, u"x z"_qs, u""_qs},
+            {"all deleted, which is not saved", u"all"_qs, u""_qs, u"refused"_qs, u"x y z"_qs,
+                u"About a.bmt"_qs},
+            {"renamed in place, closed unasked", u"n"_qs, u"x n z"_qs, u"close"_qs, u"x y z"_qs,
+                u"x n z"_qs},
+            {"renamed in place, saved", u"n"_qs, u"x n z"_qs, u"save"_qs, u"x n z"_qs, u""_qs},
+            {"typed into the properties, given up", u"draft"_qs, u"x Y! z"_qs, u""_qs, u"x y z"_qs,
+                u""_qs},
+            {"saving failed, closed unasked", u"ж"_qs, u"x ж z"_qs, u"close"_qs, u"x y z"_qs,
+                u"x ж z"_qs},
         });
     }
 
     void keptAndDropped()
     {
-        const auto [change, kept, end, expectedFile] = row<QString, QString, QString, QString>();
+        const auto [change, kept, end, expectedFile, left] =
+            row<QString, QString, QString, QString, QString>();
         Program program(m_home->path());
         frmToolSet *form = program.open(file(u"xyz"_qs));
         ListView *list = Program::listOf(form);
@@ -157,6 +162,8 @@ private Q_SLOTS:
             QStringList names;
             for (size_t i = 0; snapshot && i < snapshot->tools.size(); ++i)
                 names += snapshot->tools[i].Description;
+            if (snapshot && names.isEmpty())
+                names += snapshot->Description;
             return names.join(u' ');
         };
         QVERIFY(snapshots().isEmpty());
@@ -164,6 +171,9 @@ private Q_SLOTS:
         if (change == u"delete") {
             program.remove(form, 1);
             QTRY_COMPARE(inSnapshot(), kept);
+        } else if (change == u"all") {
+            list->selectRows({0, 1, 2});
+            program.run(u"silentdelete"_qs);
         } else if (change == u"draft") {
             answers.dialog(u"frmToolProps"_qs, [&, expected = kept](QDialog *dialog) {
                 dialog->findChild<QLineEdit *>(u"txtDescription"_qs)->setText(u"Y!"_qs);
@@ -184,14 +194,17 @@ private Q_SLOTS:
                 QCOMPARE(inSnapshot(), kept);
             }
         }
-        if (end == u"yes" || end == u"no")
+        if (end == u"yes" || end == u"no" || end == u"refused")
             answers.message(
-                u"Save changes to *"_qs, end == u"yes" ? QMessageBox::Yes : QMessageBox::No);
+                u"Save changes to *"_qs, end == u"no" ? QMessageBox::No : QMessageBox::Yes);
+        if (end == u"refused")
+            answers.message(u"The toolset must contain*"_qs, QMessageBox::Ok);
         if (end == u"save")
             program.run(u"save"_qs);
         else if (!end.isEmpty())
             QVERIFY(form->parentWidget()->close());
-        QVERIFY(snapshots().isEmpty());
+        QCOMPARE(inSnapshot(), left);
+        QCOMPARE(snapshots().isEmpty(), left.isEmpty());
         QCOMPARE(Sets::names(path(u"a.bmt"_qs), program.storage), expectedFile);
     }
 

@@ -286,12 +286,12 @@ private Q_SLOTS:
         answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Cancel);
         QVERIFY(!frame().close());
         QCOMPARE(captions(), path("a.bmt") + u"|Untitled 1"_qs);
-        // A save given up in its dialog lets the set go, as No does.
+        // A save given up in its dialog lets the window go, and keeps the set.
         answers.message(u"Save changes to Untitled 1"_qs, QMessageBox::Yes);
         answers.file(u"Save Tool Set"_qs, QString());
         QVERIFY(!frame().close());
         QCOMPARE(captions(), QString());
-        QCOMPARE(Sets::files(path("data/recovery")).size(), 1);
+        QCOMPARE(Sets::files(path("data/snapshots"), u"*.snapshot"_qs).size(), 1);
     }
 
     void keysOfTheWindows()

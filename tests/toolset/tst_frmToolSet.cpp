@@ -230,37 +230,6 @@ private Q_SLOTS:
         }
     }
 
-    /// The flag is cleared by the failed save and the window closes without a word; so the set must
-    /// be somewhere.
-    void nothingIsLostWhenSavingFails()
-    {
-        frmToolSet *form = window(file("a.bmt", u"xyz"_qs));
-        select(form, u"y"_qs);
-        form->setAction(u"silentdelete"_qs);
-        form->setFileName(path("missing folder/a.bmt"));
-        {
-            Answers answers;
-            answers.message(u"Error saving tool set: *"_qs, QMessageBox::Ok);
-            form->setAction(u"save"_qs);
-        }
-        QVERIFY(!form->Dirty());
-        QVERIFY(form->close());
-        const QDir recovery(path("data/recovery"));
-        const QStringList kept = recovery.entryList(QDir::Files);
-        QCOMPARE(kept.size(), 1);
-        QCOMPARE(Sets::names(recovery.filePath(kept.constFirst()), *m_storage), u"x z"_qs);
-        QCOMPARE(inFile("a.bmt"), u"x y z"_qs);
-
-        // Given up in the dialog, after the user has asked for it.
-        frmToolSet *untitled = newWindow();
-        addTool(untitled);
-        Answers answers;
-        answers.message(u"Save changes to Untitled"_qs, QMessageBox::Yes);
-        answers.file(u"Save Tool Set"_qs, QString());
-        QVERIFY(untitled->close());
-        QCOMPARE(recovery.entryList(QDir::Files).size(), 2);
-    }
-
     void renameInPlace()
     {
         frmToolSet *form = window(file("a.bmt", u"xyz"_qs));

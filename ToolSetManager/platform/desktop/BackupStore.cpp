@@ -44,13 +44,13 @@ const QString unfinished = QStringLiteral("/unfinished");
 bool copyWhole(const QString &path, const QString &scratch, const QString &copy)
 {
     QFile::remove(scratch);
-    QFile made(scratch);
-    if (QFile::copy(path, scratch) && made.setPermissions(SafeFiles::filePermissions)
-        && made.open(QIODevice::ReadWrite)) {
-        SafeFiles::flushToDisk(made);
-        made.close();
-        if (made.rename(copy))
+    // The folders may have been made for it.
+    constexpr int newFolders = 3;
+    if (QFile::copy(path, scratch) && QFile::setPermissions(scratch, SafeFiles::filePermissions)
+        && SafeFiles::flushToDisk(scratch) && QFile::rename(scratch, copy)) {
+        if (SafeFiles::flushFolders(copy, newFolders))
             return true;
+        QFile::remove(copy);
     }
     QFile::remove(scratch); // what a full disk left of it
     return false;

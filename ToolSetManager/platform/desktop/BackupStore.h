@@ -13,6 +13,8 @@ public:
     /// \a folder holds one folder of dated copies for each file; it is made when first needed.
     explicit BackupStore(const QString &folder);
 
+    QString folder() const { return m_folder; }
+
     /// Copies \a path, when it exists and is not empty, to a dated file and drops the oldest
     /// copies: all but the last ten of this file, then the oldest of all files until 200 MB are
     /// left. The newest copy of a file is never dropped for another file's sake within the call

@@ -7,12 +7,25 @@
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #endif
 
+#include <filesystem>
+
 namespace SafeFiles {
+
+bool rename(const QString &from, const QString &to)
+{
+    std::error_code error;
+    std::filesystem::rename(std::filesystem::path(from.toStdU16String()),
+        std::filesystem::path(to.toStdU16String()), error);
+    if (error)
+        errno = error.value();
+    return !error;
+}
 
 #ifdef Q_OS_UNIX
 
@@ -124,9 +137,55 @@ bool openOwnFile(QFile &file)
         QFileDevice::AutoCloseHandle);
 }
 
-void flushToDisk(const QFileDevice &file)
+bool canReplace(const QString &former, const QString &file)
 {
-    ::fdatasync(file.handle());
+    const QByteArray name = QFile::encodeName(former);
+    struct stat old
+    {
+    };
+    // Attributes may be access lists.
+    if (::stat(name.constData(), &old) != 0 || old.st_nlink != 1 || old.st_uid != ::geteuid()
+        || ::listxattr(name.constData(), nullptr, 0) > 0) {
+        return false;
+    }
+    const int made = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    constexpr mode_t permissions = 07777;
+    const bool alike = made >= 0 && ::fchown(made, old.st_uid, old.st_gid) == 0
+        && ::fchmod(made, old.st_mode & permissions) == 0;
+    if (made >= 0)
+        ::close(made);
+    return alike;
+}
+
+bool flushToDisk(int file)
+{
+    // Some file systems have nothing to flush, and say so.
+    return repeated([file] { return ::fsync(file); }) == 0 || errno == EINVAL || errno == EROFS
+        || errno == ENOTSUP;
+}
+
+bool flushToDisk(const QString &path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return errno == EACCES; // a folder that may be written and not be read
+    const bool flushed = flushToDisk(file);
+    const int error = errno;
+    const bool closed = ::close(file) == 0;
+    if (!flushed)
+        errno = error;
+    return flushed && closed;
+}
+
+bool flushFolders(const QString &path, int above)
+{
+    QString folder = QFileInfo(path).absolutePath();
+    bool flushed = flushToDisk(folder);
+    for (; flushed && above > 0; --above) {
+        folder = QFileInfo(folder).path();
+        flushed = flushToDisk(folder);
+    }
+    return flushed;
 }
 
 #else
@@ -152,8 +211,24 @@ bool closeToOthers(int)
     return true;
 }
 
-void flushToDisk(const QFileDevice &)
+bool canReplace(const QString &, const QString &)
 {
+    return false;
+}
+
+bool flushToDisk(int)
+{
+    return true;
+}
+
+bool flushToDisk(const QString &)
+{
+    return true;
+}
+
+bool flushFolders(const QString &, int)
+{
+    return true;
 }
 
 #endif

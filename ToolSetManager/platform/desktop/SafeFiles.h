@@ -2,6 +2,8 @@
 
 #include <QFileDevice>
 
+#include <cerrno>
+
 class QFile;
 
 /// What keeps files safe: from other users and from a machine that stops.
@@ -32,8 +34,28 @@ bool openOwnFile(QFile &file);
 /// The same for a file that is open already: closes it to others. False when it must not be used.
 bool closeToOthers(int descriptor);
 
-/// Returns when the file's content is on the disk, as far as the system can tell. Flushes nothing
-/// that the file itself holds back.
-void flushToDisk(const QFileDevice &file);
+/// Returns when the content of the open file, or of the file at \a path, is on the disk; true also
+/// where the system cannot say that. Flushes nothing that the program itself holds back.
+bool flushToDisk(int file);
+bool flushToDisk(const QString &path);
+/// Flushes what a new or renamed file at \a path has changed in its folder and in so many folders
+/// above that may be new as well.
+bool flushFolders(const QString &path, int above = 0);
+
+/// Puts the file \a from in the place of \a to. Not QFile::rename, which replaces nothing.
+bool rename(const QString &from, const QString &to);
+/// Whether \a file may take the place of \a former without a change of owner, group, permissions
+/// or links; it has the former's permissions then. False also where that is not known.
+bool canReplace(const QString &former, const QString &file);
+
+/// Calls the system again when a signal has interrupted it, but not for ever.
+template <class Call>
+auto repeated(Call call)
+{
+    auto result = call();
+    for (int i = 0; result < 0 && errno == EINTR && i < 100; ++i)
+        result = call();
+    return result;
+}
 
 } // namespace SafeFiles

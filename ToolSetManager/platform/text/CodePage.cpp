@@ -156,24 +156,6 @@ std::optional<QByteArray> CodePage::encode(QStringView text) const
     return bytes;
 }
 
-QByteArray CodePage::encodeLossy(QStringView text) const
-{
-    const Tables &tables = this->tables();
-    QByteArray bytes;
-    bytes.reserve(text.size());
-    for (const QChar character : text) {
-        const uchar byte = tables.toByte[character.unicode()];
-        if (byte == 0 && !character.isNull()) {
-            // One mark for a character outside the basic plane, not one for each half of it.
-            if (!character.isLowSurrogate())
-                bytes.append('?');
-        } else {
-            bytes.append(static_cast<char>(byte));
-        }
-    }
-    return bytes;
-}
-
 qsizetype CodePage::firstUnencodable(QStringView text) const
 {
     if (isAscii(text))

@@ -29,9 +29,6 @@ public:
     /// Empty when a character is not in the code page.
     std::optional<QByteArray> encode(QStringView text) const;
 
-    /// As encode(), with "?" for each character that the code page does not have.
-    QByteArray encodeLossy(QStringView text) const;
-
     /// The index of the first character that encode() would refuse; -1 when there is none.
     qsizetype firstUnencodable(QStringView text) const;
 
