@@ -44,7 +44,7 @@ public:
 
     /// Says above the windows, until the user closes it, what does not stop the work. Each text is
     /// shown once.
-    virtual void showNotice(const QString &text) = 0;
+    virtual void showWarning(const QString &text) = 0;
 
     // --- Windows ---
     /// The open document windows, oldest first.

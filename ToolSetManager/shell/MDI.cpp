@@ -376,11 +376,11 @@ void MDI::endProgress()
     status->endProgress();
 }
 
-void MDI::showNotice(const QString &text)
+void MDI::showWarning(const QString &text)
 {
-    if (m_notices.contains(text))
+    if (m_warnings.contains(text))
         return;
-    m_notices.append(text);
+    m_warnings.append(text);
     auto *bar = new NoticeBar(text, QStringLiteral("dialog-warning"));
     connect(bar->addButton(QStringLiteral("cmdClose"), QStringLiteral("Close"), {}),
         &QPushButton::clicked, bar, [bar] {

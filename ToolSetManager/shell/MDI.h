@@ -53,7 +53,7 @@ public:
     void setPanelText(int panel, const QString &text) override;
     void showProgress(const QString &what, int percent) override;
     void endProgress() override;
-    void showNotice(const QString &text) override;
+    void showWarning(const QString &text) override;
     QList<DocumentWindow *> openDocuments() const override { return m_documents; }
     DocumentWindow *activeDocument() const override;
     void activateDocument(DocumentWindow *document) override;
@@ -135,7 +135,7 @@ private:
     CFileList *m_files;
     QQueue<QString> m_commands;
     bool m_busy = false; ///< No command may run: one is running, or other long work is.
-    QStringList m_notices; ///< All that have been shown.
+    QStringList m_warnings; ///< All that have been shown.
     bool m_painted = false; ///< The buttons have their icons.
     /// The files for the next "open" words, one for each; without one the user is asked.
     QQueue<QString> m_pendingPaths;

@@ -26,7 +26,7 @@ EditCommands::EditCommands(DocumentWindow &document, QWidget *form, Frame &frame
     , m_model(model)
 {
     connect(&m_model, &ToolListModel::noFreeName, this, [this](const QString &name) {
-        m_frame.showNotice(QStringLiteral("There are too many tools called \"%1\": no number is "
+        m_frame.showWarning(QStringLiteral("There are too many tools called \"%1\": no number is "
                                           "free for one more.")
                                .arg(name));
     });

@@ -114,7 +114,7 @@ void ToolSetFile::closed()
 
 void ToolSetFile::snapshotFailed(const QString &reason)
 {
-    m_frame.showNotice(
+    m_frame.showWarning(
         QStringLiteral("Save often: unsaved changes cannot be kept in case the program is "
                        "interrupted (%1).")
             .arg(reason));
@@ -238,7 +238,8 @@ bool ToolSetFile::saveSet()
     }
     // Kept: the flag is cleared after a failed write too, so closing will not ask again.
     m_dirty = false;
-    setNotice(noticeOfOthers());
+    if (ok || m_tools->ChangedByOthers)
+        setNotice(noticeOfOthers());
     if (ok) {
         m_unsaved = false;
         m_snapshots->discard();

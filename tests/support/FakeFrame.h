@@ -12,7 +12,7 @@ class FakeFrame : public Frame
 {
 public:
     QStringList words; ///< Queued command words.
-    QStringList notices;
+    QStringList warnings;
     QStringList opened; ///< Paths handed over with openFile().
     QMap<QString, bool> groups;
     QMap<QString, bool> enabled;
@@ -33,7 +33,7 @@ public:
     void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
     void showProgress(const QString &, int) override { }
     void endProgress() override { }
-    void showNotice(const QString &text) override { notices.append(text); }
+    void showWarning(const QString &text) override { warnings.append(text); }
     QList<DocumentWindow *> openDocuments() const override { return documents; }
     DocumentWindow *activeDocument() const override { return documents.value(0); }
     void activateDocument(DocumentWindow *) override { }
