@@ -129,15 +129,18 @@ private Q_SLOTS:
         QCOMPARE(shown(), QString());
         QPalette dark;
         dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        QSignalSpy changes(box.get(), &RichTextBox::Change);
         box->setPalette(dark);
         QTRY_COMPARE(shown(), u"b#8f8f8fn#8181ff"_qs);
+        box->setPalette(QPalette(Qt::white));
+        QCOMPARE(shown(), QString());
+        QVERIFY(changes.isEmpty());
         QCOMPARE(box->TextRTF(), text);
+        box->setPalette(dark);
         select(0, 4);
         box->setSelColor(Qt::black);
         QCOMPARE(shown(), u"bnya#8f8f8f"_qs);
         QVERIFY(!box->TextRTF().contains(u"143"_qs));
-        box->setPalette(QPalette(Qt::white));
-        QCOMPARE(shown(), QString());
     }
 
     void bullets()

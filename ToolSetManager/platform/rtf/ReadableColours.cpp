@@ -1,14 +1,16 @@
 #include "platform/rtf/ReadableColours.h"
 
 #include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double lowestContrast =
-    4.5; ///< Of body text, by the accessibility guidelines of the web.
+/// Of body text, by the accessibility guidelines of the web.
+constexpr double lowestContrast = 4.5;
 constexpr float lightnessStep = 0.04F;
 
 double luminance(const QColor &colour)
@@ -33,19 +35,50 @@ bool isDark(const QColor &background)
 
 } // namespace
 
-ReadableColours::ReadableColours()
-    : QSyntaxHighlighter(static_cast<QObject *>(nullptr))
+ReadableColours::ReadableColours(QTextDocument &document)
+    : m_document(document)
 {
+    connect(&m_document, &QTextDocument::contentsChange, this,
+        [this](int position, int /*removed*/, int added) {
+            if (isDark(m_background))
+                update(position, position + added);
+        });
 }
 
-void ReadableColours::show(QTextDocument *text, const QColor &background)
+void ReadableColours::setBackground(const QColor &background)
 {
+    if (background == m_background)
+        return;
     m_background = background;
-    QTextDocument *followed = isDark(background) ? text : nullptr;
-    if (followed != document())
-        setDocument(followed);
-    else if (followed)
-        rehighlight();
+    update(0, m_document.characterCount());
+}
+
+void ReadableColours::update(int first, int last)
+{
+    // Not by a QSyntaxHighlighter, which makes the document report a change of its text.
+    for (QTextBlock block = m_document.findBlock(first);
+         block.isValid() && block.position() <= last; block = block.next()) {
+        QTextLayout *layout = block.layout();
+        if (!layout->preeditAreaText().isEmpty())
+            continue; // an input method marks its own text
+        QList<QTextLayout::FormatRange> ranges;
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const QTextCharFormat own = fragment.charFormat();
+            if (!own.hasProperty(QTextFormat::ForegroundBrush))
+                continue;
+            const QColor shown = readable(own.foreground().color(), m_background);
+            if (shown == own.foreground().color())
+                continue;
+            QTextCharFormat format;
+            format.setForeground(shown);
+            ranges.append({fragment.position() - block.position(), fragment.length(), format});
+        }
+        if (ranges == layout->formats())
+            continue;
+        layout->setFormats(ranges);
+        m_document.markContentsDirty(block.position(), block.length());
+    }
 }
 
 QColor ReadableColours::readable(const QColor &text, const QColor &background)
@@ -62,18 +95,4 @@ QColor ReadableColours::readable(const QColor &text, const QColor &background)
         shown = QColor::fromHslF(hue, saturation, lightness);
     }
     return shown;
-}
-
-void ReadableColours::highlightBlock(const QString & /*text*/)
-{
-    for (auto it = currentBlock().begin(); !it.atEnd(); ++it) {
-        const QTextFragment fragment = it.fragment();
-        const QTextCharFormat format = fragment.charFormat();
-        if (!format.hasProperty(QTextFormat::ForegroundBrush))
-            continue;
-        const QColor own = format.foreground().color();
-        const QColor shown = readable(own, m_background);
-        if (shown != own)
-            setFormat(fragment.position() - currentBlock().position(), fragment.length(), shown);
-    }
 }

@@ -34,7 +34,7 @@ constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     : QTextEdit(parent)
-    , m_colours(std::make_unique<ReadableColours>())
+    , m_colours(std::make_unique<ReadableColours>(*document()))
 {
     RichText::substituteFonts();
     QFont standard(family);
@@ -44,7 +44,7 @@ RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setBorderStyle(rtfFixedSingle);
     load({});
-    m_colours->show(document(), palette().color(QPalette::Base));
+    m_colours->setBackground(palette().color(QPalette::Base));
     connect(this, &QTextEdit::textChanged, this, [this] {
         m_pages.reset();
         Q_EMIT Change();
@@ -140,7 +140,7 @@ void RichTextBox::changeEvent(QEvent *event)
 {
     QTextEdit::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_colours) // not while the base is constructed
-        m_colours->show(document(), palette().color(QPalette::Base));
+        m_colours->setBackground(palette().color(QPalette::Base));
 }
 
 // --- The selection ---
