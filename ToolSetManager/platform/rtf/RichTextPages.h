@@ -1,16 +1,23 @@
 #pragma once
 
+#include <QHash>
 #include <QRect>
 
 #include <memory>
 #include <vector>
 
 class QPainter;
+class QTextCharFormat;
 class QTextDocument;
 
-/// Cuts a rich text into pages and draws them. The text is laid out once for each width, on a
-/// reference of 1,440 dots to the inch, so that breaks are the same on screen, printer and paper
-/// file, and one page costs what is on it.
+/// Cuts a rich text into pages and draws them. The text is laid out on a reference of 1,440 dots
+/// to the inch, so that breaks are the same on screen, printer and paper file, and one page costs
+/// what is on it.
+///
+/// The layout is made piece by piece, as far as it is asked for: the toolkit's layout cannot be
+/// higher than 8,388,607 units, and long paragraphs take it more than their share of time. A piece
+/// begins with a paragraph or with a line of one, so that pages are those of a single layout. Only
+/// the pieces used last are kept; of the others the places of their lines are.
 ///
 /// Characters are positions in the document; rectangles are twips.
 class RichTextPages
@@ -39,19 +46,36 @@ private:
     struct Line
     {
         int start; ///< First character.
-        double top;
+        double top; ///< From the top of the text.
         double bottom;
+    };
+    /// Lines that are laid out together.
+    struct Piece
+    {
+        int start; ///< First character.
+        size_t firstLine;
+        double top; ///< Of the layout, from the top of the text.
+        std::unique_ptr<QTextDocument> layout; ///< Null while it is not kept.
     };
 
     void layOut(int width);
-    void makeLayout();
-    size_t lineOf(int character) const;
-    size_t lineBeyond(size_t line, double height) const;
+    void layOutTo(int character); ///< On until the line of that character is known.
+    void layOutPiece();
+    std::unique_ptr<QTextDocument> makeLayout(int start) const;
+    QTextDocument &layoutOf(size_t piece);
+    void keep(size_t piece, std::unique_ptr<QTextDocument> layout);
+    void drawLines(QPainter &painter, size_t piece, size_t first, size_t beyond);
+    double heightOf(const QTextCharFormat &format, int number) const;
+    size_t lineOf(int character);
+    size_t lineBeyond(size_t line, double height);
 
     const QTextDocument &m_document;
-    std::unique_ptr<QTextDocument> m_layout; ///< A copy with the lengths of the reference.
-    std::vector<Line> m_lines;
+    std::vector<Piece> m_pieces;
+    std::vector<Line> m_lines; ///< Of all pieces.
+    std::vector<size_t> m_kept; ///< The pieces that have a layout, the one used last at the end.
+    mutable QHash<int, double> m_heights; ///< See heightOf(); by the format's number.
+    int m_next = 0; ///< Where the next piece begins; behind the text's length after the last one.
+    double m_nextTop = 0;
     int m_width = 0;
-    bool m_shrunk = false; ///< Pictures were made to fit that width.
     int m_length = 0;
 };

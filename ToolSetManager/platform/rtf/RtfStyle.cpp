@@ -74,8 +74,13 @@ QList<QTextOption::Tab> shownTabs(const RtfParagraphStyle &style)
     // The left indent stops a tab in a first line that hangs out.
     int hanging = !style.bullet && style.firstIndent < 0 ? style.leftIndent : -1;
     const auto append = [&](int position, QTextOption::TabType type) {
-        if (position > start)
-            tabs.append(QTextOption::Tab((position - start) / twipsPerPixel, type));
+        if (position <= start)
+            return;
+        // For a stop at the left Qt measures the rest of the paragraph, for nothing; at a mark that
+        // no text has, it only looks for that.
+        const bool plain = type == QTextOption::LeftTab && !style.rightToLeft;
+        tabs.append(QTextOption::Tab((position - start) / twipsPerPixel,
+            plain ? QTextOption::DelimiterTab : type, plain ? QChar(0xFFFF) : QChar()));
     };
     for (const RtfTab &tab : style.tabs) {
         if (hanging >= 0 && hanging < tab.position) {
