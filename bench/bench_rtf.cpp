@@ -160,6 +160,41 @@ void layOut(benchmark::State &state)
     }
 }
 
+void readLines(QTextDocument &document, int pageCount)
+{
+    const QByteArray page = QByteArray("line\\par ").repeated(56); // of Letter paper
+    RtfReader().read(
+        "{\\rtf1{\\fonttbl{\\f0 Arial;}}\\fs20 " + page.repeated(pageCount) + '}', document);
+}
+
+/// So many pages of short lines: more than one layout of the toolkit can hold.
+void manyPages(benchmark::State &state)
+{
+    QTextDocument document;
+    readLines(document, static_cast<int>(state.range(0)));
+    constexpr QSize area(9360, 12960);
+    const int length = document.characterCount() - 1;
+    for (auto _ : state) {
+        RichTextPages pages(document);
+        for (int first = 0; first < length;)
+            first = pages.firstBeyond(first, area);
+    }
+}
+
+/// The floor of that: Qt's own layout of as many pages, a hundred at a time.
+void layOutHundreds(benchmark::State &state)
+{
+    QTextDocument document;
+    readLines(document, 100);
+    for (auto _ : state) {
+        for (int i = 0; i < state.range(0) / 100; ++i) {
+            const std::unique_ptr<QTextDocument> copy(document.clone());
+            copy->setTextWidth(624);
+            benchmark::DoNotOptimize(copy->documentLayout()->documentSize());
+        }
+    }
+}
+
 /// The usual output; then the ratios, of processor time: other programs may be running.
 class Reporter : public benchmark::ConsoleReporter
 {
@@ -180,6 +215,11 @@ public:
             std::printf("%s MB: read %.2f of the floor, write %.2f\n", size,
                 m_medians[std::string("readRtf/") + size] / floor,
                 m_medians[std::string("writeRtf/") + size] / floor);
+        }
+        for (const char *pages : {"1000", "10000"}) {
+            std::printf("%s pages of short lines: %.2f of the floor\n", pages,
+                m_medians[std::string("manyPages/") + pages]
+                    / m_medians[std::string("layOutHundreds/") + pages]);
         }
         for (const char *what : {"cursor", "readRtf", "writeRtf", "layOut", "cutPages"}) {
             std::printf("%s: ten times the text takes %.1f times as long\n", what,
@@ -207,6 +247,16 @@ int main(int argc, char *argv[])
             ->Arg(10)
             ->Unit(benchmark::kMillisecond)
             ->Repetitions(5)
+            ->ReportAggregatesOnly();
+    }
+    constexpr std::pair<const char *, Function> ofPages[] = {
+        {"manyPages", manyPages}, {"layOutHundreds", layOutHundreds}};
+    for (const auto &[name, function] : ofPages) {
+        benchmark::RegisterBenchmark(name, function)
+            ->Arg(1000)
+            ->Arg(10'000)
+            ->Unit(benchmark::kMillisecond)
+            ->Repetitions(3)
             ->ReportAggregatesOnly();
     }
     Reporter reporter;

@@ -2,8 +2,11 @@
 #include "platform/rtf/RtfReader.h"
 #include "support/TestRunner.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QImage>
 #include <QPainter>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
 
 namespace {
@@ -84,6 +87,63 @@ private Q_SLOTS:
         QCOMPARE(starts.size(), 20);
         QCOMPARE(starts.last(), 950);
         QCOMPARE(pages->firstBeyond(950, {letter.width(), ten}), 200 * 5 - 1);
+    }
+
+    void piecesMakeOneLayout_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        const QByteArray words("some words and more ");
+        QByteArray row("\\trowd");
+        for (int i = 1; i <= 60; ++i)
+            row += "\\cellx" + QByteArray::number(i * 500);
+        row += "\\intbl " + QByteArray("c\\cell ").repeated(20'000) + "\\row ";
+        QTest::newRow("paragraphs")
+            << QByteArray("\\sb60\\fi-300\\li300 " + words.repeated(20) + "\\par ").repeated(400);
+        QTest::newRow("one paragraph") << "\\fi700\\sl300\\slmult1 " + words.repeated(5000);
+        QTest::newRow("one word") << QByteArray(30'000, 'x');
+        QTest::newRow("broken lines") << QByteArray("a\\line ").repeated(20'000);
+        QTest::newRow("row of 20,000 cells") << row;
+    }
+    void piecesMakeOneLayout()
+    {
+        QFETCH(QByteArray, body);
+        read(body);
+        QImage device(1, 1, QImage::Format_RGB32);
+        device.setDotsPerMeterX(56693);
+        device.setDotsPerMeterY(56693);
+        const std::unique_ptr<QTextDocument> whole(document->clone());
+        whole->documentLayout()->setPaintDevice(&device);
+        whole->setDocumentMargin(0);
+        QTextCursor all(whole.get());
+        all.select(QTextCursor::Document);
+        QTextBlockFormat lengths = all.blockFormat(); // Qt does not scale these
+        lengths.setLeftMargin(lengths.leftMargin() * 15);
+        lengths.setTextIndent(lengths.textIndent() * 15);
+        all.setBlockFormat(lengths);
+        whole->setTextWidth(letter.width());
+        whole->documentLayout()->documentSize();
+        QList<int> expected;
+        double top = -letter.height();
+        for (QTextBlock block = whole->begin(); block.isValid(); block = block.next()) {
+            for (int i = 0; i < block.layout()->lineCount(); ++i) {
+                const QTextLine line = block.layout()->lineAt(i);
+                const double y = block.layout()->position().y() + line.y();
+                if (y + line.height() <= top + letter.height() + 0.5)
+                    continue;
+                expected.append(block.position() + line.textStart());
+                top = y;
+            }
+        }
+        QCOMPARE(cut(letter, document->characterCount() - 1), expected);
+    }
+
+    void tallerThanALayout()
+    {
+        read("\\fs400 " + QByteArray("x\\par ").repeated(2500));
+        const int onPage = pages->firstBeyond(0, letter) / 2;
+        const QRect first = inked(QRect(QPoint(0, 0), letter), 0, 2);
+        QCOMPARE(cut(letter, 4999).size(), (2500 + onPage - 1) / onPage);
+        QCOMPARE(inked(QRect(QPoint(0, 0), letter), 0, 2), first); // its layout is not kept
     }
 
     void lineHigherThanThePage()
