@@ -23,10 +23,25 @@ void printAt(PageDocument &page, int column, const QString &text)
     page.setText(text);
 }
 
+/// Goes to the second column. On paper too narrow for two columns the second one goes on below the
+/// first.
+void goToValue(PageDocument &page)
+{
+    if (page.hasRoomAt(valueColumn)) {
+        page.setCurrentX(valueColumn);
+        return;
+    }
+    page.setText(lineEnd());
+    if (page.hasRoomAt(labelColumn))
+        page.setCurrentX(labelColumn);
+}
+
 void printValue(PageDocument &page, const QString &label, const QString &value)
 {
     printAt(page, labelColumn, label);
-    printAt(page, valueColumn, value + lineEnd());
+    if (!label.isEmpty() || page.hasRoomAt(valueColumn))
+        goToValue(page);
+    page.setText(value + lineEnd());
 }
 
 /// Empty for the kinds that have no such line.
@@ -65,7 +80,7 @@ void printHelp(PageDocument &page, const QString &help)
         // Kept: this sentence stands right behind its label, unlike every other value.
         page.setText(QStringLiteral("No help defined for this tool.") + lineEnd());
     } else {
-        page.setCurrentX(valueColumn);
+        goToValue(page);
         page.setIndentLeft(page.CurrentX() - page.MarginLeft());
         page.setTextRTF(lineEnd() + help + lineEnd());
     }
@@ -80,10 +95,11 @@ void printTool(PageDocument &page, const CVBATool &tool)
         tool.Picture, QRect(page.CurrentX(), page.CurrentY(), pictureSize, pictureSize));
 
     printAt(page, nameColumn, tool.Description);
-    if (page.CurrentX() > valueColumn)
+    if (page.hasRoomAt(valueColumn) && page.CurrentX() > valueColumn)
         page.setText(lineEnd()); // a long name and the location would stand on each other
+    goToValue(page);
     // The location as stored: where it is empty, nothing stands in for it here.
-    printAt(page, valueColumn, tool.FileName + lineEnd() + lineEnd());
+    page.setText(tool.FileName + lineEnd() + lineEnd());
 
     const QString type = typeName(tool.ToolType);
     if (!type.isEmpty())

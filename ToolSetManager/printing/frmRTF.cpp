@@ -1,8 +1,8 @@
 #include "printing/frmRTF.h"
 
+#include "platform/print/PdfPath.h"
 #include "platform/print/Printers.h"
 #include "platform/rtf/RichTextBox.h"
-#include "printing/PdfPath.h"
 #include "printing/RTFPrinter.h"
 
 #include <QCloseEvent>

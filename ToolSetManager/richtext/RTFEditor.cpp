@@ -1,9 +1,14 @@
 #include "richtext/RTFEditor.h"
 
 #include "platform/desktop/Accessible.h"
+#include "platform/desktop/Hourglass.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/Toolbar.h"
+#include "platform/print/PdfPath.h"
+#include "platform/print/PrintJob.h"
+#include "platform/print/PrintSetupDialog.h"
+#include "platform/print/Printers.h"
 #include "platform/rtf/RichText.h"
 
 #include <QAbstractButton>
@@ -14,8 +19,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTimer>
@@ -310,16 +313,32 @@ void RTFEditor::chooseColour()
 
 void RTFEditor::printSelection()
 {
-    QPrinter printer(QPrinter::HighResolution);
-    QPrintDialog dlg(&printer, this);
-    dlg.setOption(QAbstractPrintDialog::PrintPageRange, false);
-    dlg.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
-    if (SelLength() >= 1) {
-        dlg.setOption(QAbstractPrintDialog::PrintSelection);
-        dlg.setPrintRange(QAbstractPrintDialog::Selection);
+    if (!m_printers)
+        return;
+    PrintSetupDialog dlg(*m_printers, this);
+    dlg.askWhatToPrint(SelLength() >= 1);
+    if (dlg.exec() != QDialog::Accepted)
+        return;
+    PrintJob job(*m_printers, QStringLiteral("Text"));
+    if (m_printers->name() == Printers::pdfFile()) {
+        const QString path = askForPdfPath(this, QStringLiteral("Text"));
+        if (path.isEmpty())
+            return;
+        job.setFileName(path);
     }
-    if (dlg.exec() == QDialog::Accepted)
-        SelPrint(printer); // a failure leaves nothing printed, and nothing to say
+    Hourglass busy;
+    // A failure leaves nothing printed, and nothing to say.
+    if (!job.start())
+        return;
+    print(job, dlg.selectionOnly());
+    job.end();
+}
+
+void RTFEditor::print(PrintJob &job, bool selectionOnly)
+{
+    const QRect area = QRect(QPoint(0, 0), job.paper().size).marginsRemoved(job.paper().margins());
+    rtControl->SelPrint(
+        job.painter(), area, [&job] { job.newPage(); }, selectionOnly);
 }
 
 void RTFEditor::cboFonts_Click()

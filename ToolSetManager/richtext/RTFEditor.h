@@ -8,6 +8,8 @@
 #include <QWidget>
 
 class QAction;
+class PrintJob;
+class Printers;
 class QComboBox;
 class QTimer;
 class Toolbar;
@@ -90,7 +92,12 @@ public:
 
     // --- Operations ---
     /// Prints the selection, or all text when nothing is selected. False when that failed.
-    bool SelPrint(QPrinter &printer) { return rtControl->SelPrint(printer); }
+    /// Prints the selected text, or all when nothing is selected, onto the pages of a job that has
+    /// been started, within the margins of its paper.
+    void SelPrint(PrintJob &job) { print(job, true); }
+
+    /// Where the toolbar's button prints to; borrowed. Without it the button does nothing.
+    void setPrinters(Printers &printers) { m_printers = &printers; }
     /// True when a formatting button shows a mixed selection.
     bool isMixed(const QString &key) const;
 
@@ -134,6 +141,7 @@ private:
     void toggle(std::optional<bool> value, void (RichTextBox::*set)(bool));
     void chooseColour();
     void printSelection();
+    void print(PrintJob &job, bool selectionOnly);
     void refreshImages();
     void showImage(QAction *button);
 
@@ -151,5 +159,6 @@ private:
     bool m_changed = false; ///< Change is due.
     bool m_synchronising = false; ///< The boxes follow the selection: they must not write to it.
     bool m_automaticMargin = true;
+    Printers *m_printers = nullptr;
     bool m_userMode = true;
 };

@@ -67,6 +67,11 @@ frmTSProps::frmTSProps(QWidget *parent)
     resize(QSize(540, 420).boundedTo(screen()->availableSize() * 0.9));
 }
 
+void frmTSProps::setPrinters(Printers &printers)
+{
+    rtf->setPrinters(printers);
+}
+
 void frmTSProps::Form_Load()
 {
     if (!Toolset)

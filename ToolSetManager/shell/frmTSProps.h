@@ -4,6 +4,7 @@
 
 class CVBATools;
 class QCheckBox;
+class Printers;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -17,6 +18,9 @@ class frmTSProps : public QDialog
     Q_OBJECT
 public:
     explicit frmTSProps(QWidget *parent = nullptr);
+
+    /// Where the long description can be printed; borrowed.
+    void setPrinters(Printers &printers);
 
     // --- Fields ---
     CVBATools *Toolset = nullptr; ///< Borrowed; to be set before the dialog is shown.

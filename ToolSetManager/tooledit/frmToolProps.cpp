@@ -127,6 +127,11 @@ frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidg
     Form_Load();
 }
 
+void frmToolProps::setPrinters(Printers &printers)
+{
+    rtHelp->setPrinters(printers);
+}
+
 QWidget *frmToolProps::generalPage()
 {
     auto *page = new QWidget(sstAll);

@@ -6,6 +6,7 @@
 
 class EventsPage;
 class PictureControl;
+class Printers;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -24,6 +25,9 @@ class frmToolProps : public QDialog
 public:
     /// Settings and store are borrowed; the store keeps the picker's folder.
     frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent = nullptr);
+
+    /// Where the help text can be printed; borrowed.
+    void setPrinters(Printers &printers);
 
     // --- Properties ---
     ToolPtr Tool() const { return m_tool; }

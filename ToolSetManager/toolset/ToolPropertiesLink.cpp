@@ -6,12 +6,13 @@
 #include "toolset/ToolListModel.h"
 
 ToolPropertiesLink::ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings,
-    SettingsStore &store, ListView &list, ToolListModel &model)
+    SettingsStore &store, Printers &printers, ListView &list, ToolListModel &model)
     : QObject(form)
     , m_form(form)
     , m_frame(frame)
     , m_settings(settings)
     , m_store(store)
+    , m_printers(printers)
     , m_list(list)
     , m_model(model)
 {
@@ -24,6 +25,7 @@ void ToolPropertiesLink::ShowToolProperties()
         return;
     const QPointer<ToolPropertiesLink> alive(this);
     ToolProperties = new frmToolProps(m_settings, m_store, m_form);
+    ToolProperties->setPrinters(m_printers);
     const QPointer<frmToolProps> dialog = ToolProperties;
     connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::changed);
     connect(dialog, &frmToolProps::DraftChange, this, &ToolPropertiesLink::draftChanged);

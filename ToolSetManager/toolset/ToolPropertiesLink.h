@@ -8,6 +8,7 @@
 
 class Frame;
 class ListView;
+class Printers;
 class QWidget;
 class Settings;
 class SettingsStore;
@@ -22,7 +23,7 @@ class ToolPropertiesLink : public QObject
 public:
     /// What is handed in is borrowed; \a form is the window itself.
     ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings, SettingsStore &store,
-        ListView &list, ToolListModel &model);
+        Printers &printers, ListView &list, ToolListModel &model);
 
     /// Returns when the dialog has closed; nothing happens when no tool is selected.
     void ShowToolProperties();
@@ -53,6 +54,7 @@ private:
     Frame &m_frame;
     const Settings &m_settings;
     SettingsStore &m_store;
+    Printers &m_printers;
     ListView &m_list;
     ToolListModel &m_model;
     QPointer<frmToolProps> ToolProperties;

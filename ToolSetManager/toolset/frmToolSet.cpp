@@ -51,6 +51,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     : QWidget(parent)
     , m_frame(frame)
     , m_state(state)
+    , m_printers(printers)
     , lblToolSet(new QLabel(QStringLiteral("New Tool Set"), this))
     , lvTools(new ListView(QStringLiteral("Tools"), buttonPictureSize, this))
     , m_menus(new ToolSetMenus(this))
@@ -60,7 +61,8 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , m_list(new ToolListModel(this))
     , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, *lvTools, *m_list))
     , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
-    , m_properties(new ToolPropertiesLink(this, frame, settings, store, *lvTools, *m_list))
+    , m_properties(
+          new ToolPropertiesLink(this, frame, settings, store, printers, *lvTools, *m_list))
     , m_report(this, store, printers)
 {
     setObjectName(QStringLiteral("frmToolSet"));
@@ -441,6 +443,7 @@ void frmToolSet::propertiesCommand()
     };
     const auto before = values();
     frmTSProps dialog(this);
+    dialog.setPrinters(m_printers);
     dialog.Toolset = &tools;
     dialog.exec();
     if (values() == before)

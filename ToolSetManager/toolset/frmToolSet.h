@@ -123,6 +123,7 @@ private:
 
     Frame &m_frame;
     mTSM &m_state;
+    Printers &m_printers;
 
     // --- Controls ---
     QLabel *lblToolSet;

@@ -84,6 +84,26 @@ private Q_SLOTS:
             (QStringList {u"1440@13 [360 x 360]"_qs, u"2160@13 Second"_qs}));
     }
 
+    /// The second column stands below the first, and nothing over anything.
+    void narrowPaper()
+    {
+        CVBATool tool;
+        tool.FileName = u"C:\\A.EXE"_qs;
+        tool.VBEvents = VbEvents::bit(0) | VbEvents::bit(1);
+        tool.HelpString = u"{\\rtf1 Help}"_qs;
+        CVBATools set(storage);
+        QVERIFY(add(set, u"Name"_qs, tool));
+        page.StartDoc(Paper {QSize(5953, 8391), {}});
+        ToolsetReport::write(page, set, u"x.bmt"_qs);
+        QStringList lines = linesOf(page, 1);
+        lines.removeIf([](const QString &line) { return line.contains(u"@head"_qs); });
+        QCOMPARE(lines.mid(1, 5),
+            (QStringList {u"2880@2 C:\\A.EXE"_qs, u"2880@4 Tool type:"_qs,
+                u"2880@5 Standard Exe"_qs, u"2880@6 Tool access:"_qs, u"2880@7 Not enabled"_qs}));
+        QVERIFY(lines.contains(u"2880@11 AfterChangeFileName"_qs));
+        QVERIFY(lines.contains(u"2880@13 {Help}"_qs));
+    }
+
     void kindAndAccess()
     {
         const std::tuple<int, bool, int, QString, QString> rows[] = {

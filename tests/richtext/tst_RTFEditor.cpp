@@ -1,10 +1,11 @@
 #include "platform/desktop/Toolbar.h"
+#include "platform/print/PrintSetupDialog.h"
+#include "platform/print/Printers.h"
 #include "richtext/RTFEditor.h"
 #include "support/Answers.h"
 #include "support/Find.h"
 #include "support/TestRunner.h"
 
-#include <QPrintDialog>
 #include <QSignalSpy>
 #include <QtWidgets>
 
@@ -212,19 +213,25 @@ private Q_SLOTS:
         QCOMPARE(preset, QColor(Qt::red));
     }
 
-    void printCancelled()
+    void printing()
     {
+        Printers printers([] { return QStringList {u"There"_qs}; });
+        printers.choose(u"There"_qs, QPageSize(QPageSize::A5), QPageLayout::Landscape);
+        editor->setPrinters(printers);
         editor->setTextRTF(rtf("ab"));
-        select(0, 1);
-        bool selectionChosen = false;
-        QTimer::singleShot(0, this, [&] {
-            auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            selectionChosen = dialog->printRange() == QAbstractPrintDialog::Selection;
-            dialog->reject();
-        });
-        button("print")->trigger();
-        QVERIFY(selectionChosen);
+        for (const int length : {0, 1}) {
+            select(0, length);
+            bool asked = false;
+            QTimer::singleShot(0, this, [&] {
+                auto *dialog = qobject_cast<PrintSetupDialog *>(QApplication::activeModalWidget());
+                QVERIFY(dialog);
+                asked = dialog->selectionOnly() == (length == 1)
+                    && dialog->findChild<QRadioButton *>(u"optLandscape"_qs)->isChecked();
+                dialog->reject();
+            });
+            button("print")->trigger();
+            QVERIFY(asked);
+        }
     }
 
     /// What could not be stored is not pasted, or made smaller on request.

@@ -29,6 +29,28 @@ QString printable(QString text)
     return text;
 }
 
+/// No line breaks within what such a character joins.
+constexpr QChar joiner(0x2060);
+
+/// The text with joiners where Unicode's rules would part a drive or a scheme from its path, or a
+/// switch from the dashes or the slash in front of it.
+QString joined(const QString &text)
+{
+    QString joined;
+    bool inMarks = false; // of a switch
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar character = text[i];
+        const bool isStart = i == 0 || text[i - 1].isSpace() || text[i - 1] == u'"';
+        inMarks = (isStart || inMarks) && (character == u'-' || character == u'/');
+        joined += character;
+        const QChar next = i + 1 < text.size() ? text[i + 1] : QChar();
+        if (!next.isNull() && !next.isSpace()
+            && (inMarks || (character == u':' && (next == u'\\' || next == u'/'))))
+            joined += joiner;
+    }
+    return joined;
+}
+
 bool isLineEnd(QChar character)
 {
     return character == u'\r' || character == u'\n';
@@ -57,6 +79,16 @@ QStringList wrapped(
 }
 
 } // namespace
+
+QMargins Paper::margins() const
+{
+    const auto margin = [](int length, int least) {
+        return std::max(std::min(standardMargin, length / 5), least);
+    };
+    return QMargins(margin(size.width(), unprintable.left()),
+        margin(size.height(), unprintable.top()), margin(size.width(), unprintable.right()),
+        margin(size.height(), unprintable.bottom()));
+}
 
 struct PageDocument::RichTextBody
 {
@@ -98,14 +130,8 @@ void PageDocument::StartDoc(const std::optional<Paper> &paper)
     if (!paper)
         return;
     m_paper = *paper;
-    const auto margin = [](int length, int unprintable) {
-        return std::max(std::min(standardMargin, length / 5), unprintable);
-    };
-    const QSize size = m_paper.size;
-    const QMargins least = m_paper.unprintable;
-    m_margins = QMargins(margin(size.width(), least.left()), margin(size.height(), least.top()),
-        margin(size.width(), least.right()), margin(size.height(), least.bottom()));
-    const QRect inner = QRect(QPoint(0, 0), size).marginsRemoved(m_margins);
+    m_margins = m_paper.margins();
+    const QRect inner = QRect(QPoint(0, 0), m_paper.size).marginsRemoved(m_margins);
     if (inner.width() < leastRoom || inner.height() < leastRoom) {
         m_error = CannotStart;
         return;
@@ -213,6 +239,11 @@ void PageDocument::writeMarginText(const QString &parts, bool header)
     page.insert(page.end(), written.cbegin(), written.cend());
 }
 
+bool PageDocument::hasRoomAt(int x) const
+{
+    return right() - x >= leastRoom;
+}
+
 // --- Position and font ---
 
 void PageDocument::setCurrentX(int x)
@@ -299,7 +330,8 @@ void PageDocument::writeWrapped(const QString &text)
         m_y += lineHeight();
         m_x = m_column;
     }
-    QTextLayout layout(text, m_fonts[size_t(m_font)]);
+    const QString whole = joined(text);
+    QTextLayout layout(whole, m_fonts[size_t(m_font)]);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
@@ -310,7 +342,8 @@ void PageDocument::writeWrapped(const QString &text)
             m_x = m_column;
         }
         line.setLineWidth(right() - m_x);
-        write(text.mid(line.textStart(), line.textLength()), line.naturalTextWidth());
+        write(
+            whole.mid(line.textStart(), line.textLength()).remove(joiner), line.naturalTextWidth());
     }
     layout.endLayout();
 }

@@ -19,6 +19,10 @@ struct Paper
 {
     QSize size {11906, 16838};
     QMargins unprintable; ///< What the printer cannot reach at each edge.
+
+    /// Each 1440, or a fifth of a sheet that is small, or what the printer cannot reach where that
+    /// is more.
+    QMargins margins() const;
 };
 
 /// Lays out text, rich text and pictures on pages and keeps each page as a list of drawing steps,
@@ -81,9 +85,9 @@ public:
     int PageHeight() const { return m_paper.size.height(); }
     int MarginLeft() const { return m_margins.left(); }
     int MarginBottom() const { return m_margins.bottom(); }
-    /// Each 1440, or a fifth of a sheet that is small, or what the printer cannot reach where that
-    /// is more.
-    QMargins margins() const { return m_margins; }
+    QMargins margins() const { return m_margins; } ///< Those of the paper.
+    /// Whether text can be written to the right of that place.
+    bool hasRoomAt(int x) const;
 
     // --- Header and footer, of pages that are finished after they were set ---
     /// Left, centre and right part, divided by "|"; of more than two, the last two divide. "%d"

@@ -1,4 +1,4 @@
-#include "printing/PdfPath.h"
+#include "platform/print/PdfPath.h"
 
 #include "platform/desktop/CommonDialog.h"
 

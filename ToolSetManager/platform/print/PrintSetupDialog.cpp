@@ -112,6 +112,30 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     showOrientation();
 }
 
+void PrintSetupDialog::askWhatToPrint(bool hasSelection)
+{
+    setWindowTitle(QStringLiteral("Print"));
+    m_buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("&Print"));
+    auto *box = new QGroupBox(QStringLiteral("Text"));
+    auto *optAll = new QRadioButton(QStringLiteral("&All"));
+    optSelection = new QRadioButton(QStringLiteral("&Selection"));
+    optAll->setObjectName(QStringLiteral("optAll"));
+    optSelection->setObjectName(QStringLiteral("optSelection"));
+    optSelection->setEnabled(hasSelection);
+    (hasSelection ? optSelection : optAll)->setChecked(true);
+    auto *row = new QHBoxLayout(box);
+    row->addWidget(optAll);
+    row->addWidget(optSelection);
+    row->addStretch();
+    auto *all = qobject_cast<QVBoxLayout *>(layout());
+    all->insertWidget(all->count() - 1, box);
+}
+
+bool PrintSetupDialog::selectionOnly() const
+{
+    return optSelection && optSelection->isChecked();
+}
+
 void PrintSetupDialog::showPrinter()
 {
     const QString printer = cboPrinter->currentText();

@@ -17,6 +17,11 @@ public:
     /// Shows the present choice of \a printers; OK changes it, Cancel leaves it alone.
     explicit PrintSetupDialog(Printers &printers, QWidget *parent = nullptr);
 
+    /// Makes it the question before a text is printed: all of it or, which is chosen at first where
+    /// there is a selection, only that.
+    void askWhatToPrint(bool hasSelection);
+    bool selectionOnly() const;
+
 private:
     void showPrinter();
     void showPaper(const QPageSize &size); ///< Chooses that one, where it is offered.
@@ -31,5 +36,6 @@ private:
     QRadioButton *optPortrait;
     QRadioButton *optLandscape;
     QLabel *lblSheet; ///< A drawing of the sheet.
+    QRadioButton *optSelection = nullptr; ///< Only where it is asked what to print.
     QDialogButtonBox *m_buttons;
 };

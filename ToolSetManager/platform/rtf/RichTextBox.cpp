@@ -8,12 +8,11 @@
 #include "platform/rtf/RtfWriter.h"
 #include "platform/text/Twips.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QPainter>
-#include <QPrinter>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <QUrl>
@@ -30,6 +29,29 @@ constexpr int twipsPerHalfPoint = Twips::perPoint / 2;
 constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
 constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
+// The toolkit's layout ends at 8,388,607 pixels, and never where a text goes on.
+constexpr double mostHeight = 6'000'000;
+constexpr double tallestFont = 2; ///< Height of a line over the size of its font.
+constexpr double widestFont = 1.2; ///< Width of a character, on the average of a line.
+constexpr double pixelsPerPoint = 96.0 / 72;
+
+/// Breaking a word of so many characters takes a time that grows with its square, unless it may be
+/// broken anywhere.
+constexpr int longestWord = 20'000;
+
+bool hasEndlessWord(const QTextBlock &block)
+{
+    if (block.length() <= longestWord)
+        return false;
+    const QString text = block.text();
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < text.size() && i - start <= longestWord; ++i) {
+        if (text[i].isSpace())
+            start = i + 1;
+    }
+    return text.size() - start > longestWord;
+}
+
 } // namespace
 
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
@@ -43,6 +65,8 @@ RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     setAcceptRichText(true);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setBorderStyle(rtfFixedSingle);
+    connect(document(), &QTextDocument::contentsChange, this,
+        [this](int position, int, int added) { fitHeight(position, added); });
     load({});
     m_colours->setBackground(palette().color(QPalette::Base));
     connect(this, &QTextEdit::textChanged, this, [this] {
@@ -60,6 +84,9 @@ RichTextBox::~RichTextBox() = default;
 void RichTextBox::load(const QString &rtf)
 {
     m_given = rtf;
+    document()->clear();
+    m_mostHeight = 0;
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDefaultFont(font());
     RichText::read(rtf, *document());
     setTextCursor(QTextCursor(document()));
@@ -130,8 +157,85 @@ void RichTextBox::wrap()
     }
 }
 
+/// The most that those characters can take on the screen, at their own size.
+double RichTextBox::shownHeight(int from, int to) const
+{
+    const double width =
+        qMax(16, lineWrapMode() == FixedPixelWidth ? lineWrapColumnOrWidth() : viewport()->width());
+    double all = 0;
+    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
+         block = block.next()) {
+        const QTextBlockFormat paragraph = block.blockFormat();
+        const double inside = qMax(
+            1.0, width - paragraph.leftMargin() - paragraph.rightMargin() - paragraph.textIndent());
+        const auto add = [&](const QTextCharFormat &format, const QString &text) {
+            const double points = format.hasProperty(QTextFormat::FontPointSize)
+                ? format.fontPointSize()
+                : font().pointSizeF();
+            const double size = qMax(points * pixelsPerPoint, 1.0);
+            double height = size * tallestFont * (1 + qAbs(format.baselineOffset()) / 100);
+            if (format.isImageFormat())
+                height += format.toImageFormat().height();
+            // Two lines together are wider than the text's area, or the second one's first word
+            // would stand in the first; a tab and a break may take a line however narrow they are.
+            const double characters = double(text.size());
+            const auto breaks = text.count(u'\t') + text.count(QChar::LineSeparator);
+            const double lines =
+                qMin(characters, 1 + double(breaks) + 2 * characters * size * widestFont / inside);
+            all += lines * qMax(height, paragraph.lineHeight(height, 1));
+        };
+        add(block.charFormat(), QStringLiteral(" "));
+        all += qAbs(paragraph.topMargin()) + qAbs(paragraph.bottomMargin());
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const int start = qMax(from - fragment.position(), 0);
+            const int end = qMin(to - fragment.position(), fragment.length());
+            if (start < end)
+                add(fragment.charFormat(), fragment.text().mid(start, end - start));
+        }
+    }
+    return all;
+}
+
+/// Shows a text that may be too tall for the toolkit's layout smaller. Called before a change is
+/// laid out.
+void RichTextBox::fitHeight(int position, int added)
+{
+    if (wordWrapMode() != QTextOption::WrapAnywhere) {
+        for (QTextBlock block = document()->findBlock(position);
+             block.isValid() && block.position() <= position + added; block = block.next()) {
+            if (hasEndlessWord(block)) {
+                setWordWrapMode(QTextOption::WrapAnywhere);
+                break;
+            }
+        }
+    }
+    m_mostHeight += shownHeight(position, position + added);
+    if (m_mostHeight > mostHeight || m_scale < 1)
+        m_mostHeight = shownHeight(0, document()->characterCount());
+    const double scale = qMin(1.0, mostHeight / m_mostHeight);
+    if (scale == m_scale)
+        return;
+    m_scale = scale;
+    auto *layout = document()->documentLayout();
+    if (scale < 1) {
+        // The toolkit scales fonts, distances and pictures to the device, by whole dots an inch.
+        const int dots = qMax(1, static_cast<int>(viewport()->logicalDpiY() * scale));
+        const int perMetre = static_cast<int>(std::lround(dots / 0.0254));
+        m_smallDevice = QImage(1, 1, QImage::Format_RGB32);
+        m_smallDevice.setDotsPerMeterX(perMetre);
+        m_smallDevice.setDotsPerMeterY(perMetre);
+        layout->setPaintDevice(&m_smallDevice);
+    } else {
+        layout->setPaintDevice(viewport());
+    }
+    document()->markContentsDirty(0, document()->characterCount());
+}
+
 void RichTextBox::resizeEvent(QResizeEvent *event)
 {
+    if (m_mostHeight > mostHeight / 100)
+        fitHeight(0, document()->characterCount()); // narrower lines make it taller
     QTextEdit::resizeEvent(event);
     wrap();
 }
@@ -678,22 +782,15 @@ RichTextPages &RichTextBox::pages()
     return *m_pages;
 }
 
-bool RichTextBox::SelPrint(QPrinter &printer)
+void RichTextBox::SelPrint(
+    QPainter &painter, const QRect &area, const std::function<void()> &newPage, bool selectionOnly)
 {
     QTextDocument part;
     part.setDefaultFont(font());
-    if (SelLength() > 0)
+    if (selectionOnly && SelLength() > 0)
         RichText::reader().read(RtfWriter::writeSelection(textCursor()), part);
     else
         RichText::reader().read(RtfWriter::write(*document()), part);
-
-    QPainter painter;
-    if (!painter.begin(&printer))
-        return false;
-    const double scale = double(printer.logicalDpiX()) / Twips::perInch;
-    const QSizeF inches = printer.pageLayout().paintRect(QPageLayout::Inch).size();
-    const QRect area(QPoint(0, 0), (inches * Twips::perInch).toSize());
-    painter.scale(scale, scale);
     RichTextPages pages(part);
     const int length = part.characterCount() - 1;
     for (int first = 0;;) {
@@ -701,8 +798,7 @@ bool RichTextBox::SelPrint(QPrinter &printer)
         pages.draw(painter, area, first, beyond);
         first = beyond;
         if (first >= length)
-            break;
-        printer.newPage();
+            return;
+        newPage();
     }
-    return painter.end();
 }

@@ -7,10 +7,12 @@
 #include <QColor>
 #include <QTextEdit>
 
+#include <QImage>
+#include <functional>
 #include <memory>
 #include <optional>
 
-class QPrinter;
+class QPainter;
 class QTextDocumentFragment;
 class ReadableColours;
 class RichTextPages;
@@ -113,9 +115,10 @@ public:
     /// The whole text on paper, laid out when it is first asked for. Who has printed calls its
     /// release(); a change of the text does so, too.
     RichTextPages &pages();
-    /// Prints the selected text, or all when nothing is selected, on the printer's pages within
-    /// their margins. False when the printer cannot start.
-    bool SelPrint(QPrinter &printer);
+    /// Draws the selected text, or all when nothing is selected or \a selectionOnly is false, onto
+    /// pages with a painter whose units are twips. \a newPage is called between two pages.
+    void SelPrint(QPainter &painter, const QRect &area, const std::function<void()> &newPage,
+        bool selectionOnly = true);
 
 Q_SIGNALS:
     void Change(); ///< The text or its formats have changed.
@@ -138,6 +141,8 @@ protected:
 private:
     void load(const QString &rtf);
     void wrap();
+    double shownHeight(int from, int to) const;
+    void fitHeight(int position, int added);
     void insertDocument(const QTextDocument &source, bool endsWithParagraph);
     void insertPicture(const QImage &image);
     /// What the text would measure with \a pasted in place of the selection.
@@ -162,6 +167,9 @@ private:
     int m_rightMargin = 0;
     qsizetype m_longestRTF = 0;
     std::pair<int, int> m_reportedSelection {0, 0};
+    double m_mostHeight = 0; ///< What the text can take on the screen at most; pixels.
+    double m_scale = 1; ///< Below 1 for a text that is too tall for the toolkit's layout.
+    QImage m_smallDevice; ///< What such a text is laid out for; never drawn on.
     std::unique_ptr<RichTextPages> m_pages;
     std::unique_ptr<ReadableColours> m_colours;
 };
