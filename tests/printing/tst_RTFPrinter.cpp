@@ -95,6 +95,13 @@ private Q_SLOTS:
                 expected << u"line %1"_qs.arg(i);
             QCOMPARE(printed.join(u'\n').split(u'\n', Qt::SkipEmptyParts), expected);
         }
+        // No line of a paragraph that runs over pages is in the file twice, although cut off.
+        QStringList words;
+        for (int i = 0; i < 5000; ++i)
+            words << u"word%1"_qs.arg(i);
+        box.setTextRTF(u"{\\rtf1{\\fonttbl{\\f0 Arial;}}\\fs20 "_qs + words.join(u' ') + u'}');
+        printer->PrintRTF();
+        QCOMPARE(pagesOfPdf(path()).join(u' ').simplified().split(u' '), words);
     }
 
     void cancels()
