@@ -100,8 +100,11 @@ private Q_SLOTS:
         QCOMPARE(lines.mid(1, 5),
             (QStringList {u"2880@2 C:\\A.EXE"_qs, u"2880@4 Tool type:"_qs,
                 u"2880@5 Standard Exe"_qs, u"2880@6 Tool access:"_qs, u"2880@7 Not enabled"_qs}));
-        QVERIFY(lines.contains(u"2880@11 AfterChangeFileName"_qs));
-        QVERIFY(lines.contains(u"2880@13 {Help}"_qs));
+        QSet<QString> places;
+        for (const QString &line : lines)
+            places.insert(line.section(u' ', 0, 0).section(u'@', 1));
+        QCOMPARE(places.size(), lines.size() - 1); // but for the footer's two parts
+        QVERIFY(lines.filter(u"{Help}"_qs).value(0).startsWith(u"2880@"_qs));
     }
 
     void kindAndAccess()
