@@ -163,8 +163,9 @@ void layOut(benchmark::State &state)
 void readLines(QTextDocument &document, int pageCount)
 {
     const QByteArray page = QByteArray("line\\par ").repeated(56); // of Letter paper
-    RtfReader().read(
-        "{\\rtf1{\\fonttbl{\\f0 Arial;}}\\fs20 " + page.repeated(pageCount) + '}', document);
+    const QByteArray rtf =
+        "{\\rtf1{\\fonttbl{\\f0 Arial;}}\\fs20 " + page.repeated(pageCount) + '}';
+    RtfReader().read(rtf, document);
 }
 
 /// So many pages of short lines: more than one layout of the toolkit can hold.
