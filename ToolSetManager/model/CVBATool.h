@@ -62,6 +62,9 @@ public:
     bool RunOutOfProcess() const { return (AccessOptions & OutOfProcessOption) != 0; }
     void setRunOutOfProcess(bool on) { setOption(OutOfProcessOption, on); }
 
+    /// Field by field; pictures are equal when their pixels are.
+    bool operator==(const CVBATool &other) const = default;
+
     QString AppName() const { return AppName32; }
     void setAppName(const QString &name) { AppName32 = name; }
 

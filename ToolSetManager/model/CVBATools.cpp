@@ -175,6 +175,45 @@ void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
     Add(kept);
 }
 
+bool CVBATools::canRename(const CVBATool &tool, const QString &newName) const
+{
+    const QString own = tool.Description.toCaseFolded();
+    const auto taken = [&](const QString &key) {
+        return m_tools.contains(key) && key.toCaseFolded() != own;
+    };
+    if (!m_allowDupes && !newName.isEmpty())
+        return !taken(newName);
+    if (Count() <= std::numeric_limits<qint16>::max())
+        return true; // the counter has more numbers than there are names
+    FreeNames names = m_freeNames;
+    names.released(tool.Description);
+    try {
+        names.nameFor(newName, taken);
+        return true;
+    } catch (const VbError &) {
+        return false;
+    }
+}
+
+std::vector<CVBATools::TakenTool> CVBATools::TakeOut(const QStringList &keys)
+{
+    std::vector<TakenTool> taken;
+    taken.reserve(static_cast<size_t>(keys.size()));
+    for (const QString &key : keys)
+        taken.push_back({m_tools.Item(key), m_tools.placeOf(key)});
+    Remove(keys);
+    return taken;
+}
+
+void CVBATools::PutBack(const std::vector<TakenTool> &taken)
+{
+    std::vector<KeyedCollection<ToolPtr>::Placed> placed;
+    placed.reserve(taken.size());
+    for (const TakenTool &item : taken)
+        placed.push_back({item.place, item.tool->Description, item.tool});
+    m_tools.Restore(placed);
+}
+
 bool CVBATools::Load(const QString &FileName)
 {
     ErrorDescription.clear();

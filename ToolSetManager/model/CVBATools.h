@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <vector>
 
 class BmtWriter;
 class PictureBox;
@@ -61,6 +62,22 @@ public:
     /// The result of adding is not looked at: with AllowDupes false and a taken name the tool
     /// drops out of the set.
     void Rename(const ToolPtr &tool, const QString &newName);
+
+    /// True when Rename would find a free name, so that the tool stays in the set.
+    bool canRename(const CVBATool &tool, const QString &newName) const;
+
+    // --- Taking tools out for a while, as undo does ---
+    /// A tool that was taken out, with its place in the set's own order.
+    struct TakenTool
+    {
+        ToolPtr tool;
+        KeyedCollection<ToolPtr>::Place place;
+    };
+    /// Removes the tools with those keys, all of which must be there.
+    std::vector<TakenTool> TakeOut(const QStringList &keys);
+    /// Puts tools back to their places, under the names that they have now; none of these may be
+    /// taken (VbError::DuplicateKey, and the set is as it was).
+    void PutBack(const std::vector<TakenTool> &taken);
 
     // --- The file ---
     /// Told during Load and Save how much of the work is done; it must not touch the set.

@@ -20,6 +20,8 @@ public:
 
     operator bool() const { return m_raw != 0; }
     qint16 raw() const { return m_raw; }
+    /// The stored values are compared: two true values may differ.
+    friend bool operator==(VbBool a, VbBool b) { return a.m_raw == b.m_raw; }
 
 private:
     qint16 m_raw;

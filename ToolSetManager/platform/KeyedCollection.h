@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <iterator>
+#include <vector>
 
 /// An ordered collection whose items are found by a text key or by a 1-based position.
 /// Keys are compared without regard to letter case. Looking a key up, appending and removing at
@@ -57,6 +59,55 @@ public:
     {
         const QString folded = takeKey(key, m_nextSerial);
         m_entries.push_back({m_nextSerial++, folded, item});
+    }
+
+    /// The place of an item among the others, which stays its own while the item is out.
+    using Place = qint64;
+    struct Placed
+    {
+        Place place;
+        QString key;
+        T item;
+    };
+
+    /// Throws VbError::InvalidCall when no item has the key.
+    Place placeOf(const QString &key) const
+    {
+        Item(key);
+        return m_serials.value(key.toCaseFolded());
+    }
+
+    /// Puts items that were removed back to the places that they had. Throws
+    /// VbError::DuplicateKey when one of the keys is taken; nothing has changed then.
+    void Restore(const std::vector<Placed> &items)
+    {
+        std::vector<Entry> added;
+        added.reserve(items.size());
+        try {
+            for (const Placed &placed : items) {
+                added.push_back({placed.place, takeKey(placed.key, placed.place), placed.item});
+            }
+        } catch (const VbError &) {
+            for (const Entry &entry : added)
+                m_serials.remove(entry.key);
+            throw;
+        }
+        const auto earlier = [](const Entry &a, const Entry &b) { return a.serial < b.serial; };
+        std::sort(added.begin(), added.end(), earlier);
+        constexpr size_t few = 8;
+        if (added.size() <= few) {
+            for (Entry &entry : added) {
+                const auto at =
+                    std::lower_bound(m_entries.begin(), m_entries.end(), entry, earlier);
+                m_entries.insert(at, std::move(entry));
+            }
+            return;
+        }
+        std::deque<Entry> merged;
+        std::merge(std::make_move_iterator(m_entries.begin()),
+            std::make_move_iterator(m_entries.end()), std::make_move_iterator(added.begin()),
+            std::make_move_iterator(added.end()), std::back_inserter(merged), earlier);
+        m_entries = std::move(merged);
     }
 
     /// Inserts before position 1; throws VbError::DuplicateKey when the key is taken.

@@ -1,0 +1,289 @@
+#include "model/ToolSetDocument.h"
+
+#include "model/ToolSetEdit.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+QString describe(
+    const QString &action, const ToolSetContents &contents, const QList<int> &positions)
+{
+    if (positions.size() != 1)
+        return QStringLiteral("%1 of %L2 Tools").arg(action).arg(positions.size());
+    return QStringLiteral("%1 of \"%2\"")
+        .arg(action, contents.toolAt(positions.constFirst())->Description);
+}
+
+} // namespace
+
+ToolSetDocument::Step::Step(ToolSetDocument &document, const QString &text)
+    : m_document(document)
+{
+    m_document.beginStep(text);
+}
+
+ToolSetDocument::Step::~Step()
+{
+    m_document.endStep();
+}
+
+ToolSetDocument::ToolSetDocument(ToolSetStorage &storage, QObject *parent)
+    : QObject(parent)
+{
+    auto tools = std::make_unique<CVBATools>(storage);
+    tools->setAllowDupes(true);
+    m_contents.setTools(std::move(tools));
+    m_stack.setUndoLimit(keptSteps);
+    connect(&m_contents, &ToolSetContents::toolsRemoved, this, &ToolSetDocument::toolsRemoved);
+    connect(&m_contents, &ToolSetContents::toolsInserted, this, &ToolSetDocument::toolsInserted);
+    connect(&m_contents, &ToolSetContents::toolsMoved, this, &ToolSetDocument::toolsMoved);
+    connect(&m_contents, &ToolSetContents::toolChanged, this, &ToolSetDocument::toolChanged);
+    connect(&m_contents, &ToolSetContents::propertiesChanged, this,
+        &ToolSetDocument::propertiesChanged);
+}
+
+ToolSetDocument::~ToolSetDocument() = default;
+
+QStringList ToolSetDocument::keysInOrder() const
+{
+    QStringList keys;
+    keys.reserve(count());
+    for (const ToolPtr &tool : m_contents.order())
+        keys.append(tool->Description);
+    return keys;
+}
+
+// --- State ---
+
+void ToolSetDocument::setDirty()
+{
+    m_dirty = true;
+    Q_EMIT stateChanged();
+}
+
+bool ToolSetDocument::isUnsaved() const
+{
+    return m_dirty || !m_stack.isClean() || (m_step && !m_step->isEmpty());
+}
+
+void ToolSetDocument::setTools(std::unique_ptr<CVBATools> tools, bool loaded)
+{
+    m_contents.setTools(std::move(tools));
+    m_stack.clear();
+    m_dirty = !loaded;
+    if (!loaded)
+        m_stack.resetClean();
+    Q_EMIT reset();
+    Q_EMIT stateChanged();
+}
+
+void ToolSetDocument::saved()
+{
+    m_dirty = false;
+    m_stack.setClean();
+    Q_EMIT stateChanged();
+}
+
+void ToolSetDocument::saveFailed()
+{
+    m_dirty = false;
+    m_stack.resetClean();
+    Q_EMIT stateChanged();
+}
+
+// --- Operations ---
+
+QList<int> ToolSetDocument::append(const QList<ToolPtr> &tools)
+{
+    const Step step(*this, QStringLiteral("New Tools"));
+    auto edit = std::make_unique<AppendEdit>(tools);
+    edit->apply(m_contents);
+    const QList<int> positions = edit->positions();
+    if (!positions.isEmpty())
+        keep(std::move(edit));
+    return positions;
+}
+
+void ToolSetDocument::remove(const QList<int> &positions)
+{
+    if (positions.isEmpty())
+        return;
+    const Step step(*this, describe(QStringLiteral("Delete"), m_contents, positions));
+    auto edit = std::make_unique<RemoveEdit>(positions);
+    edit->apply(m_contents);
+    keep(std::move(edit));
+}
+
+bool ToolSetDocument::movesBelow(const QList<int> &positions, int target)
+{
+    return !positions.isEmpty() && positions.constFirst() < target
+        && !std::binary_search(positions.begin(), positions.end(), target);
+}
+
+QList<int> ToolSetDocument::move(const QList<int> &positions, int target)
+{
+    if (positions.isEmpty())
+        return {};
+    // The tools that stay and stand before the place decide where it is.
+    const int end = movesBelow(positions, target) ? target + 1 : target;
+    const auto movedBefore =
+        std::lower_bound(positions.begin(), positions.end(), end) - positions.begin();
+    QList<int> to(positions.size());
+    std::iota(to.begin(), to.end(), end - static_cast<int>(movedBefore));
+    if (to == positions)
+        return to;
+    const Step step(*this, describe(QStringLiteral("Move"), m_contents, positions));
+    auto edit = std::make_unique<MoveEdit>(positions, to);
+    edit->apply(m_contents);
+    keep(std::move(edit));
+    return to;
+}
+
+bool ToolSetDocument::rename(const ToolPtr &tool, const QString &newName)
+{
+    if (newName == tool->Description)
+        return true;
+    if (!Tools().canRename(*tool, newName))
+        return false;
+    const Step step(*this, QStringLiteral("Rename of \"%1\"").arg(tool->Description));
+    auto edit = std::make_unique<RenameEdit>(tool, newName);
+    edit->apply(m_contents);
+    keep(std::move(edit), StaysClean);
+    return true;
+}
+
+void ToolSetDocument::change(const ToolPtr &tool, const CVBATool &after)
+{
+    CVBATool wanted = after;
+    wanted.Description = tool->Description;
+    if (wanted == *tool)
+        return;
+    const Step step(*this, QStringLiteral("Change of \"%1\"").arg(tool->Description));
+    auto edit = std::make_unique<ChangeEdit>(tool, wanted);
+    edit->apply(m_contents);
+    keep(std::move(edit));
+}
+
+void ToolSetDocument::setProperties(const Properties &after)
+{
+    const Properties before = properties();
+    if (after == before)
+        return;
+    const Step step(*this, QStringLiteral("Change of Tool Set Properties"));
+    auto edit = std::make_unique<PropertiesEdit>(before, after);
+    edit->apply(m_contents);
+    keep(std::move(edit));
+}
+
+// --- Steps ---
+
+QList<int> ToolSetDocument::selected() const
+{
+    return m_selection ? m_selection() : QList<int>();
+}
+
+void ToolSetDocument::beginStep(const QString &text)
+{
+    if (m_stepDepth++ == 0)
+        m_step = std::make_unique<ToolSetStep>(m_contents, text, selected());
+}
+
+void ToolSetDocument::keep(std::unique_ptr<ToolSetEdit> edit, Effect effect)
+{
+    m_step->add(std::move(edit), effect == Dirties);
+    if (effect == Dirties)
+        m_dirty = true;
+}
+
+void ToolSetDocument::endStep()
+{
+    if (--m_stepDepth > 0)
+        return;
+    if (m_step->isEmpty()) {
+        m_step.reset();
+        return;
+    }
+    m_step->setSelectedAfter(selected());
+    m_stack.push(m_step.release());
+    forgetOldest();
+    Q_EMIT changed();
+    Q_EMIT stateChanged();
+}
+
+const ToolSetStep *ToolSetDocument::stepAt(int index) const
+{
+    return static_cast<const ToolSetStep *>(m_stack.command(index));
+}
+
+void ToolSetDocument::forgetOldest()
+{
+    qint64 bytes = 0;
+    for (int i = m_stack.index() - 1; i >= 0; --i) {
+        // The stack hands its commands out as constant, but each was made here.
+        auto *step =
+            const_cast<ToolSetStep *>(stepAt(i)); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+        bytes += step->bytes();
+        if (bytes > keptBytes && i < m_stack.index() - 1)
+            step->forget();
+    }
+}
+
+// --- Undo ---
+
+bool ToolSetDocument::canUndo() const
+{
+    return !m_step && m_stack.canUndo() && !stepAt(m_stack.index() - 1)->isEmpty();
+}
+
+bool ToolSetDocument::canRedo() const
+{
+    return !m_step && m_stack.canRedo();
+}
+
+QString ToolSetDocument::undoText() const
+{
+    return canUndo() ? m_stack.undoText() : QString();
+}
+
+QString ToolSetDocument::redoText() const
+{
+    return canRedo() ? m_stack.redoText() : QString();
+}
+
+void ToolSetDocument::undo()
+{
+    if (!canUndo())
+        return;
+    const ToolSetStep *step = stepAt(m_stack.index() - 1);
+    m_stack.undo();
+    stepped(*step, step->selectedBefore());
+}
+
+void ToolSetDocument::redo()
+{
+    if (!canRedo())
+        return;
+    const ToolSetStep *step = stepAt(m_stack.index());
+    m_stack.redo();
+    stepped(*step, step->selectedAfter());
+}
+
+void ToolSetDocument::stepped(const ToolSetStep &step, const QList<int> &selected)
+{
+    m_dirty = m_stack.cleanIndex() < 0 ? m_dirty || step.dirties() : differsFromSaved();
+    Q_EMIT selectionRestored(selected);
+    Q_EMIT changed();
+    Q_EMIT stateChanged();
+}
+
+bool ToolSetDocument::differsFromSaved() const
+{
+    const auto [first, last] = std::minmax({m_stack.cleanIndex(), m_stack.index()});
+    for (int i = first; i < last; ++i) {
+        if (stepAt(i)->dirties())
+            return true;
+    }
+    return false;
+}
