@@ -4,7 +4,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/print/Printers.h"
-#include "shell/InformationOptions.h"
+#include "platform/desktop/InformationOptions.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
 #include "shell/mTSM.h"

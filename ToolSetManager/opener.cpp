@@ -5,10 +5,10 @@
 //     ToolSetManager-open [FILE...]
 
 #include "platform/desktop/FileNames.h"
+#include "platform/desktop/FrameIdentity.h"
+#include "platform/desktop/InformationOptions.h"
 #include "platform/desktop/InstanceRequest.h"
 #include "platform/desktop/InstanceSocket.h"
-#include "shell/FrameIdentity.h"
-#include "shell/InformationOptions.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shell/Frame.h"
-#include "shell/FrameIdentity.h"
+#include "platform/desktop/FrameIdentity.h"
 
 #include <QMainWindow>
 #include <QPointer>
