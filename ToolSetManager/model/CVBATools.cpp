@@ -134,15 +134,6 @@ void CVBATools::Remove(const QString &key)
         m_freeNames.released(key);
 }
 
-void CVBATools::Remove(const QStringList &keys)
-{
-    for (const QString &key : keys) {
-        if (m_tools.contains(key))
-            m_freeNames.released(key);
-    }
-    m_tools.Remove(keys);
-}
-
 void CVBATools::RemoveAllItems()
 {
     while (Count() >= 1)
@@ -195,23 +186,17 @@ bool CVBATools::canRename(const CVBATool &tool, const QString &newName) const
     }
 }
 
-std::vector<CVBATools::TakenTool> CVBATools::TakeOut(const QStringList &keys)
+CVBATools::TakenTools CVBATools::TakeOut(const QStringList &keys)
 {
-    std::vector<TakenTool> taken;
-    taken.reserve(static_cast<size_t>(keys.size()));
-    for (const QString &key : keys)
-        taken.push_back({m_tools.Item(key), m_tools.placeOf(key)});
-    Remove(keys);
+    TakenTools taken = m_tools.TakeOut(keys);
+    for (const auto &placed : taken)
+        m_freeNames.released(placed.item->Description);
     return taken;
 }
 
-void CVBATools::PutBack(const std::vector<TakenTool> &taken)
+void CVBATools::PutBack(const TakenTools &taken)
 {
-    std::vector<KeyedCollection<ToolPtr>::Placed> placed;
-    placed.reserve(taken.size());
-    for (const TakenTool &item : taken)
-        placed.push_back({item.place, item.tool->Description, item.tool});
-    m_tools.Restore(placed);
+    m_tools.PutBack(taken, [](const ToolPtr &tool) { return tool->Description; });
 }
 
 bool CVBATools::Load(const QString &FileName)

@@ -54,7 +54,6 @@ public:
     auto end() const { return m_tools.end(); }
     /// A missing key is ignored.
     void Remove(const QString &key);
-    void Remove(const QStringList &keys); ///< The same for many, in one go.
     void RemoveAllItems();
     /// Whether Rename would find a name for the tool: with AllowDupes false the new one itself.
     bool CanRename(const ToolPtr &tool, const QString &newName);
@@ -67,17 +66,13 @@ public:
     bool canRename(const CVBATool &tool, const QString &newName) const;
 
     // --- Taking tools out for a while, as undo does ---
-    /// A tool that was taken out, with its place in the set's own order.
-    struct TakenTool
-    {
-        ToolPtr tool;
-        KeyedCollection<ToolPtr>::Place place;
-    };
-    /// Removes the tools with those keys, all of which must be there.
-    std::vector<TakenTool> TakeOut(const QStringList &keys);
+    /// Tools that were taken out, each with its place in the set's own order.
+    using TakenTools = std::vector<KeyedCollection<ToolPtr>::Placed>;
+    /// Keys that are not there are ignored.
+    TakenTools TakeOut(const QStringList &keys);
     /// Puts tools back to their places, under the names that they have now; none of these may be
     /// taken (VbError::DuplicateKey, and the set is as it was).
-    void PutBack(const std::vector<TakenTool> &taken);
+    void PutBack(const TakenTools &taken);
 
     // --- The file ---
     /// Told during Load and Save how much of the work is done; it must not touch the set.

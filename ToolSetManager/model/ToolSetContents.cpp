@@ -92,8 +92,8 @@ void ToolSetContents::putIn(const QList<int> &positions, const TakenTools &taken
     m_tools->PutBack(taken);
     std::vector<ToolPtr> tools;
     tools.reserve(taken.size());
-    for (const CVBATools::TakenTool &item : taken)
-        tools.push_back(item.tool);
+    for (const auto &placed : taken)
+        tools.push_back(placed.item);
     insertPositions(m_order, positions, tools);
     Q_EMIT toolsInserted(positions);
 }

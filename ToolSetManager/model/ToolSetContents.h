@@ -23,7 +23,7 @@ public:
         qint32 FLAGS = 0;
         bool operator==(const Properties &other) const = default;
     };
-    using TakenTools = std::vector<CVBATools::TakenTool>;
+    using TakenTools = CVBATools::TakenTools;
 
     using QObject::QObject;
 

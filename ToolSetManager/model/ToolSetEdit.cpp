@@ -90,8 +90,8 @@ void RemoveEdit::revert(ToolSetContents &contents)
 qint64 RemoveEdit::bytes() const
 {
     qint64 bytes = bytesOf(m_positions);
-    for (const CVBATools::TakenTool &item : m_taken)
-        bytes += bytesOf(*item.tool);
+    for (const auto &placed : m_taken)
+        bytes += bytesOf(*placed.item);
     return bytes;
 }
 

@@ -3,7 +3,6 @@
 #include "platform/VbError.h"
 
 #include <QHash>
-#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
@@ -61,14 +60,63 @@ public:
         m_entries.push_back({m_nextSerial++, folded, item});
     }
 
+    /// Inserts before position 1; throws VbError::DuplicateKey when the key is taken.
+    void AddFirst(const T &item, const QString &key)
+    {
+        const QString folded = takeKey(key, m_firstSerial - 1);
+        m_entries.push_front({--m_firstSerial, folded, item});
+    }
+
+    /// Removes the item with that key; false when there is none.
+    bool Remove(const QString &key)
+    {
+        const auto found = m_serials.constFind(key.toCaseFolded());
+        if (found == m_serials.constEnd())
+            return false;
+        m_entries.erase(entryOf(*found));
+        m_serials.erase(found);
+        return true;
+    }
+
     /// The place of an item among the others, which stays its own while the item is out.
     using Place = qint64;
     struct Placed
     {
         Place place;
-        QString key;
         T item;
     };
+
+    /// Takes the items with those keys out in one go: taken one at a time out of the middle, many
+    /// would each move all that stand behind them. Keys that are not there are ignored.
+    std::vector<Placed> TakeOut(const QStringList &keys)
+    {
+        std::vector<Placed> taken;
+        taken.reserve(static_cast<size_t>(keys.size()));
+        std::vector<qint64> serials;
+        serials.reserve(taken.capacity());
+        for (const QString &key : keys) {
+            const auto found = m_serials.constFind(key.toCaseFolded());
+            if (found == m_serials.constEnd())
+                continue;
+            serials.push_back(*found);
+            taken.push_back({*found, entryOf(*found)->item});
+            m_serials.erase(found);
+        }
+        if (serials.size() == 1) {
+            m_entries.erase(entryOf(serials.front()));
+        } else if (m_serials.isEmpty()) {
+            m_entries.clear();
+        } else {
+            std::sort(serials.begin(), serials.end());
+            auto next = serials.cbegin();
+            std::erase_if(m_entries, [&](const Entry &entry) {
+                const bool goes = next != serials.cend() && *next == entry.serial;
+                next += goes ? 1 : 0;
+                return goes;
+            });
+        }
+        return taken;
+    }
 
     /// Throws VbError::InvalidCall when no item has the key.
     Place placeOf(const QString &key) const
@@ -77,16 +125,17 @@ public:
         return m_serials.value(key.toCaseFolded());
     }
 
-    /// Puts items that were removed back to the places that they had. Throws
-    /// VbError::DuplicateKey when one of the keys is taken; nothing has changed then.
-    void Restore(const std::vector<Placed> &items)
+    /// Puts items that were taken out back to their places, under the key that \a keyOf gives for
+    /// each. Throws VbError::DuplicateKey when one is taken; nothing has changed then.
+    template <class KeyOf>
+    void PutBack(const std::vector<Placed> &items, KeyOf keyOf)
     {
         std::vector<Entry> added;
         added.reserve(items.size());
         try {
-            for (const Placed &placed : items) {
-                added.push_back({placed.place, takeKey(placed.key, placed.place), placed.item});
-            }
+            for (const Placed &placed : items)
+                added.push_back(
+                    {placed.place, takeKey(keyOf(placed.item), placed.place), placed.item});
         } catch (const VbError &) {
             for (const Entry &entry : added)
                 m_serials.remove(entry.key);
@@ -108,40 +157,6 @@ public:
             std::make_move_iterator(m_entries.end()), std::make_move_iterator(added.begin()),
             std::make_move_iterator(added.end()), std::back_inserter(merged), earlier);
         m_entries = std::move(merged);
-    }
-
-    /// Inserts before position 1; throws VbError::DuplicateKey when the key is taken.
-    void AddFirst(const T &item, const QString &key)
-    {
-        const QString folded = takeKey(key, m_firstSerial - 1);
-        m_entries.push_front({--m_firstSerial, folded, item});
-    }
-
-    /// Removes the item with that key; false when there is none.
-    bool Remove(const QString &key)
-    {
-        const auto found = m_serials.constFind(key.toCaseFolded());
-        if (found == m_serials.constEnd())
-            return false;
-        m_entries.erase(entryOf(*found));
-        m_serials.erase(found);
-        return true;
-    }
-
-    /// Removes the items with those keys in one go: taken one at a time out of the middle, many
-    /// would each move all that stand behind them. Keys that are not there are ignored.
-    void Remove(const QStringList &keys)
-    {
-        QSet<qint64> gone;
-        for (const QString &key : keys) {
-            const auto found = m_serials.constFind(key.toCaseFolded());
-            if (found == m_serials.constEnd())
-                continue;
-            gone.insert(*found);
-            m_serials.erase(found);
-        }
-        std::erase_if(
-            m_entries, [&gone](const Entry &entry) { return gone.contains(entry.serial); });
     }
 
     /// Removes the item at a 1-based position; false when there is none.

@@ -80,10 +80,18 @@ private Q_SLOTS:
                 expected.removeAll(key);
                 break;
             case 4: {
-                const QStringList some {key, u"not there"_qs, QString::number(random.bounded(60))};
-                names.Remove(some);
+                QStringList some {u"not there"_qs};
+                for (int count = random.bounded(20); count > 0; --count)
+                    some.append(QString::number(random.bounded(60)));
+                const auto taken = names.TakeOut(some);
+                const QStringList before = expected;
                 for (const QString &each : some)
                     expected.removeAll(each);
+                QCOMPARE(listed(names), expected);
+                if (random.bounded(2)) {
+                    names.PutBack(taken, [](const QString &item) { return item; });
+                    expected = before;
+                }
                 break;
             }
             default: {
