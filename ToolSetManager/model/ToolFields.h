@@ -3,6 +3,8 @@
 #include "model/BmtFormat.h"
 #include "model/CVBATool.h"
 
+#include <QBitArray>
+
 /// The fields of a tool, once for all: comparison, snapshots, the file's reader and writer and
 /// whatever works field by field walk this list, so that a new field cannot be forgotten in one of
 /// them.
@@ -55,6 +57,15 @@ void forEach(Visit &&visit)
     visit(Text {"help text", &CVBATool::HelpString, &Record::help, false});
     visit(Number {"help context", &CVBATool::HelpId, &Record::helpId});
 }
+
+constexpr int count = 14;
+
+/// The indexes, by the order of forEach(), of the fields that differ; empty when none does.
+QBitArray differing(const CVBATool &a, const CVBATool &b);
+/// Whether one field is the same.
+bool isSame(const CVBATool &a, const CVBATool &b, int index);
+void copy(const CVBATool &from, CVBATool &to, int index);
+QString nameOf(int index); ///< As messages call it.
 
 /// Does not compile when a field was added to the tool and not to the list above.
 inline void checkComplete(CVBATool &tool)
