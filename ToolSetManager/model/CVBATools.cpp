@@ -1,12 +1,11 @@
 #include "model/CVBATools.h"
 
 #include "model/BmtReader.h"
+#include "model/BmtTool.h"
 #include "model/BmtWriter.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/FileNames.h"
 #include "platform/desktop/SafeWriter.h"
-#include "platform/picture/Picture.h"
-#include "platform/picture/PictureBox.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,10 +25,6 @@ constexpr qsizetype memoryReserve = 4 << 20;
 /// in the file.
 constexpr qint64 pictureMemoryOfAnyFile = 64LL << 20;
 constexpr qint64 pictureMemoryPerByte = 32;
-
-/// Pixels. Larger pictures are scaled down while they are decoded: no button, list or dialog shows
-/// more, and 1-bit pictures would grow to 32 times their size.
-constexpr int longestPictureSide = 512;
 
 VbError fileError(const QString &text)
 {
@@ -61,42 +56,6 @@ void openForReading(QFile &file)
         throw fileError(
             QStringLiteral("\"%1\" cannot be opened: %2.").arg(shown(path), file.errorString()));
     }
-}
-
-VbError pictureError(const QString &toolName)
-{
-    return fileError(QStringLiteral("The button picture of the tool \"%1\" is not a bitmap "
-                                    "that can be read.")
-                         .arg(toolName));
-}
-
-/// Only blanks are trimmed, not every white space.
-QByteArrayView trimmedBlanks(QByteArrayView text)
-{
-    while (!text.isEmpty() && text.front() == ' ')
-        text = text.sliced(1);
-    while (!text.isEmpty() && text.back() == ' ')
-        text.chop(1);
-    return text;
-}
-
-/// A picture's bytes have one extra byte behind the bitmap; without more there is no bitmap.
-bool hasBitmap(QByteArrayView bytes)
-{
-    return bytes.size() > 1;
-}
-
-struct NamedText
-{
-    QLatin1StringView field;
-    const QString &text;
-};
-
-QString lengthProblem(qsizetype length)
-{
-    return QStringLiteral("it has %L1 characters, and the file can hold %L2 at most")
-        .arg(length)
-        .arg(BmtFormat::longestString);
 }
 
 } // namespace
@@ -141,7 +100,7 @@ void CVBATools::RemoveAllItems()
     m_freeNames.clear();
 }
 
-bool CVBATools::CanRename(const ToolPtr &tool, const QString &newName)
+bool CVBATools::canRename(const ToolPtr &tool, const QString &newName) const
 {
     // The name that it has is free then.
     const auto taken = [&](const QString &key) {
@@ -149,8 +108,12 @@ bool CVBATools::CanRename(const ToolPtr &tool, const QString &newName)
     };
     if (!newName.isEmpty() && !m_allowDupes)
         return !taken(newName);
+    if (Count() <= std::numeric_limits<qint16>::max())
+        return true; // the counter has more numbers than there are names
+    FreeNames names = m_freeNames;
+    names.released(tool->Description);
     try {
-        m_freeNames.nameFor(newName, taken);
+        names.nameFor(newName, taken);
         return true;
     } catch (const VbError &) {
         return false;
@@ -164,26 +127,6 @@ void CVBATools::Rename(const ToolPtr &tool, const QString &newName)
     Remove(kept->Description);
     kept->Description = newName;
     Add(kept);
-}
-
-bool CVBATools::canRename(const CVBATool &tool, const QString &newName) const
-{
-    const QString own = tool.Description.toCaseFolded();
-    const auto taken = [&](const QString &key) {
-        return m_tools.contains(key) && key.toCaseFolded() != own;
-    };
-    if (!m_allowDupes && !newName.isEmpty())
-        return !taken(newName);
-    if (Count() <= std::numeric_limits<qint16>::max())
-        return true; // the counter has more numbers than there are names
-    FreeNames names = m_freeNames;
-    names.released(tool.Description);
-    try {
-        names.nameFor(newName, taken);
-        return true;
-    } catch (const VbError &) {
-        return false;
-    }
 }
 
 CVBATools::TakenTools CVBATools::TakeOut(const QStringList &keys)
@@ -243,7 +186,7 @@ void CVBATools::readTools(const QString &FileName)
                 Progress(reader.position(), reader.size());
         }
         if (found == Found::ImpossiblePicture)
-            throw pictureError(m_storage.codePage.decode(trimmedBlanks(record.name)));
+            throw BmtTool::pictureError(record, m_storage.codePage);
         m_fileEnd = found == Found::End ? FileEnd::Complete : FileEnd::Early;
     }
     if (file.error() != QFileDevice::NoError) {
@@ -254,38 +197,11 @@ void CVBATools::readTools(const QString &FileName)
 
 void CVBATools::addRecord(const BmtFormat::Record &record, qint64 &pictureMemory)
 {
-    const CodePage &codePage = m_storage.codePage;
-    const auto trimmed = [&](QByteArrayView text) { return codePage.decode(trimmedBlanks(text)); };
-    auto tool = std::make_shared<CVBATool>();
-    tool->Description = trimmed(record.name);
-    tool->FileName = trimmed(record.location);
-    tool->ToolType = record.kind;
-    tool->AccessOptions = record.accessOptions;
-    tool->Hotkey = trimmed(record.hotkey);
-    tool->AppName16 = trimmed(record.appName16);
-    tool->AppName32 = trimmed(record.appName32);
-    tool->FLAGS = record.events;
-    if (m_header.FileVersion != BmtFormat::oldVersion)
-        tool->VBEvents = record.events;
-    else
-        tool->FLAGS &= ~1;
-    tool->CommandLine = trimmed(record.commandLine);
-    tool->Enabled = VbBool::fromRaw(record.enabled);
-    tool->HelpString = codePage.decode(record.help);
-    tool->HelpId = record.helpId;
-    if (hasBitmap(record.picture)) {
-        // The scratch file is what other programs expect to find; the picture itself is taken from
-        // the bytes at hand, so a scratch file that cannot be written costs nothing.
-        m_storage.scratch.write(record.picture);
-        const auto picture = Picture::decode(record.picture, pictureMemory, longestPictureSide);
-        if (!picture)
-            throw pictureError(tool->Description);
-        tool->Picture = *picture;
-    }
+    const ToolPtr tool = BmtTool::decode(record, m_header.FileVersion, m_storage, pictureMemory);
+    const QString name = tool->Description;
     // With AllowDupes false a second tool of one name is dropped, as required. Otherwise the tool
     // would be lost without a word.
     if (!Add(tool) && m_allowDupes) {
-        const QString name = trimmed(record.name);
         throw fileError(name.isEmpty()
                 ? QStringLiteral("There are too many tools without a name.")
                 : QStringLiteral("There are too many tools called \"%1\".").arg(name));
@@ -360,51 +276,11 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
 
 qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const
 {
-    const CodePage &codePage = m_storage.codePage;
-    const auto check = [&](const NamedText &item, const QString &toolName) {
-        const qsizetype bad = codePage.firstUnencodable(item.text);
-        QString problem;
-        if (bad >= 0) {
-            const QString rest = item.text.mid(bad, 2);
-            problem = QStringLiteral("the code page %1 has no character \"%2\"")
-                          .arg(codePage.number())
-                          .arg(rest.left(rest.at(0).isHighSurrogate() ? 2 : 1));
-        } else if (item.text.size() > BmtFormat::longestString) {
-            problem = lengthProblem(item.text.size());
-        } else {
-            return item.text.size() + 2;
-        }
-        const QString owner = toolName.isNull() ? QStringLiteral("the tool set")
-                                                : QStringLiteral("the tool \"%1\"").arg(toolName);
-        throw fileError(QStringLiteral("The %1 of %2 cannot be stored: %3.")
-                            .arg(QString(item.field), owner, problem));
-    };
-
-    qint64 size = 6;
-    size += check({QLatin1StringView("long description"), m_header.LongDescription}, QString());
-    size += check({QLatin1StringView("description"), m_header.Description}, QString());
-    ctlPic.setPicture(QImage());
-    const qint64 pictureSize = 10 + Picture::encodeBitmap(ctlPic.Image()).size() + 1;
-    constexpr qint64 numbersSize = 2 + 2 + 4 + 2 + 2 + 2;
-    constexpr qint64 reservedTextSize = 2;
+    qint64 size = BmtTool::storedHeaderSize(m_header, m_storage.codePage);
+    const qint64 pictureSize = BmtTool::storedPictureSize(ctlPic);
     for (const QString &name : ToolNames) {
-        if (!m_tools.contains(name))
-            continue; // found out in its turn, while writing
-        const CVBATool &tool = *m_tools.Item(name);
-        // Not the empty name, which stands for the set.
-        const QString owner = tool.Description.isNull() ? QStringLiteral("") : tool.Description;
-        const NamedText texts[] = {
-            {QLatin1StringView("name"), tool.Description},
-            {QLatin1StringView("location"), tool.FileName},
-            {QLatin1StringView("hot key"), tool.Hotkey},
-            {QLatin1StringView("second application name"), tool.AppName16},
-            {QLatin1StringView("command line"), tool.CommandLine},
-            {QLatin1StringView("help text"), tool.HelpString},
-            {QLatin1StringView("application name"), tool.AppName32},
-        };
-        for (const NamedText &text : texts)
-            size += check(text, owner);
-        size += numbersSize + reservedTextSize + pictureSize;
+        if (m_tools.contains(name)) // else found out in its turn, while writing
+            size += BmtTool::storedSize(*m_tools.Item(name), m_storage.codePage) + pictureSize;
     }
     return size;
 }
@@ -421,29 +297,8 @@ void CVBATools::writeTools(
     for (const QString &name : ToolNames) {
         if (Progress)
             Progress(done++, ToolNames.size());
-        const CVBATool &tool = *m_tools.Item(name);
-        const QByteArray texts[] = {encode(tool.Description), encode(tool.FileName),
-            encode(tool.Hotkey), encode(tool.AppName16), encode(tool.CommandLine),
-            encode(tool.HelpString), encode(tool.AppName32)};
-        ctlPic.setPicture(tool.Picture);
-        QByteArray picture = Picture::encodeBitmap(ctlPic.Image());
-        m_storage.scratch.write(picture);
-        picture.append('\0'); // Kept: the array runs from 0 to the file's length inclusive.
-        BmtFormat::Record record;
-        record.name = texts[0];
-        record.location = texts[1];
-        record.hotkey = texts[2];
-        record.appName16 = texts[3];
-        record.kind = tool.ToolType;
-        record.accessOptions = tool.AccessOptions;
-        record.events = tool.VBEvents & BmtFormat::storedEvents;
-        record.commandLine = texts[4];
-        record.help = texts[5];
-        record.enabled = tool.Enabled.raw();
-        record.helpId = tool.HelpId;
-        record.appName32 = texts[6];
-        record.picture = picture;
-        writer.writeRecord(record);
+        const BmtTool::Encoded encoded(*m_tools.Item(name), m_storage, ctlPic);
+        writer.writeRecord(encoded.record());
         if (!writer.ok())
             return;
     }

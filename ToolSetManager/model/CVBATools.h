@@ -56,14 +56,11 @@ public:
     void Remove(const QString &key);
     void RemoveAllItems();
     /// Whether Rename would find a name for the tool: with AllowDupes false the new one itself.
-    bool CanRename(const ToolPtr &tool, const QString &newName);
+    bool canRename(const ToolPtr &tool, const QString &newName) const;
     /// Takes the tool out under its current name, names it anew and adds it again, at the end.
     /// The result of adding is not looked at: with AllowDupes false and a taken name the tool
     /// drops out of the set.
     void Rename(const ToolPtr &tool, const QString &newName);
-
-    /// True when Rename would find a free name, so that the tool stays in the set.
-    bool canRename(const CVBATool &tool, const QString &newName) const;
 
     // --- Taking tools out for a while, as undo does ---
     /// Tools that were taken out, each with its place in the set's own order.

@@ -5,6 +5,8 @@
 
 #include <QBitArray>
 
+#include <type_traits>
+
 /// The fields of a tool, once for all: comparison, snapshots, the file's reader and writer and
 /// whatever works field by field walk this list, so that a new field cannot be forgotten in one of
 /// them.
@@ -56,6 +58,19 @@ void forEach(Visit &&visit)
     visit(Text {"command line", &CVBATool::CommandLine, &Record::commandLine, true});
     visit(Text {"help text", &CVBATool::HelpString, &Record::help, false});
     visit(Number {"help context", &CVBATool::HelpId, &Record::helpId});
+}
+
+/// Calls \a onText and \a onNumber for the fields that a record stores as they are.
+template <class OnText, class OnNumber>
+void forEachStored(OnText &&onText, OnNumber &&onNumber)
+{
+    forEach([&](const auto &field) {
+        using Field = std::decay_t<decltype(field)>;
+        if constexpr (std::is_same_v<Field, Text>)
+            onText(field);
+        else if constexpr (std::is_same_v<Field, Number>)
+            onNumber(field);
+    });
 }
 
 constexpr int count = 14;

@@ -33,6 +33,7 @@ ToolSetDocument::ToolSetDocument(ToolSetStorage &storage, QObject *parent)
     : QObject(parent)
 {
     auto tools = std::make_unique<CVBATools>(storage);
+    tools->setFLAGS(1); // the add-in does not list it in its menu
     tools->setAllowDupes(true);
     m_contents.setTools(std::move(tools));
     m_stack.setUndoLimit(keptSteps);
@@ -103,6 +104,8 @@ QList<int> ToolSetDocument::append(const QList<ToolPtr> &tools)
     const QList<int> positions = edit->positions();
     if (!positions.isEmpty())
         keep(std::move(edit));
+    if (positions.size() < tools.size())
+        Q_EMIT noFreeName(tools.constLast()->Description);
     return positions;
 }
 
@@ -143,14 +146,26 @@ QList<int> ToolSetDocument::move(const QList<int> &positions, int target)
 
 bool ToolSetDocument::rename(const ToolPtr &tool, const QString &newName)
 {
+    return rename(tool, newName, Dirties);
+}
+
+bool ToolSetDocument::renameInPlace(const ToolPtr &tool, const QString &newName)
+{
+    return rename(tool, newName, StaysClean);
+}
+
+bool ToolSetDocument::rename(const ToolPtr &tool, const QString &newName, Effect effect)
+{
     if (newName == tool->Description)
         return true;
-    if (!Tools().canRename(*tool, newName))
+    if (!Tools().canRename(tool, newName)) {
+        Q_EMIT noFreeName(newName);
         return false;
+    }
     const Step step(*this, QStringLiteral("Rename of \"%1\"").arg(tool->Description));
     auto edit = std::make_unique<RenameEdit>(tool, newName);
     edit->apply(m_contents);
-    keep(std::move(edit), StaysClean);
+    keep(std::move(edit), effect);
     return true;
 }
 

@@ -37,7 +37,8 @@ public:
         ToolSetDocument &m_document;
     };
 
-    /// The storage is borrowed. The set is a new one: no tools, duplicate names allowed.
+    /// The storage is borrowed. The set is a new one, without tools; its `FLAGS` are 1,
+    /// and duplicate names are allowed.
     explicit ToolSetDocument(ToolSetStorage &storage, QObject *parent = nullptr);
     ~ToolSetDocument() override;
 
@@ -83,9 +84,11 @@ public:
     QList<int> move(const QList<int> &positions, int target);
     /// True when move() would put them below the target.
     static bool movesBelow(const QList<int> &positions, int target);
-    /// Renames a tool; the set may make the name unique. Does not make the set dirty. False, and
-    /// nothing has changed, when no name is free.
+    /// Renames a tool; the set may make the name unique. False, and nothing has changed, when no
+    /// name is free.
     bool rename(const ToolPtr &tool, const QString &newName);
+    /// The same. Kept: does not make the set dirty.
+    bool renameInPlace(const ToolPtr &tool, const QString &newName);
     /// Gives the tool all fields of \a after but the name.
     void change(const ToolPtr &tool, const CVBATool &after);
     void setProperties(const Properties &after);
@@ -119,9 +122,12 @@ Q_SIGNALS:
     void stateChanged();
     /// By undo and redo: what was selected then.
     void selectionRestored(const QList<int> &positions);
+    /// A tool was not renamed or not added: the name is taken, and so is each one made of it.
+    void noFreeName(const QString &name);
 
 private:
     enum Effect { Dirties, StaysClean };
+    bool rename(const ToolPtr &tool, const QString &newName, Effect effect);
 
     void beginStep(const QString &text);
     void endStep();

@@ -1,5 +1,6 @@
 #include "model/ToolSetSnapshot.h"
 
+#include "model/ToolFields.h"
 #include "platform/desktop/SafeFiles.h"
 
 #include <QDataStream>
@@ -115,24 +116,10 @@ void take(QDataStream &stream, Number &value)
     stream >> value;
 }
 
-/// All fields of a tool, in the order of the file.
 template <class Tool, class Act>
 void forEachField(Tool &tool, Act act)
 {
-    act(tool.Description);
-    act(tool.Enabled);
-    act(tool.FileName);
-    act(tool.Picture);
-    act(tool.ToolType);
-    act(tool.AccessOptions);
-    act(tool.Hotkey);
-    act(tool.AppName16);
-    act(tool.AppName32);
-    act(tool.FLAGS);
-    act(tool.VBEvents);
-    act(tool.CommandLine);
-    act(tool.HelpString);
-    act(tool.HelpId);
+    ToolFields::forEach([&](const auto &field) { act(tool.*(field.field)); });
 }
 
 template <class Snapshot, class Act>

@@ -37,10 +37,6 @@ public:
     virtual void Unload() = 0;
     /// The window has become the active one.
     virtual void Form_Activate() = 0;
-    /// Items shown faint, because their tools are cut or dragged, are shown as before.
-    virtual void unghostTools() = 0;
-    /// Selects exactly the items that are shown faint.
-    virtual void selectGhostedTools() = 0;
 
     // --- Menus ---
     virtual QList<QMenu *> menus() const = 0; ///< Shown in the frame while the window is active.

@@ -10,6 +10,7 @@
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/mFileUtil.h"
 #include "shell/CFileList.h"
+#include "shell/CommandQueue.h"
 #include "shell/CommandToolbar.h"
 #include "shell/DocumentWindow.h"
 #include "shell/MWindowPosition.h"
@@ -31,7 +32,6 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScopedValueRollback>
 #include <QScreen>
 #include <QShortcut>
 #include <QTimer>
@@ -62,9 +62,9 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     , tbTools(new CommandToolbar(this))
     , status(new StatusBar({1, 3}, this))
     , mdi(new MdiArea(this))
-    , tmrAction(new QTimer(this))
     , tmrDrag(new QTimer(this))
     , m_files(new CFileList(this))
+    , m_commands(new CommandQueue([this](const QString &word) { dispatch(word); }, this))
 {
     setObjectName(QStringLiteral("MDI"));
     setWindowTitle(QString::fromUtf16(caption));
@@ -93,10 +93,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     connect(mdi, &QMdiArea::subWindowActivated, this, &MDI::mdi_SubWindowActivated);
 
     status->setObjectName(QStringLiteral("status"));
-    tmrAction->setObjectName(QStringLiteral("tmrAction"));
     tmrDrag->setObjectName(QStringLiteral("tmrDrag"));
-    tmrAction->setInterval(10);
-    connect(tmrAction, &QTimer::timeout, this, &MDI::tmrAction_Timer);
     tmrDrag->setInterval(1000);
     connect(tmrDrag, &QTimer::timeout, this, &MDI::tmrDrag_Timer);
     connect(&m_state, &mTSM::dragGateArmed, tmrDrag, qOverload<>(&QTimer::start));
@@ -188,29 +185,12 @@ void MDI::makeMenus()
 
 QString MDI::Action()
 {
-    return m_commands.isEmpty() ? QString() : m_commands.dequeue();
+    return m_commands->takeFirst();
 }
 
 void MDI::setAction(const QString &word)
 {
-    m_commands.enqueue(word);
-    if (!tmrAction->isActive())
-        tmrAction->start();
-}
-
-void MDI::tmrAction_Timer()
-{
-    // A dialog of the running command is open, or one of another origin: what the desktop asks for
-    // must not change the windows under a question about them.
-    if (m_busy || QApplication::activeModalWidget())
-        return;
-    m_busy = true;
-    const QString word = Action();
-    if (word.isEmpty())
-        tmrAction->stop();
-    else
-        dispatch(word);
-    m_busy = false;
+    m_commands->append(word);
 }
 
 void MDI::tmrDrag_Timer()
@@ -366,7 +346,7 @@ void MDI::showProgress(const QString &what, int percent)
     status->showProgress(what, percent);
     // Not all work is a command's: a window that is closed saves, too, and no command may run
     // meanwhile.
-    const QScopedValueRollback guard(m_busy, true);
+    const CommandQueue::Hold hold(*m_commands);
     QCoreApplication::processEvents(
         QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
 }
@@ -601,7 +581,7 @@ bool MDI::MDIForm_QueryUnload()
     if (!m_documents.isEmpty()) {
         const auto asked = m_documents;
         for (DocumentWindow *document : asked) {
-            if (document->Name() == QStringLiteral("frmToolSet") && document->CleanIfDirty())
+            if (document->CleanIfDirty())
                 return true;
         }
         while (!m_documents.isEmpty()) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/Frame.h"
 #include "platform/desktop/FrameIdentity.h"
+#include "shell/Frame.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -9,6 +9,7 @@
 
 #include <functional>
 
+class CommandQueue;
 class CommandToolbar;
 class QMdiArea;
 class QMdiSubWindow;
@@ -83,8 +84,7 @@ protected:
     bool event(QEvent *event) override;
 
 private Q_SLOTS:
-    // --- tmrAction, tmrDrag ---
-    void tmrAction_Timer();
+    // --- tmrDrag ---
     void tmrDrag_Timer();
     // --- recent files ---
     void FileListHandler_FileAdded();
@@ -127,14 +127,12 @@ private:
     QMenu *mnuFile = nullptr;
     QMenu *mnuHelp = nullptr;
     RecentFileMenu *mnuFileList = nullptr;
-    QTimer *tmrAction;
     QTimer *tmrDrag;
     QPointer<frmHelp> m_help;
 
     // --- State ---
     CFileList *m_files;
-    QQueue<QString> m_commands;
-    bool m_busy = false; ///< No command may run: one is running, or other long work is.
+    CommandQueue *m_commands;
     QStringList m_warnings; ///< All that have been shown.
     bool m_painted = false; ///< The buttons have their icons.
     /// The files for the next "open" words, one for each; without one the user is asked.

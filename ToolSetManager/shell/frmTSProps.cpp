@@ -1,7 +1,7 @@
 #include "shell/frmTSProps.h"
 
 #include "model/BmtFormat.h"
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "richtext/RTFEditor.h"
 
 #include <QCheckBox>
@@ -21,8 +21,9 @@ constexpr qint32 inMenuFlag = 1; // of FLAGS: the add-in lists the set in its me
 
 } // namespace
 
-frmTSProps::frmTSProps(QWidget *parent)
+frmTSProps::frmTSProps(ToolSetDocument &document, QWidget *parent)
     : QDialog(parent)
+    , m_document(document)
     , lbl(new QLabel(QStringLiteral("Short description:")))
     , txtDescription(new QLineEdit)
     , Label1(new QLabel(QStringLiteral("Long Description:")))
@@ -104,10 +105,9 @@ void frmTSProps::changeEvent(QEvent *event)
 void frmTSProps::cmdOK_Click()
 {
     if (Toolset) {
-        Toolset->setDescription(txtDescription->text());
-        Toolset->setLongDescription(rtf->TextRTF());
         const qint32 flags = Toolset->FLAGS();
-        Toolset->setFLAGS(chkHide->isChecked() ? flags & ~inMenuFlag : flags | inMenuFlag);
+        m_document.setProperties({txtDescription->text(), rtf->TextRTF(),
+            chkHide->isChecked() ? flags & ~inMenuFlag : flags | inMenuFlag});
     }
     accept();
 }

@@ -9,21 +9,23 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class RTFEditor;
+class ToolSetDocument;
 
 /// The modal dialog for the values of a set as a whole: its descriptions and whether the add-in
-/// lists it in its menu. OK writes into the set; the caller compares the set's values when it wants
-/// to know whether something changed.
+/// lists it in its menu. OK is one operation of the document, if anything was changed.
 class frmTSProps : public QDialog
 {
     Q_OBJECT
 public:
-    explicit frmTSProps(QWidget *parent = nullptr);
+    /// The document is borrowed; its set is the one that `Toolset` is to be set to.
+    explicit frmTSProps(ToolSetDocument &document, QWidget *parent = nullptr);
 
     /// Where the long description can be printed; borrowed.
     void setPrinters(Printers &printers);
 
     // --- Fields ---
-    CVBATools *Toolset = nullptr; ///< Borrowed; to be set before the dialog is shown.
+    /// Borrowed; to be set before the dialog is shown. Null: nothing is shown and stored.
+    const CVBATools *Toolset = nullptr;
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -36,6 +38,8 @@ private Q_SLOTS:
 private:
     void Form_Load();
     void Form_Activate();
+
+    ToolSetDocument &m_document;
 
     // --- Controls ---
     QLabel *lbl;

@@ -1,6 +1,7 @@
 #include "tooledit/frmToolProps.h"
 
 #include "model/BmtFormat.h"
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
@@ -60,8 +61,10 @@ int browseFilterIndex(qint16 kind)
 
 } // namespace
 
-frmToolProps::frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent)
+frmToolProps::frmToolProps(
+    ToolSetDocument &document, const Settings &settings, SettingsStore &store, QWidget *parent)
     : QDialog(parent)
+    , m_document(document)
     , m_settings(settings)
     , m_store(store)
 {
@@ -343,9 +346,17 @@ void frmToolProps::ApplyChanges()
     if (!m_tool)
         return;
     const ToolPtr tool = m_tool; // the owner may hand in another one meanwhile
+    const auto write = [&](const auto &store) {
+        CVBATool after = *tool;
+        store(after);
+        m_document.change(tool, after);
+    };
+    const ToolSetDocument::Step step(
+        m_document, QStringLiteral("Change of \"%1\"").arg(tool->Description));
+    const QString oldName = tool->Description;
     const QString newName = txtDescription->text();
-    if (newName != tool->Description) {
-        const QString oldName = std::exchange(tool->Description, newName);
+    if (newName != oldName) {
+        m_document.rename(tool, newName);
         Q_EMIT NameChange(oldName, newName);
         if (tool->Description != newName)
             txtDescription->setText(tool->Description);
@@ -353,12 +364,12 @@ void frmToolProps::ApplyChanges()
     const QString newLocation = txtLocation->text();
     const QString oldLocation = tool->Location();
     if (newLocation != oldLocation) {
-        tool->setLocation(newLocation);
+        write([&](CVBATool &after) { after.setLocation(newLocation); });
         Q_EMIT LocationChange(oldLocation, newLocation);
     }
-    tool->Picture = picToolImage->Picture();
+    write([&](CVBATool &after) { after.Picture = picToolImage->Picture(); });
     Q_EMIT UpdatePicture(tool->Picture);
-    storeIn(*tool);
+    write([&](CVBATool &after) { storeIn(after); });
     m_loadedHelp = tool->HelpString;
     Q_EMIT Change();
     setDirty(false);

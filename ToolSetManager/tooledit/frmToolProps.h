@@ -15,16 +15,19 @@ class QTabWidget;
 class RTFEditor;
 class Settings;
 class SettingsStore;
+class ToolSetDocument;
 
-/// The dialog in which a tool is edited. It works on the set's own tool: nothing reaches it before
-/// the changes are applied, and what is applied is at once the state of the set. The owner hears of
-/// the changes through the signals and hands in the next and the prior tool on request.
+/// The dialog in which a tool is edited. It holds the set's own tool: nothing reaches it before the
+/// changes are applied, and what is applied is at once the state of the set, written by operations
+/// of the document that together are one step of undo. The owner hears of the changes through the
+/// signals and hands in the next and the prior tool on request.
 class frmToolProps : public QDialog
 {
     Q_OBJECT
 public:
-    /// Settings and store are borrowed; the store keeps the picker's folder.
-    frmToolProps(const Settings &settings, SettingsStore &store, QWidget *parent = nullptr);
+    /// What is handed in is borrowed; the store keeps the picker's folder.
+    frmToolProps(ToolSetDocument &document, const Settings &settings, SettingsStore &store,
+        QWidget *parent = nullptr);
 
     /// Where the help text can be printed; borrowed.
     void setPrinters(Printers &printers);
@@ -49,7 +52,7 @@ Q_SIGNALS:
     void Change();
     void DraftChange(); ///< The controls show something new that is not in the tool yet.
     void LocationChange(const QString &OldLocation, const QString &NewLocation);
-    /// The tool has its new name already. Where the owner makes another one of it, that is shown.
+    /// The tool has its new name already: \a NewName, or what the set made of it.
     void NameChange(const QString &OldName, const QString &NewName);
     void RequestNextTool();
     void RequestPriorTool();
@@ -89,6 +92,7 @@ private:
     void setKind(qint16 kind); ///< Other values than those of the list leave the choice.
     QString macroFolder() const;
 
+    ToolSetDocument &m_document;
     const Settings &m_settings;
     SettingsStore &m_store;
     ToolPtr m_tool;

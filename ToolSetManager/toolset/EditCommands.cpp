@@ -1,42 +1,64 @@
 #include "toolset/EditCommands.h"
 
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/MsgBox.h"
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
 #include "shell/mTSM.h"
+#include "toolset/ClipboardSource.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/defaultPicture.xpm"
 
 #include <QSet>
 
-#include <utility>
+namespace {
 
-EditCommands::EditCommands(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
-    ToolSetStorage &storage, ListView &list, ToolListModel &model)
+QString describe(const QString &action, qsizetype tools)
+{
+    return tools == 1 ? action + QStringLiteral(" of a Tool")
+                      : QStringLiteral("%1 of %L2 Tools").arg(action).arg(tools);
+}
+
+} // namespace
+
+EditCommands::EditCommands(DocumentWindow &window, QWidget *form, Frame &frame, mTSM &state,
+    ToolSetStorage &storage, ToolSetDocument &document, ListView &list, ToolListModel &model)
     : QObject(form)
-    , m_document(document)
+    , m_window(window)
     , m_form(form)
     , m_frame(frame)
     , m_state(state)
     , m_storage(storage)
+    , m_document(document)
     , m_list(list)
     , m_model(model)
 {
-    connect(&m_model, &ToolListModel::noFreeName, this, [this](const QString &name) {
+    connect(&document, &ToolSetDocument::noFreeName, this, [this](const QString &name) {
         m_frame.showWarning(QStringLiteral("There are too many tools called \"%1\": no number is "
-                                          "free for one more.")
-                               .arg(name));
+                                           "free for one more.")
+                                .arg(name));
     });
+    document.setSelection([this] { return selectedPositions(); });
+    connect(&document, &ToolSetDocument::selectionRestored, this, &EditCommands::selectPositions);
+}
+
+QList<int> EditCommands::selectedPositions() const
+{
+    return m_model.positionsOf(m_list.selectedRows());
+}
+
+void EditCommands::selectPositions(const QList<int> &positions)
+{
+    m_list.selectRows(m_model.rowsOf(positions));
 }
 
 void EditCommands::newTool()
 {
     auto tool = std::make_shared<CVBATool>();
     tool->Picture = QImage(defaultPicture);
-    if (append({tool}))
+    if (append({tool}, QStringLiteral("New Tool")))
         Q_EMIT toolAdded();
 }
 
@@ -49,16 +71,16 @@ void EditCommands::addTools(const QList<ToolPtr> &tools)
         if (tool->Picture.isNull())
             tool->Picture = QImage(defaultPicture);
     }
-    append(tools);
+    append(tools, tools.size() == 1 ? QStringLiteral("New Tool") : QStringLiteral("New Tools"));
 }
 
-bool EditCommands::append(const QList<ToolPtr> &tools)
+bool EditCommands::append(const QList<ToolPtr> &tools, const QString &step)
 {
-    const QList<int> rows = m_model.appendTools(tools);
-    if (rows.isEmpty()) // no name was free
+    const ToolSetDocument::Step whole(m_document, step);
+    const QList<int> positions = m_document.append(tools);
+    if (positions.isEmpty()) // no name was free
         return false;
-    m_list.selectRows(rows);
-    Q_EMIT changed();
+    selectPositions(positions);
     Q_EMIT commandStatesChanged();
     return true;
 }
@@ -85,7 +107,7 @@ void EditCommands::fillClipboard(bool ghosted)
     m_model.setGhosted(rows, ghosted);
     tools->setAllowDupes(true);
     m_state.ToolClipboard = std::move(tools);
-    m_state.SourceCaption = m_document.Caption();
+    m_state.SourceCaption = m_window.Caption();
 }
 
 void EditCommands::copy()
@@ -111,21 +133,29 @@ void EditCommands::cut()
 
 bool EditCommands::isSource() const
 {
-    return m_document.Caption() == m_state.SourceCaption;
+    return m_window.Caption() == m_state.SourceCaption;
+}
+
+QList<ClipboardSource *> EditCommands::sources() const
+{
+    QList<ClipboardSource *> found;
+    const auto documents = m_frame.openDocuments();
+    for (DocumentWindow *document : documents) {
+        if (document->Caption() != m_state.SourceCaption)
+            continue;
+        if (auto *source = dynamic_cast<ClipboardSource *>(document))
+            found.append(source);
+    }
+    return found;
 }
 
 void EditCommands::ClearDragTools()
 {
-    const auto documents = m_frame.openDocuments();
-    bool found = false;
-    for (DocumentWindow *document : documents) {
-        if (document->Caption() == m_state.SourceCaption) {
-            document->unghostTools();
-            found = true;
-        }
-    }
-    if (!found) // Kept: what a closed window has left on the clipboard stays there.
+    const auto found = sources();
+    if (found.isEmpty()) // Kept: what a closed window has left on the clipboard stays there.
         return;
+    for (ClipboardSource *source : found)
+        source->unghostTools();
     m_state.ToolClipboard.reset();
     m_state.SourceCaption.clear();
     // With the clipboard goes the mode: a later drop must not complete an abandoned cut.
@@ -153,10 +183,15 @@ void EditCommands::paste(int effect)
     sortByPosition();
     if (!isSource()) {
         m_list.setDropHighlight(-1);
-        const QList<int> pasted = PasteTools();
-        m_list.selectRows(pasted);
         // Tools for which no name was free would be nowhere.
-        const bool all = pasted.size() == m_state.ToolClipboard->Count();
+        bool all = false;
+        {
+            const ToolSetDocument::Step step(
+                m_document, describe(QStringLiteral("Paste"), m_state.ToolClipboard->Count()));
+            const QList<int> pasted = PasteTools();
+            selectPositions(pasted);
+            all = pasted.size() == m_state.ToolClipboard->Count();
+        }
         if (m_state.ClipboardMode == mTSM::CutPending) {
             if (all)
                 CompleteCut();
@@ -165,25 +200,17 @@ void EditCommands::paste(int effect)
             m_state.ClipboardMode = mTSM::NothingPending;
         }
     } else if (effect != MoveEffect) {
+        const ToolSetDocument::Step step(
+            m_document, describe(QStringLiteral("Paste"), m_state.ToolClipboard->Count()));
         PasteTools();
     } else {
         const int target = m_list.SelectedItem();
         if (target < 0)
             return;
-        // By the names that they have now, which need not be those that they were cut under.
-        QSet<QString> names;
-        for (const ToolPtr &tool : *m_state.ToolClipboard)
-            names.insert(tool->Description);
-        QList<int> rows;
-        for (int row = 0; row < m_model.rowCount(); ++row) {
-            if (names.contains(m_model.toolAt(row)->Description))
-                rows.append(row);
-        }
-        if (!rows.isEmpty())
-            m_list.selectRows(m_model.MoveTools(rows, target));
+        MoveTools(m_model.positionAt(target));
         ClearDragTools();
     }
-    Q_EMIT changed();
+    m_document.setDirty();
     Q_EMIT commandStatesChanged();
 }
 
@@ -193,22 +220,36 @@ QList<int> EditCommands::PasteTools()
     copies.reserve(m_state.ToolClipboard->Count());
     for (const ToolPtr &tool : *m_state.ToolClipboard)
         copies.append(std::make_shared<CVBATool>(*tool));
-    return m_model.appendTools(copies);
+    return m_document.append(copies);
+}
+
+void EditCommands::MoveTools(int target)
+{
+    // By the names that they have now, which need not be those that they were cut under.
+    QSet<QString> names;
+    for (const ToolPtr &tool : *m_state.ToolClipboard)
+        names.insert(tool->Description);
+    QList<int> positions;
+    for (int position = 1; position <= m_document.count(); ++position) {
+        if (names.contains(m_document.toolAt(position)->Description))
+            positions.append(position);
+    }
+    if (positions.isEmpty())
+        return;
+    const ToolSetDocument::Step step(
+        m_document, describe(QStringLiteral("Move"), positions.size()));
+    selectPositions(m_document.move(positions, target));
 }
 
 void EditCommands::CompleteCut()
 {
-    const QString source = std::exchange(m_state.SourceCaption, {});
+    // None when it was closed meanwhile: its tools are pasted, there is nothing to take away. Where
+    // there are two, only one has ghosted tools.
+    const auto found = sources();
+    m_state.SourceCaption.clear();
     m_state.ToolClipboard.reset();
-    // None when it was closed meanwhile: its tools are pasted, there is nothing to take away.
-    // Saving as the file of another window makes two of a name; only one has ghosted tools.
-    const auto documents = m_frame.openDocuments();
-    for (DocumentWindow *document : documents) {
-        if (document->Caption() == source) {
-            document->selectGhostedTools();
-            document->setAction(QStringLiteral("silentdelete"));
-        }
-    }
+    for (ClipboardSource *source : found)
+        source->completeCut();
 }
 
 void EditCommands::selectGhosted()
@@ -234,10 +275,14 @@ void EditCommands::deleteTools(bool asking)
         }
     }
     const Hourglass hourglass;
-    m_model.removeTools(rows);
-    // The keyboard goes on from the neighbour, which is not selected: a second Delete does nothing.
-    m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
-    Q_EMIT changed();
+    {
+        const ToolSetDocument::Step step(m_document,
+            describe(asking ? QStringLiteral("Delete") : QStringLiteral("Cut"), rows.size()));
+        m_document.remove(m_model.positionsOf(rows));
+        // The keyboard goes on from the neighbour, which is not selected: a second Delete does
+        // nothing.
+        m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
+    }
     Q_EMIT commandStatesChanged();
 }
 
@@ -248,25 +293,39 @@ void EditCommands::moveSelection(Direction direction)
     const Hourglass hourglass;
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
     sortByPosition();
-    const QList<int> rows = m_list.selectedRows();
-    const int last = m_model.rowCount() - 1;
-    int target = 0;
+    const QList<int> positions = selectedPositions();
+    int target = 1;
     switch (direction) {
     case Direction::Up:
-        target = qMax(rows.constFirst() - 1, 0);
+        target = qMax(positions.constFirst() - 1, 1);
         break;
     case Direction::Down:
-        target = qMin(rows.constLast() + 1, last);
+        target = qMin(positions.constLast() + 1, m_document.count());
         break;
     case Direction::ToStart:
-        target = 0;
+        target = 1;
         break;
     case Direction::ToEnd:
-        target = last;
+        target = m_document.count();
         break;
     }
-    const QStringList before = m_model.keysInPositionOrder();
-    m_list.selectRows(m_model.MoveTools(rows, target));
-    if (m_model.keysInPositionOrder() != before)
-        Q_EMIT changed();
+    const ToolSetDocument::Step step(
+        m_document, describe(QStringLiteral("Move"), positions.size()));
+    selectPositions(m_document.move(positions, target));
+}
+
+// --- Undo ---
+
+void EditCommands::undo()
+{
+    const Hourglass hourglass;
+    m_document.undo();
+    Q_EMIT commandStatesChanged();
+}
+
+void EditCommands::redo()
+{
+    const Hourglass hourglass;
+    m_document.redo();
+    Q_EMIT commandStatesChanged();
 }

@@ -4,17 +4,20 @@
 
 #include <QObject>
 
+class ClipboardSource;
 class DocumentWindow;
 class Frame;
 class ListView;
 class QWidget;
 class ToolListModel;
+class ToolSetDocument;
 class mTSM;
 struct ToolSetStorage;
 
-/// The edit commands of one tool set window: new tool, cut, copy, paste and delete, and the moving
-/// of tools within the list. Tools go from window to window by the program's own tool clipboard,
-/// which a drag uses too.
+/// The edit commands of one tool set window: new tool, cut, copy, paste and delete, the moving of
+/// tools within the list, undo and redo. They turn what is selected in the list into operations of
+/// the window's document. Tools go from window to window by the program's own tool clipboard, which
+/// a drag uses too.
 class EditCommands : public QObject
 {
     Q_OBJECT
@@ -24,8 +27,8 @@ public:
     enum class Direction { Up, Down, ToStart, ToEnd };
 
     /// What is handed in is borrowed; \a form is the window itself, for questions.
-    EditCommands(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
-        ToolSetStorage &storage, ListView &list, ToolListModel &model);
+    EditCommands(DocumentWindow &window, QWidget *form, Frame &frame, mTSM &state,
+        ToolSetStorage &storage, ToolSetDocument &document, ListView &list, ToolListModel &model);
 
     /// Adds a tool with the default picture and selects exactly its item.
     void newTool();
@@ -39,10 +42,12 @@ public:
     /// Tools from another window are appended; tools of this window are appended as copies too, or
     /// with MoveEffect moved to the selected item.
     void paste(int effect);
-    /// Deletes the selected tools, with \a asking after a question.
+    /// Deletes the selected tools, with \a asking after a question; without it they have been cut.
     void deleteTools(bool asking);
     /// Moves the selected tools by one position or to an end.
     void moveSelection(Direction direction);
+    void undo();
+    void redo();
 
     /// Fills the tool clipboard with the selected tools and names this window as their source.
     void fillClipboard(bool ghosted);
@@ -53,23 +58,29 @@ public:
     void selectGhosted();
 
 Q_SIGNALS:
-    void changed(); ///< The set is no longer what is in its file.
     void commandStatesChanged(); ///< There may be tools now, or none any more.
     void clipboardFilled(); ///< By a copy or a cut, also of nothing.
     void toolAdded(); ///< The new tool's item is selected.
 
 private:
     /// Adds the tools and selects exactly these; false when the set took none of them.
-    bool append(const QList<ToolPtr> &tools);
+    bool append(const QList<ToolPtr> &tools, const QString &step);
     void sortByPosition(); ///< What the list shows is then the order that an edit changes.
+    QList<int> selectedPositions() const;
+    void selectPositions(const QList<int> &positions);
+    /// The windows that the clipboard's tools come from, going by the caption: one, but two when a
+    /// set was saved as the file of another window, and none when it was closed.
+    QList<ClipboardSource *> sources() const;
     QList<int> PasteTools();
+    void MoveTools(int target);
     void CompleteCut();
 
-    DocumentWindow &m_document;
+    DocumentWindow &m_window;
     QWidget *m_form;
     Frame &m_frame;
     mTSM &m_state;
     ToolSetStorage &m_storage;
+    ToolSetDocument &m_document;
     ListView &m_list;
     ToolListModel &m_model;
 };

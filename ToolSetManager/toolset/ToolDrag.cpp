@@ -1,5 +1,6 @@
 #include "toolset/ToolDrag.h"
 
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
@@ -136,8 +137,10 @@ void ToolDrag::lvTools_OLEDragOver(QDragMoveEvent *event)
     const int row = targetRow(*event);
     // Kept: the keyboard is not asked. Within a window a drag moves, between windows it copies.
     const bool moves = m_edit.isSource();
-    m_list.setDropHighlight(
-        row, moves && row >= 0 && m_model.movesBelow(m_model.ghostedRows(), row));
+    m_list.setDropHighlight(row,
+        moves && row >= 0
+            && ToolSetDocument::movesBelow(
+                m_model.positionsOf(m_model.ghostedRows()), m_model.positionAt(row)));
     event->setDropAction(moves ? Qt::MoveAction : Qt::CopyAction);
     event->accept();
     // At once, not when the toolkit gets round to it: the drop goes by what the status bar says.

@@ -1,6 +1,6 @@
 #include "toolset/ToolListModel.h"
 
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
 
 #include <QCollator>
@@ -28,47 +28,188 @@ QCollator makeCollator()
 
 } // namespace
 
-ToolListModel::ToolListModel(QObject *parent)
+ToolListModel::ToolListModel(ToolSetDocument &document, QObject *parent)
     : QAbstractTableModel(parent)
+    , m_document(document)
 {
+    connect(&document, &ToolSetDocument::reset, this, &ToolListModel::showAll);
+    connect(&document, &ToolSetDocument::toolsRemoved, this, &ToolListModel::removeRowsAt);
+    connect(&document, &ToolSetDocument::toolsInserted, this, &ToolListModel::insertRowsAt);
+    connect(&document, &ToolSetDocument::toolsMoved, this, &ToolListModel::reorder);
+    connect(&document, &ToolSetDocument::toolChanged, this, [this](int position) {
+        const int row = rowOf(position);
+        if (row >= 0)
+            Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    });
+    showAll();
 }
 
-void ToolListModel::setTools(CVBATools *tools)
+// --- The document ---
+
+void ToolListModel::showAll()
 {
     beginResetModel();
-    m_tools = tools;
     m_rows.clear();
-    if (tools) {
-        m_rows.reserve(static_cast<size_t>(tools->Count()));
-        int position = 0;
-        for (const ToolPtr &tool : *tools)
-            m_rows.push_back({tool, ++position, false});
-        sortRows(m_rows);
-    }
+    m_rows.reserve(m_document.toolsInOrder().size());
+    int position = 0;
+    for (const ToolPtr &tool : m_document.toolsInOrder())
+        m_rows.push_back({tool, ++position, false});
+    sortRows(m_rows);
     endResetModel();
 }
 
-int ToolListModel::rowAt(int position) const
+namespace {
+
+/// Views look through their rows at each insertion and removal, so many scattered rows go in one
+/// step.
+constexpr qsizetype fewRanges = 32;
+
+/// First and last of the neighbours among ascending numbers.
+QList<std::pair<int, int>> rangesOf(const QList<int> &numbers)
 {
+    QList<std::pair<int, int>> ranges;
+    for (const int number : numbers) {
+        if (!ranges.isEmpty() && ranges.constLast().second == number - 1)
+            ranges.last().second = number;
+        else
+            ranges.append({number, number});
+    }
+    return ranges;
+}
+
+} // namespace
+
+void ToolListModel::renumber(const std::vector<int> &newPosition)
+{
+    for (Row &row : m_rows)
+        row.position = newPosition[static_cast<size_t>(row.position)];
+}
+
+void ToolListModel::removeRowsAt(const QList<int> &positions)
+{
+    const auto ranges = rangesOf(rowsOf(positions));
+    std::vector<int> newPosition(m_rows.size() + 1, 0); // 0 for those that go
+    qsizetype next = 0;
+    int position = 0;
+    for (int old = 1; old <= rowCount(); ++old) {
+        if (next < positions.size() && positions[next] == old)
+            ++next;
+        else
+            newPosition[static_cast<size_t>(old)] = ++position;
+    }
+    renumber(newPosition);
+    if (ranges.size() > fewRanges) {
+        beginResetModel();
+        std::erase_if(m_rows, [](const Row &row) { return row.position == 0; });
+        endResetModel();
+        return;
+    }
+    for (auto range = ranges.crbegin(); range != ranges.crend(); ++range) {
+        beginRemoveRows({}, range->first, range->second);
+        m_rows.erase(m_rows.begin() + range->first, m_rows.begin() + range->second + 1);
+        endRemoveRows();
+    }
+    positionsChanged();
+}
+
+void ToolListModel::insertRowsAt(const QList<int> &positions)
+{
+    std::vector<int> newPosition(m_rows.size() + 1, 0);
+    qsizetype next = 0;
+    int position = 0;
+    for (size_t old = 1; old <= m_rows.size(); ++old) {
+        for (++position; next < positions.size() && positions[next] == position; ++next)
+            ++position;
+        newPosition[old] = position;
+    }
+    renumber(newPosition);
+    const auto rowAt = [this](int at) { return Row {m_document.toolAt(at), at, false}; };
+    const bool inOrder = isInPositionOrder();
+    const auto ranges = rangesOf(positions);
+    if (ranges.size() > fewRanges) {
+        beginResetModel();
+        for (const int at : positions)
+            m_rows.push_back(rowAt(at));
+        sortRows(m_rows);
+        endResetModel();
+        return;
+    }
+    for (const auto &[first, last] : ranges) {
+        const int row = inOrder ? first - 1 : rowCount();
+        std::vector<Row> rows;
+        rows.reserve(static_cast<size_t>(last - first) + 1);
+        for (int at = first; at <= last; ++at)
+            rows.push_back(rowAt(at));
+        beginInsertRows({}, row, row + last - first);
+        m_rows.insert(m_rows.begin() + row, rows.begin(), rows.end());
+        endInsertRows();
+    }
+    if (!inOrder)
+        sort(m_sortKey, m_sortOrder);
+    positionsChanged();
+}
+
+void ToolListModel::reorder(const QList<int> &from, const QList<int> &to)
+{
+    std::vector<int> newPosition(m_rows.size() + 1, 0);
+    for (qsizetype i = 0; i < from.size(); ++i)
+        newPosition[static_cast<size_t>(from[i])] = to[i];
+    qsizetype next = 0;
+    int position = 1;
+    for (size_t old = 1; old <= m_rows.size(); ++old) {
+        if (newPosition[old] != 0)
+            continue;
+        for (; next < to.size() && to[next] == position; ++next)
+            ++position;
+        newPosition[old] = position++;
+    }
+    rearrange([&] {
+        renumber(newPosition);
+        sortRows(m_rows); // by location, too: equal ones stand by position
+    });
+    positionsChanged();
+}
+
+// --- Look-up ---
+
+bool ToolListModel::isInPositionOrder() const
+{
+    return m_sortKey < 0 || (m_sortKey == PositionColumn && m_sortOrder == Qt::AscendingOrder);
+}
+
+QList<int> ToolListModel::positionsOf(const QList<int> &rows) const
+{
+    QList<int> positions;
+    positions.reserve(rows.size());
+    for (const int row : rows)
+        positions.append(positionAt(row));
+    std::sort(positions.begin(), positions.end());
+    return positions;
+}
+
+int ToolListModel::rowOf(int position) const
+{
+    if (isInPositionOrder() && position >= 1 && position <= rowCount())
+        return position - 1;
     const auto found = std::find_if(m_rows.begin(), m_rows.end(),
         [position](const Row &row) { return row.position == position; });
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
 
-QStringList ToolListModel::keysInPositionOrder() const
+QList<int> ToolListModel::rowsOf(const QList<int> &positions) const
 {
-    QStringList keys(static_cast<qsizetype>(m_rows.size()));
-    for (const Row &row : m_rows)
-        keys[row.position - 1] = row.tool->Description;
-    return keys;
-}
-
-QList<ToolPtr> ToolListModel::toolsInPositionOrder() const
-{
-    QList<ToolPtr> tools(static_cast<qsizetype>(m_rows.size()));
-    for (const Row &row : m_rows)
-        tools[row.position - 1] = row.tool;
-    return tools;
+    QList<int> rows;
+    rows.reserve(positions.size());
+    if (isInPositionOrder()) {
+        for (const int position : positions)
+            rows.append(position - 1);
+        return rows;
+    }
+    for (int row = 0; row < rowCount(); ++row) {
+        if (std::binary_search(positions.begin(), positions.end(), positionAt(row)))
+            rows.append(row);
+    }
+    return rows;
 }
 
 QList<int> ToolListModel::ghostedRows() const
@@ -83,10 +224,8 @@ QList<int> ToolListModel::ghostedRows() const
 
 void ToolListModel::sortRows(std::vector<Row> &rows) const
 {
-    if (m_sortKey < 0)
-        return;
-    const bool descending = m_sortOrder == Qt::DescendingOrder;
-    if (m_sortKey == PositionColumn) {
+    const bool descending = m_sortKey >= 0 && m_sortOrder == Qt::DescendingOrder;
+    if (m_sortKey < 0 || m_sortKey == PositionColumn) {
         std::sort(rows.begin(), rows.end(), [descending](const Row &a, const Row &b) {
             return descending ? b.position < a.position : a.position < b.position;
         });
@@ -153,143 +292,6 @@ void ToolListModel::rearrange(Change change)
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-QString ToolListModel::renameTool(int row, const QString &newName)
-{
-    const ToolPtr tool = toolAt(row);
-    if (!m_tools->CanRename(tool, newName)) {
-        Q_EMIT noFreeName(newName);
-        return tool->Description;
-    }
-    m_tools->Rename(tool, newName);
-    dataChangedInRow(row);
-    return tool->Description;
-}
-
-void ToolListModel::toolChanged(int row)
-{
-    dataChangedInRow(row);
-}
-
-QList<int> ToolListModel::appendTools(const QList<ToolPtr> &tools)
-{
-    std::vector<Row> added;
-    added.reserve(static_cast<size_t>(tools.size()));
-    int position = rowCount();
-    for (const ToolPtr &tool : tools) {
-        if (m_tools->Add(tool))
-            added.push_back({tool, ++position, false});
-        else
-            Q_EMIT noFreeName(tool->Description);
-    }
-    QList<int> rows;
-    if (added.empty())
-        return rows;
-    const bool byPosition =
-        m_sortKey < 0 || (m_sortKey == PositionColumn && m_sortOrder == Qt::AscendingOrder);
-    const int first = rowCount();
-    beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
-    m_rows.insert(m_rows.end(), added.begin(), added.end());
-    endInsertRows();
-    if (byPosition) {
-        for (int row = first; row < rowCount(); ++row)
-            rows.append(row);
-        return rows;
-    }
-    sort(m_sortKey, m_sortOrder);
-    for (int row = 0; row < rowCount(); ++row) {
-        if (positionAt(row) > first)
-            rows.append(row);
-    }
-    return rows;
-}
-
-void ToolListModel::removeTools(const QList<int> &rows)
-{
-    if (rows.isEmpty())
-        return;
-    QList<int> sorted = rows;
-    std::sort(sorted.begin(), sorted.end());
-    QStringList names;
-    QList<std::pair<int, int>> ranges; // first and last row of neighbours
-    for (const int row : std::as_const(sorted)) {
-        names.append(toolAt(row)->Description);
-        if (!ranges.isEmpty() && ranges.constLast().second == row - 1)
-            ranges.last().second = row;
-        else
-            ranges.append({row, row});
-    }
-    m_tools->Remove(names);
-    std::vector<bool> taken(m_rows.size() + 1, false); // by position
-    for (const int row : std::as_const(sorted))
-        taken[static_cast<size_t>(positionAt(row))] = true;
-    std::vector<int> newPosition(m_rows.size() + 1, 0);
-    int position = 0;
-    for (size_t old = 1; old <= m_rows.size(); ++old)
-        newPosition[old] = taken[old] ? 0 : ++position;
-    for (Row &row : m_rows)
-        row.position = newPosition[static_cast<size_t>(row.position)];
-
-    // Views look through their rows at each removal, so many scattered rows go in one step.
-    constexpr qsizetype fewRanges = 32;
-    if (ranges.size() > fewRanges) {
-        beginResetModel();
-        std::erase_if(m_rows, [](const Row &row) { return row.position == 0; });
-        endResetModel();
-        return;
-    }
-    for (auto range = ranges.crbegin(); range != ranges.crend(); ++range) {
-        beginRemoveRows({}, range->first, range->second);
-        m_rows.erase(m_rows.begin() + range->first, m_rows.begin() + range->second + 1);
-        endRemoveRows();
-    }
-    positionsChanged();
-}
-
-bool ToolListModel::movesBelow(const QList<int> &rows, int targetRow) const
-{
-    const int target = positionAt(targetRow);
-    return std::any_of(rows.begin(), rows.end(), [&](int row) { return positionAt(row) < target; });
-}
-
-QList<int> ToolListModel::MoveTools(const QList<int> &rows, int targetRow)
-{
-    const int target = positionAt(targetRow);
-    const bool targetMoves = rows.contains(targetRow);
-    const bool below = movesBelow(rows, targetRow) && !targetMoves;
-    std::vector<bool> moves(m_rows.size() + 1, false); // by position
-    for (const int row : rows)
-        moves[static_cast<size_t>(positionAt(row))] = true;
-
-    int before = 0; // tools that stay and stand before the place
-    for (int position = 1; position < target + (below ? 1 : 0); ++position)
-        before += moves[static_cast<size_t>(position)] ? 0 : 1;
-    const int moved = static_cast<int>(std::count(moves.begin(), moves.end(), true));
-
-    rearrange([&] {
-        std::vector<int> newPosition(m_rows.size() + 1, 0);
-        int staying = 0;
-        int moving = before;
-        for (size_t old = 1; old <= m_rows.size(); ++old) {
-            if (moves[old]) {
-                newPosition[old] = ++moving;
-            } else {
-                ++staying;
-                newPosition[old] = staying <= before ? staying : staying + moved;
-            }
-        }
-        for (Row &row : m_rows)
-            row.position = newPosition[static_cast<size_t>(row.position)];
-        m_sortKey = PositionColumn;
-        m_sortOrder = Qt::AscendingOrder;
-        sortRows(m_rows);
-    });
-    positionsChanged();
-    QList<int> now;
-    for (int row = before; row < before + moved; ++row)
-        now.append(row);
-    return now;
-}
-
 void ToolListModel::positionsChanged()
 {
     if (!m_rows.empty()) {
@@ -326,11 +328,6 @@ void ToolListModel::RefreshIcons()
         Q_EMIT dataChanged(
             index(0, NameColumn), index(rowCount() - 1, NameColumn), {Qt::DecorationRole});
     }
-}
-
-void ToolListModel::dataChangedInRow(int row)
-{
-    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
 int ToolListModel::rowCount(const QModelIndex &parent) const

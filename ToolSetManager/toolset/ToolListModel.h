@@ -6,33 +6,27 @@
 
 #include <vector>
 
-class CVBATools;
+class ToolSetDocument;
 
-/// The tools of one set as a list: name, position and location, sorted in whatever way the user
-/// looks at them. All edits of a set go through this class, which keeps the set, the positions and
-/// the pictures in step; it needs no window.
+/// The tools of a document as a list: name, position and location, sorted in whatever way the user
+/// looks at them. A view: it follows the document and changes nothing in it.
 ///
-/// Rows count from 0 in the order shown, positions from 1. The positions, not the rows, are the
-/// order in which tools are written. They have no gaps.
+/// Rows count from 0 in the order shown, positions from 1 in the order of the document.
 class ToolListModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
     enum Column { NameColumn, PositionColumn, LocationColumn, ColumnCount };
 
-    explicit ToolListModel(QObject *parent = nullptr);
-
-    /// Shows another set, in the set's own order; the present sort stays on. The set is borrowed;
-    /// null for none.
-    void setTools(CVBATools *tools);
+    /// The document is borrowed.
+    explicit ToolListModel(ToolSetDocument &document, QObject *parent = nullptr);
 
     // --- Look-up ---
     const ToolPtr &toolAt(int row) const { return m_rows[static_cast<size_t>(row)].tool; }
     int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
-    int rowAt(int position) const; ///< -1 where there is no such position.
-    /// The keys of all tools, by position: what the file is written by.
-    QStringList keysInPositionOrder() const;
-    QList<ToolPtr> toolsInPositionOrder() const;
+    QList<int> positionsOf(const QList<int> &rows) const; ///< Ascending.
+    int rowOf(int position) const; ///< -1 when the tool is not shown.
+    QList<int> rowsOf(const QList<int> &positions) const; ///< Ascending; of those that are shown.
     bool isGhosted(int row) const { return m_rows[static_cast<size_t>(row)].ghosted; }
     QList<int> ghostedRows() const;
 
@@ -43,25 +37,6 @@ public:
     /// texts stand by position.
     void sort(int column, Qt::SortOrder order) override;
 
-    // --- Edits ---
-    /// Renames the tool in that row; the set may make the name unique. Returns the name it has
-    /// then: the former one when no name is free. The row keeps its place.
-    QString renameTool(int row, const QString &newName);
-    /// The tool in that row was changed in another way than by its name.
-    void toolChanged(int row);
-    /// Adds the tools at the end of the set, which names them; a tool that it refuses is left out.
-    /// Returns their rows: the last ones, or where the present sort puts a single tool.
-    QList<int> appendTools(const QList<ToolPtr> &tools);
-    /// Takes the tools of these rows out of the set and closes the gaps in the positions.
-    void removeTools(const QList<int> &rows);
-    /// Takes the tools of \a rows out of the order and puts them in, in their order, at the
-    /// position of the tool in \a targetRow: below it when the first of them comes from above it,
-    /// else above it. Where the target is one of them they gather at its place. The list is then
-    /// sorted by position. Returns the rows of the tools then.
-    QList<int> MoveTools(const QList<int> &rows, int targetRow);
-    /// True when MoveTools would put the tools of \a rows below the target instead of above it.
-    bool movesBelow(const QList<int> &rows, int targetRow) const;
-
     // --- Marks ---
     /// Ghosted rows are drawn faint: their tools are cut or being dragged.
     void setGhosted(const QList<int> &rows, bool ghosted);
@@ -69,11 +44,6 @@ public:
 
     void RefreshIcons(); ///< Redraws the pictures of all rows.
 
-Q_SIGNALS:
-    /// A tool was not renamed or not added, because neither \a name is free nor any number for it.
-    void noFreeName(const QString &name);
-
-public:
     // --- QAbstractItemModel ---
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -89,15 +59,23 @@ private:
         bool ghosted = false;
     };
 
+    // --- The document ---
+    void showAll();
+    void removeRowsAt(const QList<int> &positions);
+    void insertRowsAt(const QList<int> &positions);
+    void reorder(const QList<int> &from, const QList<int> &to);
+
+    bool isInPositionOrder() const;
+    /// Gives each row the position that \a newPosition has for its present one.
+    void renumber(const std::vector<int> &newPosition);
     void sortRows(std::vector<Row> &rows) const;
     /// Runs a change of the rows' order so that selection and focus stay with their tools.
     template <class Change>
     void rearrange(Change change);
     void positionsChanged();
     void ghostsChanged();
-    void dataChangedInRow(int row);
 
-    CVBATools *m_tools = nullptr;
+    const ToolSetDocument &m_document;
     std::vector<Row> m_rows; ///< In the order shown.
     int m_sortKey = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;

@@ -1,18 +1,21 @@
 #include "toolset/ToolPropertiesLink.h"
 
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
 #include "shell/Frame.h"
 #include "tooledit/frmToolProps.h"
 #include "toolset/ToolListModel.h"
 
 ToolPropertiesLink::ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings,
-    SettingsStore &store, Printers &printers, ListView &list, ToolListModel &model)
+    SettingsStore &store, Printers &printers, ToolSetDocument &document, ListView &list,
+    ToolListModel &model)
     : QObject(form)
     , m_form(form)
     , m_frame(frame)
     , m_settings(settings)
     , m_store(store)
     , m_printers(printers)
+    , m_document(document)
     , m_list(list)
     , m_model(model)
 {
@@ -24,21 +27,17 @@ void ToolPropertiesLink::ShowToolProperties()
     if (row < 0 || ToolProperties)
         return;
     const QPointer<ToolPropertiesLink> alive(this);
-    ToolProperties = new frmToolProps(m_settings, m_store, m_form);
+    ToolProperties = new frmToolProps(m_document, m_settings, m_store, m_form);
     ToolProperties->setPrinters(m_printers);
     const QPointer<frmToolProps> dialog = ToolProperties;
-    connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::changed);
+    connect(dialog, &frmToolProps::Change, this, &ToolPropertiesLink::ToolProperties_Change);
     connect(dialog, &frmToolProps::DraftChange, this, &ToolPropertiesLink::draftChanged);
-    connect(dialog, &frmToolProps::LocationChange, this,
-        &ToolPropertiesLink::ToolProperties_LocationChange);
     connect(
         dialog, &frmToolProps::NameChange, this, &ToolPropertiesLink::ToolProperties_NameChange);
     connect(dialog, &frmToolProps::RequestNextTool, this,
         &ToolPropertiesLink::ToolProperties_RequestNextTool);
     connect(dialog, &frmToolProps::RequestPriorTool, this,
         &ToolPropertiesLink::ToolProperties_RequestPriorTool);
-    connect(dialog, &frmToolProps::UpdatePicture, this,
-        &ToolPropertiesLink::ToolProperties_UpdatePicture);
     // Of several selected tools it is the one with the focus, and the status bar names it.
     m_list.setFocusedItem(row);
     m_list.EnsureVisible();
@@ -77,17 +76,13 @@ CVBATool ToolPropertiesLink::draft() const
     return ToolProperties->Draft();
 }
 
-void ToolPropertiesLink::ToolProperties_LocationChange()
+void ToolPropertiesLink::ToolProperties_Change()
 {
-    m_model.toolChanged(m_item.row());
+    m_document.setDirty(); // also where nothing differs
 }
 
-void ToolPropertiesLink::ToolProperties_NameChange(const QString &OldName, const QString &NewName)
+void ToolPropertiesLink::ToolProperties_NameChange()
 {
-    // The dialog has given the tool its new name already, and the set takes a tool out by the name
-    // that it has: so the old one comes back first.
-    m_model.toolAt(m_item.row())->Description = OldName;
-    m_model.renameTool(m_item.row(), NewName);
     m_frame.setPanelText(Frame::toolPanel, ToolProperties->CaptionText());
 }
 
@@ -103,15 +98,10 @@ void ToolPropertiesLink::ToolProperties_RequestPriorTool()
 
 void ToolPropertiesLink::goBy(int positions)
 {
-    const int row = m_model.rowAt(m_model.positionAt(m_item.row()) + positions);
+    const int row = m_model.rowOf(m_model.positionAt(m_item.row()) + positions);
     if (row < 0)
         return;
     m_list.moveSelection(m_item.row(), row);
     m_frame.setPanelText(Frame::namesPanel, QString());
     showToolIn(row);
-}
-
-void ToolPropertiesLink::ToolProperties_UpdatePicture()
-{
-    m_model.toolChanged(m_item.row());
 }

@@ -13,17 +13,18 @@ class QWidget;
 class Settings;
 class SettingsStore;
 class ToolListModel;
+class ToolSetDocument;
 class frmToolProps;
 
-/// Opens the tool properties dialog for the selected tool of one window and keeps the list in step
-/// with what the dialog changes. The dialog works on the set's own tool.
+/// Opens the tool properties dialog for the selected tool of one window and hands it the next and
+/// the prior one. The list follows the document, which the dialog writes to.
 class ToolPropertiesLink : public QObject
 {
     Q_OBJECT
 public:
     /// What is handed in is borrowed; \a form is the window itself.
     ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings, SettingsStore &store,
-        Printers &printers, ListView &list, ToolListModel &model);
+        Printers &printers, ToolSetDocument &document, ListView &list, ToolListModel &model);
 
     /// Returns when the dialog has closed; nothing happens when no tool is selected.
     void ShowToolProperties();
@@ -35,15 +36,13 @@ public:
     CVBATool draft() const;
 
 Q_SIGNALS:
-    void changed(); ///< The set is no longer what is in its file.
     void draftChanged(); ///< There is another draft, or none any more.
 
 private Q_SLOTS:
-    void ToolProperties_LocationChange();
-    void ToolProperties_NameChange(const QString &OldName, const QString &NewName);
+    void ToolProperties_Change();
+    void ToolProperties_NameChange();
     void ToolProperties_RequestNextTool();
     void ToolProperties_RequestPriorTool();
-    void ToolProperties_UpdatePicture();
 
 private:
     void showToolIn(int row);
@@ -55,6 +54,7 @@ private:
     const Settings &m_settings;
     SettingsStore &m_store;
     Printers &m_printers;
+    ToolSetDocument &m_document;
     ListView &m_list;
     ToolListModel &m_model;
     QPointer<frmToolProps> ToolProperties;

@@ -1,6 +1,6 @@
 #include "toolset/ToolSetFile.h"
 
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
 #include "platform/desktop/CommonDialog.h"
@@ -15,7 +15,6 @@
 #include "shell/Settings.h"
 #include "shell/mTSM.h"
 #include "toolset/SnapshotKeeper.h"
-#include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
 
 #include <QCoreApplication>
@@ -51,7 +50,7 @@ QString noticeOf(const CVBATools &loaded)
 } // namespace
 
 ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
-    const Settings &settings, ToolSetStorage &storage, ListView &list, ToolListModel &model)
+    const Settings &settings, ToolSetStorage &storage, ToolSetDocument &set, ListView &list)
     : QObject(form)
     , m_document(document)
     , m_form(form)
@@ -59,17 +58,14 @@ ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, 
     , m_state(state)
     , m_settings(settings)
     , m_storage(storage)
+    , m_set(set)
     , m_list(list)
-    , m_model(model)
     , picUtil(pictureBoxSize, pictureBoxSize)
-    , m_tools(std::make_unique<CVBATools>(storage))
     , m_snapshots(new SnapshotKeeper(
           storage, [this] { return snapshot(); }, this))
 {
     connect(m_snapshots, &SnapshotKeeper::failed, this, &ToolSetFile::snapshotFailed);
-    m_tools->setFLAGS(m_tools->FLAGS() | 1);
-    m_tools->setAllowDupes(true);
-    m_model.setTools(m_tools.get());
+    connect(&m_set, &ToolSetDocument::changed, this, &ToolSetFile::changed);
 }
 
 ToolSetFile::~ToolSetFile() = default;
@@ -77,26 +73,18 @@ ToolSetFile::~ToolSetFile() = default;
 void ToolSetFile::setProperties(ToolPropertiesLink &properties)
 {
     m_properties = &properties;
-    connect(&properties, &ToolPropertiesLink::changed, this, &ToolSetFile::changed);
     connect(&properties, &ToolPropertiesLink::draftChanged, this, &ToolSetFile::draftChanged);
 }
 
 void ToolSetFile::changed()
 {
-    m_dirty = true;
-    renamedInPlace();
-}
-
-void ToolSetFile::renamedInPlace()
-{
-    m_unsaved = true;
     m_givenUp = false;
-    m_snapshots->changed();
+    draftChanged();
 }
 
 void ToolSetFile::draftChanged()
 {
-    if (m_unsaved || m_properties->editedTool())
+    if (m_set.isUnsaved() || (m_properties && m_properties->editedTool()))
         m_snapshots->changed();
     else
         m_snapshots->discard(); // a draft was given up, and nothing else was new
@@ -106,7 +94,7 @@ void ToolSetFile::closed()
 {
     // Kept: nobody is asked after a failed save, nor about renames in place. Then, and when the
     // save that the user wanted came to nothing, the next start offers the set.
-    if (m_unsaved && !m_givenUp)
+    if (m_set.isUnsaved() && !m_givenUp)
         m_snapshots->leave();
     else
         m_snapshots->discard();
@@ -123,21 +111,15 @@ void ToolSetFile::snapshotFailed(const QString &reason)
 QString ToolSetFile::noticeOfOthers() const
 {
     QString text;
-    if (m_tools->ChangedByOthers) {
+    const CVBATools &tools = m_set.Tools();
+    if (tools.ChangedByOthers) {
         text = QStringLiteral("The file had been changed by somebody else; ");
-        if (m_tools->BackupPath.isEmpty())
+        if (tools.BackupPath.isEmpty())
             text += QStringLiteral("no copy of that content could be made.");
         else
-            text += QStringLiteral("that content is in \"%1\".").arg(m_tools->BackupPath);
+            text += QStringLiteral("that content is in \"%1\".").arg(tools.BackupPath);
     }
     return text;
-}
-
-void ToolSetFile::show(std::unique_ptr<CVBATools> tools)
-{
-    m_model.setTools(tools.get());
-    m_tools = std::move(tools);
-    Q_EMIT opened();
 }
 
 // --- Open ---
@@ -145,12 +127,13 @@ void ToolSetFile::show(std::unique_ptr<CVBATools> tools)
 void ToolSetFile::open()
 {
     if (openSet())
-        m_frame.FileListHandler().Add(m_fileName);
+        m_frame.FileListHandler().Add(m_set.FileName());
 }
 
 bool ToolSetFile::openSet()
 {
-    if (m_fileName.isEmpty())
+    const QString path = m_set.FileName();
+    if (path.isEmpty())
         return false;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     auto loaded = std::make_unique<CVBATools>(m_storage);
@@ -159,18 +142,16 @@ bool ToolSetFile::openSet()
     {
         BusyProgress progress(m_frame, QStringLiteral("Opening"));
         loaded->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
-        const bool ok = loaded->Load(m_fileName);
+        const bool ok = loaded->Load(path);
         loaded->Progress = nullptr;
         if (ok) {
             if (loaded->FileVersion() < BmtFormat::currentVersion)
                 rewriteHelpTexts(*loaded);
-            m_dirty = false;
-            m_unsaved = false;
             m_snapshots->discard();
             m_origin = {};
-            show(std::move(loaded));
-            m_document.setCaption(m_tools->ToolSetName);
-            setNotice(noticeOf(*m_tools));
+            m_set.setTools(std::move(loaded), true);
+            m_document.setCaption(m_set.Tools().ToolSetName);
+            setNotice(noticeOf(m_set.Tools()));
             return true;
         }
         failure = loaded->ErrorDescription;
@@ -178,7 +159,7 @@ bool ToolSetFile::openSet()
     }
     // The window keeps what it showed, and so the file that belongs to it: a save must not
     // overwrite the file that could not be read.
-    m_fileName = m_tools->ToolSetName;
+    m_set.setFileName(m_set.Tools().ToolSetName);
     MsgBox::show(m_form, QStringLiteral("Error loading tool set: ") + failure, MsgBox::Buttons::Ok,
         MsgBox::Icon::Critical);
     return false;
@@ -205,53 +186,53 @@ void ToolSetFile::rewriteHelpTexts(CVBATools &tools)
 void ToolSetFile::save()
 {
     if (saveSet())
-        m_frame.FileListHandler().Add(m_fileName);
+        m_frame.FileListHandler().Add(m_set.FileName());
 }
 
 void ToolSetFile::saveAs()
 {
     if (saveSetAs())
-        m_frame.FileListHandler().Add(m_fileName);
+        m_frame.FileListHandler().Add(m_set.FileName());
 }
 
 bool ToolSetFile::saveSet()
 {
     m_list.finishLabelEdit(); // what the user sees is what is saved
-    if (m_model.rowCount() == 0) {
+    if (m_set.count() == 0) {
         MsgBox::show(m_form,
             QStringLiteral("The toolset must contain at least one tool before it can be saved"),
             MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
         return false;
     }
-    if (m_fileName.isEmpty())
+    if (m_set.FileName().isEmpty())
         return saveSetAs();
+    CVBATools &tools = m_set.file();
     bool ok = false;
     {
         BusyProgress progress(m_frame, QStringLiteral("Saving"));
-        m_tools->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
+        tools.Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
         // The file is written in place. Should the program end in the midst of that, the set is
         // offered at the next start, whether or not it had changed.
         m_snapshots->writeNow();
-        m_tools->KeptElsewhere = [this] { return m_snapshots->flush(); };
-        ok = m_tools->Save(m_fileName, m_model.keysInPositionOrder(), picUtil);
-        m_tools->Progress = nullptr;
+        tools.KeptElsewhere = [this] { return m_snapshots->flush(); };
+        ok = tools.Save(m_set.FileName(), m_set.keysInOrder(), picUtil);
+        tools.Progress = nullptr;
     }
-    // Kept: the flag is cleared after a failed write too, so closing will not ask again.
-    m_dirty = false;
-    if (ok || m_tools->ChangedByOthers)
+    if (ok || tools.ChangedByOthers)
         setNotice(noticeOfOthers());
     if (ok) {
-        m_unsaved = false;
+        m_set.saved();
         m_snapshots->discard();
         m_origin = {};
-        m_fileName = m_tools->ToolSetName;
-        m_document.setCaption(m_fileName); // a Save As before may have failed
+        m_set.setFileName(tools.ToolSetName);
+        m_document.setCaption(tools.ToolSetName); // a Save As before may have failed
         return true;
     }
-    m_unsaved = true;
+    // Kept: the flag is cleared after a failed write too, so closing will not ask again.
+    m_set.saveFailed();
     m_givenUp = false;
     MsgBox::show(m_form,
-        QStringLiteral("Error saving tool set: ") + m_tools->ErrorDescription
+        QStringLiteral("Error saving tool set: ") + tools.ErrorDescription
             + (m_snapshots->flush()
                     ? QStringLiteral("\n\nThe tool set as it stands is kept. If it is not saved "
                                      "until then, the next start of the program offers it.")
@@ -272,7 +253,7 @@ bool ToolSetFile::saveSetAs()
         CommonDialog::OverwritePrompt | CommonDialog::PathMustExist | CommonDialog::HideReadOnly;
     dlg.InitDir =
         mFileUtil::UsableFolder(m_settings.ToolsetPath(), mFileUtil::UserFolder::Documents);
-    dlg.FileName = m_tools->ToolSetName;
+    dlg.FileName = m_set.Tools().ToolSetName;
     if (!m_origin.path.isEmpty()) {
         // Beside the file that the set had, under another name.
         const QFileInfo file(m_origin.path);
@@ -288,17 +269,17 @@ bool ToolSetFile::saveSetAs()
         }
         return false; // Kept: the drag gate stays closed until the frame opens it again.
     }
-    m_fileName = dlg.FileName;
-    const bool saved = m_fileName.isEmpty() ? false : saveSet();
-    if (!m_tools->ToolSetName.isEmpty())
-        m_document.setCaption(m_tools->ToolSetName);
+    m_set.setFileName(dlg.FileName);
+    const bool saved = dlg.FileName.isEmpty() ? false : saveSet();
+    if (!m_set.Tools().ToolSetName.isEmpty())
+        m_document.setCaption(m_set.Tools().ToolSetName);
     m_state.setDragGate(true);
     return saved;
 }
 
 bool ToolSetFile::CleanIfDirty()
 {
-    if (!m_dirty)
+    if (!m_set.Dirty())
         return false;
     const auto answer =
         MsgBox::show(m_form, QStringLiteral("Save changes to ") + m_document.Caption(),
@@ -315,16 +296,16 @@ bool ToolSetFile::CleanIfDirty()
 ToolSetSnapshot ToolSetFile::snapshot() const
 {
     ToolSetSnapshot taken;
-    taken.path = m_origin.path.isEmpty() ? m_fileName : m_origin.path;
+    const QString fileName = m_set.FileName();
+    taken.path = m_origin.path.isEmpty() ? fileName : m_origin.path;
     taken.title = m_origin.title;
     if (taken.title.isEmpty())
-        taken.title =
-            m_fileName.isEmpty() ? m_document.Caption() : QFileInfo(m_fileName).fileName();
-    taken.FLAGS = static_cast<qint16>(m_tools->FLAGS());
-    taken.Description = m_tools->Description();
-    taken.LongDescription = m_tools->LongDescription();
-    const QList<ToolPtr> tools = m_model.toolsInPositionOrder();
-    taken.tools.reserve(static_cast<size_t>(tools.size()));
+        taken.title = fileName.isEmpty() ? m_document.Caption() : QFileInfo(fileName).fileName();
+    taken.FLAGS = static_cast<qint16>(m_set.Tools().FLAGS());
+    taken.Description = m_set.Tools().Description();
+    taken.LongDescription = m_set.Tools().LongDescription();
+    const auto &tools = m_set.toolsInOrder();
+    taken.tools.reserve(tools.size());
     const CVBATool *edited = m_properties ? m_properties->editedTool() : nullptr;
     for (const ToolPtr &tool : tools)
         taken.tools.push_back(tool.get() == edited ? m_properties->draft() : *tool);
@@ -360,10 +341,8 @@ bool ToolSetFile::recover(const QString &snapshotPath)
         }
     }
     tools->setAllowDupes(true);
-    m_fileName.clear();
+    m_set.setFileName({});
     m_origin = {kept->title, kept->path};
-    m_dirty = true;
-    m_unsaved = true;
     m_snapshots->adopt(snapshotPath);
     // Windows are told apart by their captions.
     QString caption = recoveredCaption(kept->title);
@@ -374,7 +353,7 @@ bool ToolSetFile::recover(const QString &snapshotPath)
     };
     for (int i = 2; taken(caption); ++i)
         caption = recoveredCaption(kept->title) + QStringLiteral(" (%1)").arg(i);
-    show(std::move(tools));
+    m_set.setTools(std::move(tools), false);
     m_document.setCaption(caption);
     return true;
 }

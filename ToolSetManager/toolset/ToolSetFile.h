@@ -13,40 +13,30 @@ class ListView;
 class QWidget;
 class Settings;
 class SnapshotKeeper;
-class ToolListModel;
+class ToolSetDocument;
 class ToolPropertiesLink;
 class mTSM;
 struct ToolSetSnapshot;
 struct ToolSetStorage;
 
-/// The set of one tool set window and its file: opening, saving, the question before changes are
-/// lost, and what is kept of changes that did not reach the file.
+/// The file of one tool set window: opening and saving its document, the question before changes
+/// are lost, and what is kept of changes that did not reach the file.
 class ToolSetFile : public QObject
 {
     Q_OBJECT
 public:
     /// What is handed in is borrowed; \a form is the window itself, for messages.
     ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, mTSM &state,
-        const Settings &settings, ToolSetStorage &storage, ListView &list, ToolListModel &model);
+        const Settings &settings, ToolSetStorage &storage, ToolSetDocument &set, ListView &list);
     /// The dialog whose unapplied changes are kept in snapshots as well; to be set once.
     void setProperties(ToolPropertiesLink &properties);
     ~ToolSetFile() override;
 
     // --- Properties ---
-    CVBATools &Tools() { return *m_tools; } ///< Another one after opened().
-    const CVBATools &Tools() const { return *m_tools; }
-    QString FileName() const { return m_fileName; } ///< Empty for a set never saved.
-    void setFileName(const QString &path) { m_fileName = path; }
-    /// Changed since it was loaded or saved, except by renames in place. Kept: clear after a save
-    /// that failed, too.
-    bool Dirty() const { return m_dirty; }
     /// What the user should know of the file as it was found; empty when it was whole, and after a
     /// save.
     QString notice() const { return m_notice; }
 
-    // --- What happens to the set ---
-    void changed(); ///< Makes it dirty.
-    void renamedInPlace(); ///< Does not, but is kept as well.
     /// The window closes for good. What is unsaved is left for the next start, unless the user has
     /// given it up.
     void closed();
@@ -62,9 +52,6 @@ public:
     /// cannot be read.
     bool recover(const QString &snapshotPath);
 
-Q_SIGNALS:
-    void opened(); ///< The window shows another set.
-
 private:
     /// Where a recovered set comes from.
     struct Origin
@@ -76,7 +63,7 @@ private:
     bool openSet();
     bool saveSet();
     bool saveSetAs();
-    void show(std::unique_ptr<CVBATools> tools);
+    void changed();
     void draftChanged();
     void setNotice(const QString &text);
     /// Says once that work that is not saved is not safe.
@@ -93,17 +80,13 @@ private:
     mTSM &m_state;
     const Settings &m_settings;
     ToolSetStorage &m_storage;
+    ToolSetDocument &m_set;
     ListView &m_list;
-    ToolListModel &m_model;
     PictureBox picUtil; ///< Renders the button pictures for the file.
 
-    std::unique_ptr<CVBATools> m_tools;
     SnapshotKeeper *m_snapshots;
     const ToolPropertiesLink *m_properties = nullptr;
-    QString m_fileName;
     QString m_notice;
     Origin m_origin; ///< Empty unless recovered, and again after a save.
-    bool m_dirty = false;
-    bool m_unsaved = false; ///< As m_dirty, but also by renames, and until a save has succeeded.
     bool m_givenUp = false; ///< The user has answered No, and nothing has changed since.
 };

@@ -1,5 +1,6 @@
 #include "toolset/ToolSetMenus.h"
 
+#include "platform/desktop/Captions.h"
 #include "platform/desktop/Tag.h"
 #include "shell/RecentFileMenu.h"
 
@@ -98,10 +99,33 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuFileExit->setObjectName(QStringLiteral("mnuFileExit"));
     mnuFileExit->setShortcut(QKeySequence::Quit);
     fill(mnuEdit, Text("mnuEditX"), mnuEditX, editItems, this);
+    mnuEdit->addSeparator();
+    const auto commandItem = [this](const QString &name, const QString &word) {
+        QAction *item = mnuEdit->addAction(QString());
+        item->setObjectName(name);
+        connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
+        return item;
+    };
+    mnuEditUndo = commandItem(QStringLiteral("mnuEditUndo"), QStringLiteral("undo"));
+    mnuEditUndo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
+    mnuEditRedo->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    showUndo({}, {});
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
+}
+
+void ToolSetMenus::showUndo(const QString &undoText, const QString &redoText)
+{
+    const auto show = [](QAction *item, const QString &command, const QString &text) {
+        item->setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
+        item->setEnabled(!text.isEmpty());
+    };
+    show(mnuEditUndo, QStringLiteral("Und&o"), undoText);
+    show(mnuEditRedo, QStringLiteral("&Redo"), redoText);
 }
 
 void ToolSetMenus::setGroupEnabled(const QString &group, bool enabled)

@@ -55,10 +55,16 @@ public:
     std::array<QAction *, WindowItems> mnuWindowX {};
     std::array<QAction *, HelpItems> mnuHelpx {};
     RecentFileMenu *mnuFileList;
-    QAction *mnuFilePrintPreview; ///< Of this program's own: no item of the array.
+    // Of this program's own: no items of the arrays.
+    QAction *mnuFilePrintPreview;
+    QAction *mnuEditUndo;
+    QAction *mnuEditRedo;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
+
+    /// Says what can be undone and redone; empty: nothing, and the item is disabled.
+    void showUndo(const QString &undoText, const QString &redoText);
 
     /// Enables the Edit and View items whose tag is \a group.
     void setGroupEnabled(const QString &group, bool enabled);

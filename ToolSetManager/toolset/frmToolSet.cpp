@@ -1,6 +1,5 @@
 #include "toolset/frmToolSet.h"
 
-#include "model/CVBATools.h"
 #include "platform/desktop/Captions.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
@@ -30,8 +29,6 @@
 #include <QShortcut>
 #include <QTimer>
 
-#include <tuple>
-
 namespace {
 
 constexpr QSize buttonPictureSize(CVBATool::pictureSide, CVBATool::pictureSide);
@@ -58,11 +55,12 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , tmrHelp(makeTimer(this, 10))
     , tmrPopUp(makeTimer(this, 25))
     , tmrResize(makeTimer(this, 50))
-    , m_list(new ToolListModel(this))
-    , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, *lvTools, *m_list))
-    , m_edit(new EditCommands(*this, this, frame, state, storage, *lvTools, *m_list))
+    , m_set(storage)
+    , m_list(new ToolListModel(m_set, this))
+    , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, m_set, *lvTools))
+    , m_edit(new EditCommands(*this, this, frame, state, storage, m_set, *lvTools, *m_list))
     , m_properties(
-          new ToolPropertiesLink(this, frame, settings, store, printers, *lvTools, *m_list))
+          new ToolPropertiesLink(this, frame, settings, store, printers, m_set, *lvTools, *m_list))
     , m_report(this, store, printers)
 {
     setObjectName(QStringLiteral("frmToolSet"));
@@ -164,12 +162,12 @@ void frmToolSet::connectMenus()
 
 QString frmToolSet::FileName() const
 {
-    return m_file->FileName();
+    return m_set.FileName();
 }
 
 void frmToolSet::setFileName(const QString &path)
 {
-    m_file->setFileName(path);
+    m_set.setFileName(path);
 }
 
 QString frmToolSet::notice() const
@@ -179,12 +177,12 @@ QString frmToolSet::notice() const
 
 const CVBATools &frmToolSet::Tools() const
 {
-    return m_file->Tools();
+    return m_set.Tools();
 }
 
 bool frmToolSet::Dirty() const
 {
-    return m_file->Dirty();
+    return m_set.Dirty();
 }
 
 QString frmToolSet::Name() const
@@ -231,6 +229,8 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("toolproperties"),
             [](frmToolSet &w) { w.m_properties->ShowToolProperties(); }},
         {QStringLiteral("properties"), [](frmToolSet &w) { w.propertiesCommand(); }},
+        {QStringLiteral("undo"), [](frmToolSet &w) { w.m_edit->undo(); }},
+        {QStringLiteral("redo"), [](frmToolSet &w) { w.m_edit->redo(); }},
         {QStringLiteral("print"), [](frmToolSet &w) { w.m_report.print(w.Tools(), w.FileName()); }},
     };
     if (word == QStringLiteral("cut"))
@@ -273,10 +273,9 @@ bool frmToolSet::Recover(const QString &snapshot)
     return m_file->recover(snapshot);
 }
 
-void frmToolSet::showOpened()
+void frmToolSet::showProperties()
 {
     lblToolSet->setText(Tools().Description());
-    refreshCommandStates();
 }
 
 void frmToolSet::showEmptyHint()
@@ -320,7 +319,8 @@ void frmToolSet::Form_Activate()
 
 void frmToolSet::refreshCommandStates()
 {
-    SetCommandGroup(CommandTable::needsTool, m_list->rowCount() >= 1);
+    SetCommandGroup(CommandTable::needsTool, m_set.count() >= 1);
+    refreshUndoItems();
     // A drop or a completed cut changes a window that is not the active one; the frame's buttons
     // are the active one's.
     DocumentWindow *active = m_frame.activeDocument();
@@ -372,9 +372,10 @@ void frmToolSet::unghostTools()
     m_list->clearGhosted();
 }
 
-void frmToolSet::selectGhostedTools()
+void frmToolSet::completeCut()
 {
     m_edit->selectGhosted();
+    setAction(QStringLiteral("silentdelete"));
 }
 
 // --- Edits ---
@@ -382,8 +383,12 @@ void frmToolSet::selectGhostedTools()
 void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
-    connect(m_file, &ToolSetFile::opened, this, &frmToolSet::showOpened);
-    connect(m_edit, &EditCommands::changed, m_file, &ToolSetFile::changed);
+    connect(&m_set, &ToolSetDocument::reset, this, [this] {
+        showProperties();
+        refreshCommandStates();
+    });
+    connect(&m_set, &ToolSetDocument::propertiesChanged, this, &frmToolSet::showProperties);
+    connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshUndoItems);
     connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
     // Kept: also of a clipboard without tools, which a copy of nothing leaves.
     connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
@@ -437,19 +442,15 @@ void frmToolSet::pasteCommand()
 
 void frmToolSet::propertiesCommand()
 {
-    CVBATools &tools = m_file->Tools();
-    const auto values = [&tools] {
-        return std::tuple(tools.Description(), tools.LongDescription(), tools.FLAGS());
-    };
-    const auto before = values();
-    frmTSProps dialog(this);
+    frmTSProps dialog(m_set, this);
     dialog.setPrinters(m_printers);
-    dialog.Toolset = &tools;
+    dialog.Toolset = &m_set.Tools();
     dialog.exec();
-    if (values() == before)
-        return;
-    m_file->changed();
-    lblToolSet->setText(tools.Description());
+}
+
+void frmToolSet::refreshUndoItems()
+{
+    m_menus->showUndo(m_set.undoText(), m_set.redoText());
 }
 
 void frmToolSet::showToolHelp()
@@ -497,8 +498,7 @@ void frmToolSet::lvTools_BeforeLabelEdit()
 void frmToolSet::lvTools_AfterLabelEdit(int row, const QString &NewString)
 {
     // Kept: a rename in place does not make the set dirty.
-    m_list->renameTool(row, NewString);
-    m_file->renamedInPlace();
+    m_set.renameInPlace(m_list->toolAt(row), NewString);
     m_labelEditing = false;
 }
 
@@ -509,7 +509,7 @@ void frmToolSet::lvTools_Click()
 
 void frmToolSet::lvTools_DblClick()
 {
-    if (m_list->rowCount() >= 1)
+    if (m_set.count() >= 1)
         m_frame.setAction(QStringLiteral("toolproperties"));
 }
 

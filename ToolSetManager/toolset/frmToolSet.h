@@ -1,13 +1,14 @@
 #pragma once
 
+#include "model/ToolSetDocument.h"
 #include "printing/ReportCommands.h"
 #include "shell/DocumentWindow.h"
+#include "toolset/ClipboardSource.h"
 
 #include <QWidget>
 
 #include <functional>
 
-class CVBATools;
 class EditCommands;
 class Frame;
 class ListView;
@@ -23,9 +24,9 @@ class ToolSetMenus;
 class mTSM;
 struct ToolSetStorage;
 
-/// Document window of one tool set: shows it in lvTools and runs its commands; ToolSetFile owns the
-/// set. The Position column, not the current sort, decides the order in which tools are written.
-class frmToolSet : public QWidget, public DocumentWindow
+/// Document window of one tool set: owns its document, shows it in lvTools and runs its commands.
+/// The Position column, not the current sort, decides the order in which tools are written.
+class frmToolSet : public QWidget, public DocumentWindow, public ClipboardSource
 {
     Q_OBJECT
 public:
@@ -46,6 +47,7 @@ public:
     void setView(int view) override;
     void setAction(const QString &word) override;
     const CVBATools &Tools() const;
+    ToolSetDocument &Document() { return m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.
 
     // --- Operations ---
@@ -54,7 +56,7 @@ public:
     void Unload() override;
     void Form_Activate() override;
     void unghostTools() override;
-    void selectGhostedTools() override;
+    void completeCut() override;
     /// Enables or disables the commands of a group: toolbar buttons, menu items; then brings the
     /// view buttons and the paste commands up to date.
     void SetCommandGroup(const QString &group, bool enabled);
@@ -112,7 +114,8 @@ private:
     void pasteCommand();
     void propertiesCommand();
     void showToolHelp();
-    void showOpened();
+    void showProperties();
+    void refreshUndoItems();
     /// What an empty list says; not before the window has its set.
     void showEmptyHint();
     void showList();
@@ -134,6 +137,7 @@ private:
     QTimer *tmrResize;
 
     // --- State ---
+    ToolSetDocument m_set;
     ToolListModel *m_list;
     ToolSetFile *m_file;
     EditCommands *m_edit;

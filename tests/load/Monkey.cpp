@@ -455,7 +455,8 @@ void Monkey::check(frmToolSet *window)
 
     auto known = std::find_if(
         m_known.begin(), m_known.end(), [&](const Known &each) { return each.window == window; });
-    const QByteArray now = digestOf(set, list.toolsInPositionOrder());
+    const auto &order = window->Document().toolsInOrder();
+    const QByteArray now = digestOf(set, QList<ToolPtr>(order.begin(), order.end()));
     if (known == m_known.end()) {
         known = m_known.insert(m_known.end(), {window, now, window->Dirty()});
         connect(Program::listOf(window), &ListView::AfterLabelEdit, this, [this, window] {

@@ -177,7 +177,7 @@ private Q_SLOTS:
                     document.append({named(u"A"_qs)});
                     break;
                 case 'r':
-                    QVERIFY(document.rename(document.toolAt(1), u"B"_qs));
+                    QVERIFY(document.renameInPlace(document.toolAt(1), u"B"_qs));
                     break;
                 case 's':
                     document.saved();

@@ -84,7 +84,8 @@ private:
     /// Of what the window shows, with what is typed into its properties dialog.
     static QByteArray digest(frmToolSet *window)
     {
-        QList<ToolPtr> tools = Program::modelOf(window)->toolsInPositionOrder();
+        const auto &order = window->Document().toolsInOrder();
+        QList<ToolPtr> tools(order.begin(), order.end());
         const auto *properties = window->findChild<ToolPropertiesLink *>();
         for (ToolPtr &tool : tools) {
             if (tool.get() == properties->editedTool())

@@ -241,7 +241,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!program.frame.findChild<RecoveryBar *>());
 
         // Its first save asks for a name, and proposes none that would replace the file.
-        Program::modelOf(recovered)->renameTool(0, u"n"_qs);
+        recovered->Document().renameInPlace(recovered->Document().toolAt(1), u"n"_qs);
         program.frame.activateDocument(recovered);
         Answers answers;
         QString proposed;
@@ -314,7 +314,7 @@ private:
     {
         Program program(m_home->path());
         frmToolSet *form = program.open(file(u"xyz"_qs));
-        Program::modelOf(form)->renameTool(0, u"ж"_qs);
+        form->Document().renameInPlace(form->Document().toolAt(1), u"ж"_qs);
         program.remove(form, 1);
         program.run(u"newtoolset"_qs);
         {

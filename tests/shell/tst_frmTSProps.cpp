@@ -1,4 +1,4 @@
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/rtf/RichTextBox.h"
 #include "shell/frmTSProps.h"
@@ -19,16 +19,20 @@ class frmTSProps_test : public QObject
 
     QTemporaryDir folder;
     std::unique_ptr<ToolSetStorage> storage;
-    std::unique_ptr<CVBATools> set;
+    std::unique_ptr<ToolSetDocument> document;
 
     /// Runs the dialog modally; \a act gets it when it is open and has to end it.
     template <class Act>
-    void run(CVBATools *of, Act act) const
+    void run(const CVBATools *of, Act act) const
     {
-        frmTSProps dialog;
+        frmTSProps dialog(*document);
         dialog.Toolset = of;
         QTimer::singleShot(0, &dialog, [&] { act(dialog); });
         dialog.exec();
+    }
+    void give(const QString &description, int flags) const
+    {
+        document->setProperties({description, u"{\\rtf1 lo\\b ng}"_qs, flags});
     }
     template <class Child>
     static Child *child(QWidget &dialog, const char *name)
@@ -40,9 +44,8 @@ private Q_SLOTS:
     void init()
     {
         storage = std::make_unique<ToolSetStorage>(1252, folder.path(), folder.path());
-        set = std::make_unique<CVBATools>(*storage);
-        set->setDescription(u" short "_qs);
-        set->setLongDescription(u"{\\rtf1 lo\\b ng}"_qs);
+        document = std::make_unique<ToolSetDocument>(*storage);
+        give(u" short "_qs, 1);
     }
 
     void shows()
@@ -51,8 +54,8 @@ private Q_SLOTS:
             {1, false, 0}, // a file of version 1
             {0, true, 1}, {6, true, 7}, {7, false, 6}, {-1, false, -2}};
         for (const auto &[flags, hidden, then] : rows) {
-            set->setFLAGS(flags);
-            run(set.get(), [&, hidden = hidden](frmTSProps &dialog) {
+            give(u" short "_qs, flags);
+            run(&document->Tools(), [&, hidden = hidden](frmTSProps &dialog) {
                 QCOMPARE(dialog.windowTitle(), u"Tool Set Properties"_qs);
                 QCOMPARE(child<QLineEdit>(dialog, "txtDescription")->text(), u" short "_qs);
                 QCOMPARE(child<RichTextBox>(dialog, "rtControl")->Text(), u"long"_qs);
@@ -60,34 +63,35 @@ private Q_SLOTS:
                 child<QCheckBox>(dialog, "chkHide")->setChecked(!hidden);
                 child<QPushButton>(dialog, "cmdOK")->click();
             });
-            QCOMPARE(set->FLAGS(), then);
+            QCOMPARE(document->Tools().FLAGS(), then);
         }
     }
 
     void stores()
     {
-        run(set.get(), [&](frmTSProps &dialog) {
+        run(&document->Tools(), [&](frmTSProps &dialog) {
             QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"er "_qs);
             QTest::keyClicks(child<RichTextBox>(dialog, "rtControl"), u"x"_qs);
             child<QPushButton>(dialog, "cmdOK")->click();
         });
-        QCOMPARE(set->Description(), u" short er "_qs); // not trimmed
-        QVERIFY(set->LongDescription().contains(u"xlo\\b ng"_qs));
+        QCOMPARE(document->Tools().Description(), u" short er "_qs); // not trimmed
+        QVERIFY(document->Tools().LongDescription().contains(u"xlo\\b ng"_qs));
     }
 
     void untouchedDescription()
     {
-        set->setDescription(QString(65535, u'x')); // as long as a file allows
-        run(set.get(), [&](frmTSProps &dialog) { child<QPushButton>(dialog, "cmdOK")->click(); });
-        QCOMPARE(set->Description().size(), 65535);
-        QCOMPARE(set->LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
+        give(QString(65535, u'x'), 1); // as long as a file allows
+        run(&document->Tools(),
+            [&](frmTSProps &dialog) { child<QPushButton>(dialog, "cmdOK")->click(); });
+        QCOMPARE(document->Tools().Description().size(), 65535);
+        QCOMPARE(document->Tools().LongDescription(), u"{\\rtf1 lo\\b ng}"_qs);
     }
 
     void cancelTouchesNothing()
     {
-        set->setFLAGS(5);
+        give(u" short "_qs, 5);
         for (const bool byKey : {false, true}) {
-            run(set.get(), [&](frmTSProps &dialog) {
+            run(&document->Tools(), [&](frmTSProps &dialog) {
                 auto *text = child<RichTextBox>(dialog, "rtControl");
                 QTest::keyClicks(child<QLineEdit>(dialog, "txtDescription"), u"x"_qs);
                 QTest::keyClicks(text, u"x"_qs);
@@ -97,7 +101,8 @@ private Q_SLOTS:
                 else
                     child<QPushButton>(dialog, "cmdCancel")->click();
             });
-            QCOMPARE(SetDump::lines(*set), QStringList(u"0 5|{\\rtf1 lo\\b ng}| short "_qs));
+            QCOMPARE(SetDump::lines(document->Tools()),
+                QStringList(u"0 5|{\\rtf1 lo\\b ng}| short "_qs));
         }
     }
 
@@ -112,7 +117,7 @@ private Q_SLOTS:
     void defaultPointer()
     {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        run(set.get(), [&](frmTSProps &dialog) {
+        run(&document->Tools(), [&](frmTSProps &dialog) {
             QTRY_VERIFY(!QGuiApplication::overrideCursor());
             child<QPushButton>(dialog, "cmdCancel")->click();
         });

@@ -1,3 +1,5 @@
+#include "model/ToolSetDocument.h"
+#include "model/ToolSetStorage.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/picture/Picture.h"
 #include "platform/picture/PictureControl.h"
@@ -54,7 +56,9 @@ private Q_SLOTS:
             m_folder->filePath(u"macros"_qs));
         m_settings = std::make_unique<Settings>(m_folder->path());
         m_settings->LoadSettings(*m_store);
-        m_dialog = std::make_unique<frmToolProps>(*m_settings, *m_store);
+        m_storage = std::make_unique<ToolSetStorage>(1252, m_folder->path(), m_folder->path());
+        m_document = std::make_unique<ToolSetDocument>(*m_storage);
+        m_dialog = std::make_unique<frmToolProps>(*m_document, *m_settings, *m_store);
         m_heard.clear();
         const auto hear = [this](const QString &what) { m_heard.append(what); };
         const frmToolProps *dialog = m_dialog.get();
@@ -72,6 +76,7 @@ private Q_SLOTS:
         connect(dialog, &frmToolProps::RequestNextTool, this, [=] { hear(u"Next"_qs); });
         connect(dialog, &frmToolProps::RequestPriorTool, this, [=] { hear(u"Prior"_qs); });
         m_tool = tool(u"Alpha"_qs);
+        m_document->append({m_tool});
         m_dialog->setTool(m_tool);
         m_dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
@@ -145,12 +150,15 @@ private Q_SLOTS:
         QCOMPARE(m_heard,
             (QStringList {u"Name Beta>BETA"_qs, u"Picture ffff0000, /b"_qs, u"Change"_qs}));
         QCOMPARE(m_tool->AppName32, u"b.exe"_qs);
+        m_document->undo(); // each Apply is one step
+        m_document->undo();
+        QCOMPARE(m_tool->Description + m_tool->Location() + m_tool->CommandLine,
+            u"Alphac:\\tools\\Alpha.exe/x"_qs);
     }
 
     void nameMadeUnique()
     {
-        connect(m_dialog.get(), &frmToolProps::NameChange, this,
-            [this] { m_tool->Description = u"Beta(1)"_qs; });
+        m_document->append({tool(u"Beta"_qs)});
         type("txtDescription", u"Beta"_qs);
         press("cmdApply");
         QCOMPARE(control<QLineEdit>("txtDescription")->text(), u"Beta(1)"_qs);
@@ -473,6 +481,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<ToolSetStorage> m_storage;
+    std::unique_ptr<ToolSetDocument> m_document;
     std::unique_ptr<frmToolProps> m_dialog;
     ToolPtr m_tool;
     QStringList m_heard;

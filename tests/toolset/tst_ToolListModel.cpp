@@ -1,11 +1,11 @@
-#include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "support/TestRunner.h"
 #include "toolset/ToolListModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QPersistentModelIndex>
-#include <QSignalSpy>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 /// The list of a set of tools named by single letters, in whatever order it is looked at.
@@ -17,20 +17,18 @@ private Q_SLOTS:
     {
         m_tester.reset();
         m_model.reset();
-        m_set = std::make_unique<CVBATools>(m_storage);
-        m_set->setAllowDupes(true);
+        m_set = std::make_unique<ToolSetDocument>(m_storage);
         const std::pair<QString, QString> tools[] = {{u"d"_qs, u"z"_qs}, {u"B"_qs, u"y"_qs},
             {u"a"_qs, u"Y"_qs}, {u"c"_qs, u"x"_qs}, {u"e"_qs, u""_qs}};
         for (const auto &[name, location] : tools) {
             auto tool = std::make_shared<CVBATool>();
             tool->Description = name;
             tool->setLocation(location);
-            QVERIFY(m_set->Add(tool));
+            QCOMPARE(m_set->append({tool}).size(), 1);
         }
-        m_model = std::make_unique<ToolListModel>();
+        m_model = std::make_unique<ToolListModel>(*m_set);
         m_tester = std::make_unique<QAbstractItemModelTester>(
             m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-        m_model->setTools(m_set.get());
     }
 
     void sorting()
@@ -47,7 +45,7 @@ private Q_SLOTS:
             m_model->sort(column, order);
             QCOMPARE(shown(), expected);
             // What is written does not depend on how it is looked at.
-            QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B a c e"_qs);
+            QCOMPARE(m_set->keysInOrder().join(u' '), u"d B a c e"_qs);
         }
     }
 
@@ -56,42 +54,11 @@ private Q_SLOTS:
         const QPersistentModelIndex location(m_model->index(2, 2)); // "a"
         m_model->sort(0, Qt::AscendingOrder);
         QCOMPARE(location.row(), 0);
-        m_model->MoveTools(rowsOf(u"a"_qs), rowsOf(u"e"_qs).constFirst());
+        m_set->move({3}, 5);
+        QCOMPARE(location.row(), 0);
+        m_model->sort(1, Qt::AscendingOrder);
         QCOMPARE(location.row(), 4);
         QCOMPARE(location.data().toString(), u"Y"_qs);
-    }
-
-    void renaming()
-    {
-        m_model->sort(0, Qt::AscendingOrder);
-        QCOMPARE(m_model->renameTool(0, u"B"_qs), u"B(1)"_qs);
-        // In the set the tool is the last one now; on the screen and in the file it keeps its
-        // place.
-        QCOMPARE(shown(), u"B(1)3 B2 c4 d1 e5"_qs);
-        QCOMPARE(m_model->keysInPositionOrder().join(u' '), u"d B B(1) c e"_qs);
-        QCOMPARE(m_set->Item(5)->Description, u"B(1)"_qs);
-        QCOMPARE(m_model->renameTool(0, QString()), u"Tool(1)"_qs);
-    }
-
-    /// Set and list stay in step when a name and all its numbers are taken.
-    void noFreeName()
-    {
-        const auto made = [](const QString &name) {
-            auto tool = std::make_shared<CVBATool>();
-            tool->Description = name;
-            return tool;
-        };
-        for (int i = 1; i <= 32767; ++i)
-            m_set->Add(made(u"B"_qs));
-        m_set->Add(made(u"y"_qs));
-        m_model->setTools(m_set.get());
-        QSignalSpy refused(m_model.get(), &ToolListModel::noFreeName);
-        QCOMPARE(m_model->renameTool(m_model->rowCount() - 1, u"b"_qs), u"y"_qs);
-        QVERIFY(m_model->appendTools({made(u"B"_qs)}).isEmpty());
-        QCOMPARE(refused.size(), 2);
-        QCOMPARE(m_model->keysInPositionOrder().last(), u"y"_qs);
-        QCOMPARE(m_model->rowCount(), m_set->Count());
-        QCOMPARE(m_model->renameTool(6, u"B"_qs), u"B(2)"_qs); // its own number is free
     }
 
     void moving()
@@ -111,46 +78,69 @@ private Q_SLOTS:
         for (const auto &[moved, target, expected] : rows) {
             init();
             m_model->sort(2, Qt::DescendingOrder); // rows and positions differ
-            const QList<int> found = m_model->MoveTools(rowsOf(moved), rowsOf(target).constFirst());
-            QCOMPARE(shown(), expected);
-            QCOMPARE(found, rowsOf(moved));
-            QCOMPARE(m_set->Count(), 5);
-        }
-    }
-
-    void removing()
-    {
-        // Positions close up in their own order, however the list was sorted meanwhile.
-        for (const auto &[removed, expected] : {std::pair(u"a"_qs, u"d1 B2 c3 e4"_qs),
-                 {u"Bc"_qs, u"d1 a2 e3"_qs}, {u"dBace"_qs, QString()}}) {
-            init();
-            m_model->sort(0, Qt::AscendingOrder);
-            m_model->removeTools(rowsOf(removed));
+            const int place = m_model->positionAt(rowsOf(target).constFirst());
+            const QList<int> now = m_set->move(m_model->positionsOf(rowsOf(moved)), place);
+            QCOMPARE(now, m_model->positionsOf(rowsOf(moved)));
             m_model->sort(1, Qt::AscendingOrder);
             QCOMPARE(shown(), expected);
-            QCOMPARE(m_set->Count(), 5 - removed.size());
-            for (const QChar name : removed)
-                QVERIFY(!m_set->Items().contains(name));
         }
     }
 
-    void appendingIntoASort()
+    /// After each edit and undo the list is what a new one would be.
+    void followsTheDocument()
     {
-        m_model->sort(0, Qt::AscendingOrder);
-        auto tool = std::make_shared<CVBATool>();
-        tool->Description = u"b"_qs;
-        QCOMPARE(m_model->appendTools({tool}), QList<int> {2});
-        QCOMPARE(shown(), u"a3 B2 b(1)6 c4 d1 e5"_qs);
+        QRandomGenerator random(7);
+        const auto some = [&](int below) {
+            QList<int> positions;
+            for (int position = 1; position <= m_set->count(); ++position) {
+                if (random.bounded(10) < below)
+                    positions.append(position);
+            }
+            return positions;
+        };
+        for (int step = 0; step < 400; ++step) {
+            switch (random.bounded(m_set->count() > 300 ? 6 : 9)) {
+            case 0: // three stay
+                m_set->remove(some(random.bounded(10)).mid(3));
+                break;
+            case 1:
+                if (m_set->count() > 0)
+                    m_set->move(some(2), random.bounded(m_set->count()) + 1);
+                break;
+            case 2:
+                m_model->sort(random.bounded(3), Qt::SortOrder(random.bounded(2)));
+                break;
+            case 3:
+            case 4:
+                m_set->undo();
+                break;
+            case 5:
+                m_set->redo();
+                break;
+            default: {
+                QList<ToolPtr> tools;
+                for (int count = random.bounded(100); count > 0; --count)
+                    tools.append(std::make_shared<CVBATool>(
+                        *m_set->toolsInOrder().at(size_t(random.bounded(3)))));
+                m_set->append(tools);
+            }
+            }
+            ToolListModel fresh(*m_set);
+            fresh.sort(m_model->sortKey(), m_model->sortOrder());
+            QCOMPARE(shown(*m_model), shown(fresh));
+            const QList<int> positions = some(3);
+            QCOMPARE(m_model->positionsOf(m_model->rowsOf(positions)), positions);
+        }
     }
 
 private:
     /// Names in the order shown, each with its position: "b2 a1".
-    QString shown() const
+    QString shown() const { return shown(*m_model); }
+    static QString shown(const ToolListModel &model)
     {
         QStringList items;
-        for (int row = 0; row < m_model->rowCount(); ++row)
-            items.append(
-                m_model->toolAt(row)->Description + QString::number(m_model->positionAt(row)));
+        for (int row = 0; row < model.rowCount(); ++row)
+            items.append(model.toolAt(row)->Description + QString::number(model.positionAt(row)));
         return items.join(u' ');
     }
 
@@ -166,7 +156,7 @@ private:
 
     QTemporaryDir m_folder;
     ToolSetStorage m_storage {1252, m_folder.path(), m_folder.path()};
-    std::unique_ptr<CVBATools> m_set;
+    std::unique_ptr<ToolSetDocument> m_set;
     std::unique_ptr<ToolListModel> m_model;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };

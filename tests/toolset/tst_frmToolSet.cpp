@@ -148,7 +148,7 @@ private Q_SLOTS:
     {
         frmToolSet *form = window(file("a.bmt", u"bca"_qs));
         modelOf(form)->sort(0, Qt::DescendingOrder);
-        modelOf(form)->renameTool(0, u"z"_qs);
+        form->Document().renameInPlace(modelOf(form)->toolAt(0), u"z"_qs);
         form->setAction(u"save"_qs);
         QCOMPARE(inFile("a.bmt"), u"b z a"_qs);
     }
@@ -751,7 +751,8 @@ private:
             if (words.constLast() == u"sort")
                 modelOf(form)->sort(0, Qt::DescendingOrder);
             else if (words.constLast() == u"rename")
-                modelOf(form)->renameTool(listOf(form)->selectedRows().constFirst(), u"q"_qs);
+                form->Document().renameInPlace(
+                    modelOf(form)->toolAt(listOf(form)->selectedRows().constFirst()), u"q"_qs);
             else if (words.constLast() == u"close")
                 form->close();
             else if (words.constLast() == u"escape")
