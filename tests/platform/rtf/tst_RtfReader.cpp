@@ -1,4 +1,5 @@
 #include "platform/rtf/RtfDump.h"
+#include "platform/rtf/RtfPlainText.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
 #include "support/Rows.h"
@@ -175,6 +176,18 @@ private Q_SLOTS:
     {
         const auto [rtf, expected] = Rows::row<QByteArray, QString>();
         QCOMPARE(dumpOfBody(rtf), expected);
+        // The short way to the words alone, without symbol fonts and the labels of lists.
+        if (rtf.contains("\\f2") || rtf.contains("\\f5") || rtf.contains("text\\"))
+            return;
+        const QByteArray whole = header + rtf + '}';
+        QTextDocument document;
+        RtfReader().read(whole, document);
+        const auto words = [](QString text) {
+            return text.removeIf(
+                [](QChar c) { return c.isSpace() || !c.isPrint() || c >= QChar(0xFFFC); });
+        };
+        QCOMPARE(words(RtfPlainText(1252).read(QString::fromLatin1(whole))),
+            words(document.toPlainText()));
     }
 
     void wholeText_data()
