@@ -1,5 +1,6 @@
 #include "model/BmtTool.h"
 
+#include "model/StorableText.h"
 #include "model/ToolFields.h"
 #include "model/ToolSetStorage.h"
 #include "platform/picture/Picture.h"
@@ -39,29 +40,11 @@ bool hasBitmap(QByteArrayView bytes)
     return bytes.size() > 1;
 }
 
-/// What stands in the way of storing a text; empty for nothing.
-QString problemOf(const QString &text, const CodePage &codePage)
-{
-    const qsizetype bad = codePage.firstUnencodable(text);
-    if (bad >= 0) {
-        const QString rest = text.mid(bad, 2);
-        return QStringLiteral("the code page %1 has no character \"%2\"")
-            .arg(codePage.number())
-            .arg(rest.left(rest.at(0).isHighSurrogate() ? 2 : 1));
-    }
-    if (text.size() > BmtFormat::longestString) {
-        return QStringLiteral("it has %L1 characters, and the file can hold %L2 at most")
-            .arg(text.size())
-            .arg(BmtFormat::longestString);
-    }
-    return {};
-}
-
 /// The size of a text with its count.
 qint64 storedTextSize(
     const QString &text, const char *field, const QString &owner, const CodePage &codePage)
 {
-    const QString problem = problemOf(text, codePage);
+    const QString problem = StorableText::problem(codePage, text);
     if (!problem.isEmpty()) {
         throw fileError(QStringLiteral("The %1 of %2 cannot be stored: %3.")
                             .arg(QLatin1StringView(field), owner, problem));

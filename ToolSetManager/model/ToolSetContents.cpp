@@ -1,49 +1,24 @@
 #include "model/ToolSetContents.h"
 
-#include <algorithm>
-
-namespace {
-
-/// Removes the elements at those positions.
-void erasePositions(std::vector<ToolPtr> &order, const QList<int> &positions)
-{
-    if (positions.isEmpty())
-        return;
-    qsizetype next = 0;
-    size_t kept = static_cast<size_t>(positions.constFirst()) - 1;
-    for (size_t i = kept; i < order.size(); ++i) {
-        if (next < positions.size() && static_cast<size_t>(positions[next]) == i + 1)
-            ++next;
-        else
-            order[kept++] = std::move(order[i]);
-    }
-    order.resize(kept);
-}
-
-/// Inserts elements so that they have those positions then.
-void insertPositions(
-    std::vector<ToolPtr> &order, const QList<int> &positions, const std::vector<ToolPtr> &tools)
-{
-    const size_t staying = order.size();
-    order.resize(staying + tools.size());
-    // From the end, so that each element is moved once.
-    size_t from = staying;
-    size_t inserted = tools.size();
-    for (size_t to = order.size(); to > 0 && inserted > 0; --to) {
-        if (static_cast<size_t>(positions[static_cast<qsizetype>(inserted) - 1]) == to)
-            order[to - 1] = tools[--inserted];
-        else
-            order[to - 1] = std::move(order[--from]);
-    }
-}
-
-} // namespace
+#include "model/Positions.h"
 
 int ToolSetContents::positionOf(const CVBATool *tool) const
 {
-    const auto found = std::find_if(m_order.begin(), m_order.end(),
-        [tool](const ToolPtr &candidate) { return candidate.get() == tool; });
-    return found == m_order.end() ? 0 : static_cast<int>(found - m_order.begin()) + 1;
+    // Outwards from the last one, in both directions, because undo walks backwards.
+    const size_t count = m_order.size();
+    size_t up = qMin(m_lastFound, count);
+    size_t down = up;
+    while (up < count || down > 0) {
+        if (up < count && m_order[up++].get() == tool) {
+            m_lastFound = up - 1;
+            return static_cast<int>(up);
+        }
+        if (down > 0 && m_order[--down].get() == tool) {
+            m_lastFound = down;
+            return static_cast<int>(down) + 1;
+        }
+    }
+    return 0;
 }
 
 ToolSetContents::Properties ToolSetContents::properties() const
@@ -82,7 +57,7 @@ ToolSetContents::TakenTools ToolSetContents::takeOut(const QList<int> &positions
     for (const int position : positions)
         keys.append(toolAt(position)->Description);
     TakenTools taken = m_tools->TakeOut(keys);
-    erasePositions(m_order, positions);
+    Positions::take(m_order, positions);
     Q_EMIT toolsRemoved(positions);
     return taken;
 }
@@ -94,18 +69,13 @@ void ToolSetContents::putIn(const QList<int> &positions, const TakenTools &taken
     tools.reserve(taken.size());
     for (const auto &placed : taken)
         tools.push_back(placed.item);
-    insertPositions(m_order, positions, tools);
+    Positions::insert(m_order, positions, std::move(tools));
     Q_EMIT toolsInserted(positions);
 }
 
 void ToolSetContents::reorder(const QList<int> &from, const QList<int> &to)
 {
-    std::vector<ToolPtr> moved;
-    moved.reserve(static_cast<size_t>(from.size()));
-    for (const int position : from)
-        moved.push_back(toolAt(position));
-    erasePositions(m_order, from);
-    insertPositions(m_order, to, moved);
+    Positions::move(m_order, from, to);
     Q_EMIT toolsMoved(from, to);
 }
 

@@ -30,7 +30,8 @@ public:
     const CVBATools &tools() const { return *m_tools; }
     const std::vector<ToolPtr> &order() const { return m_order; }
     const ToolPtr &toolAt(int position) const { return m_order[static_cast<size_t>(position) - 1]; }
-    /// 0 when the tool is not in the set. The cost grows with the set.
+    /// 0 when the tool is not in the set. The cost grows with the distance from the last answer, so
+    /// that changing many tools in their order costs what changing each costs.
     int positionOf(const CVBATool *tool) const;
     Properties properties() const;
 
@@ -67,4 +68,5 @@ Q_SIGNALS:
 private:
     std::unique_ptr<CVBATools> m_tools;
     std::vector<ToolPtr> m_order;
+    mutable size_t m_lastFound = 0; ///< An index of m_order, or beyond it.
 };

@@ -1,9 +1,9 @@
 #include "tooledit/ToolFromFile.h"
 
+#include "model/ToolFileRecognition.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/picture/PictureControl.h"
 #include "platform/picture/ProgramIcons.h"
-#include "tooledit/ToolFileRecognition.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,7 @@
 #include "tooledit/frmToolProps.h"
 
 #include "model/BmtFormat.h"
+#include "model/ToolFileRecognition.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
@@ -12,7 +13,6 @@
 #include "richtext/RTFEditor.h"
 #include "shell/Settings.h"
 #include "tooledit/EventsPage.h"
-#include "tooledit/ToolFileRecognition.h"
 #include "tooledit/ToolFromFile.h"
 #include "tooledit/frmFileButton.h"
 

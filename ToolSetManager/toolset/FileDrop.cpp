@@ -1,12 +1,12 @@
 #include "toolset/FileDrop.h"
 
+#include "model/ToolFileRecognition.h"
 #include "platform/desktop/FileDrag.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/mFileUtil.h"
 #include "shell/Frame.h"
 #include "shell/Settings.h"
 #include "shell/ToolSetFiles.h"
-#include "tooledit/ToolFileRecognition.h"
 #include "tooledit/ToolFromFile.h"
 #include "toolset/EditCommands.h"
 

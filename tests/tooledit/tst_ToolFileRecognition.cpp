@@ -1,6 +1,6 @@
 #include "model/CVBATool.h"
+#include "model/ToolFileRecognition.h"
 #include "support/TestRunner.h"
-#include "tooledit/ToolFileRecognition.h"
 
 class ToolFileRecognition_test : public QObject
 {

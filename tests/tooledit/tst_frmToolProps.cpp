@@ -1,3 +1,4 @@
+#include "model/ToolFileRecognition.h"
 #include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/SettingsStore.h"
@@ -12,7 +13,6 @@
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 #include "tooledit/EventsPage.h"
-#include "tooledit/ToolFileRecognition.h"
 #include "tooledit/frmFileButton.h"
 #include "tooledit/frmToolProps.h"
 

@@ -1,4 +1,4 @@
-#include "tooledit/ToolFileRecognition.h"
+#include "model/ToolFileRecognition.h"
 
 #include "model/CVBATool.h"
 
