@@ -181,6 +181,15 @@ void ToolSetDocument::change(const ToolPtr &tool, const CVBATool &after)
     keep(std::move(edit));
 }
 
+bool ToolSetDocument::apply(const ToolPtr &tool, const CVBATool &after)
+{
+    const Step step(*this, QStringLiteral("Change of \"%1\"").arg(tool->Description));
+    if (!rename(tool, after.Description))
+        return false;
+    change(tool, after);
+    return true;
+}
+
 void ToolSetDocument::setProperties(const Properties &after)
 {
     const Properties before = properties();

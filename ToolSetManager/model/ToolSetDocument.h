@@ -91,6 +91,10 @@ public:
     bool renameInPlace(const ToolPtr &tool, const QString &newName);
     /// Gives the tool all fields of \a after but the name.
     void change(const ToolPtr &tool, const CVBATool &after);
+    /// Gives the tool all fields of \a after, the name included, which the set may make unique:
+    /// what applying the properties dialog does. False, and nothing has changed, when no name is
+    /// free.
+    bool apply(const ToolPtr &tool, const CVBATool &after);
     void setProperties(const Properties &after);
 
     // --- Undo ---
