@@ -9,6 +9,7 @@
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/mFileUtil.h"
+#include "richtext/frmToolHelp.h"
 #include "shell/CFileList.h"
 #include "shell/CommandQueue.h"
 #include "shell/CommandToolbar.h"
@@ -578,7 +579,9 @@ void MDI::closeEvent(QCloseEvent *event)
 
 bool MDI::MDIForm_QueryUnload()
 {
-    if (!m_documents.isEmpty()) {
+    QList<frmToolHelp *> helps = findChildren<frmToolHelp *>();
+    helps.removeIf([](const frmToolHelp *help) { return !help->isVisible(); });
+    if (!m_documents.isEmpty() || !helps.isEmpty()) {
         const auto asked = m_documents;
         for (DocumentWindow *document : asked) {
             if (document->CleanIfDirty())
@@ -588,9 +591,11 @@ bool MDI::MDIForm_QueryUnload()
             DocumentWindow *first = m_documents.takeFirst();
             first->Unload();
         }
+        for (frmToolHelp *help : std::as_const(helps))
+            help->close();
         showMenusOf(nullptr);
         tbTools->disableDocumentButtons();
-        return true; // Kept: the first close takes the documents, the second one the frame.
+        return true; // Kept: the first close takes all other windows, the second one the frame.
     }
     saveRecentFiles();
     try {

@@ -1,5 +1,6 @@
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Toolbar.h"
+#include "richtext/frmToolHelp.h"
 #include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
 #include "shell/RecentFileMenu.h"
@@ -259,8 +260,11 @@ private Q_SLOTS:
         m_program->open(file("a.bmt"));
         m_program->run(u"newtoolset"_qs);
         frame().setGeometry(40, 50, 500, 400);
+        // The help of a tool counts as a window other than the frame.
+        QPointer<frmToolHelp> help = new frmToolHelp(&frame());
+        help->ShowHelp(QString(), 0, 0, u"A"_qs);
         QVERIFY(!frame().close());
-        QVERIFY(frame().isVisible());
+        QVERIFY(frame().isVisible() && !(help && help->isVisible()));
         QCOMPARE(captions(), QString());
         QCOMPARE(enabledButtons(), u"newtoolset open macro"_qs);
         QCOMPARE(menuTexts(), u"&File &Help"_qs);
