@@ -7,9 +7,9 @@
 
 class QTimer;
 
-/// The commands that wait for their turn: words, first in, first out, of which `tmrAction` hands one
-/// to the dispatcher at each tick. So no command runs inside the handler that asked for it, and none
-/// while another one is running or a modal dialog is open.
+/// The commands that wait for their turn: words, first in, first out, of which `tmrAction` hands
+/// one to the dispatcher at each tick. So no command runs inside the handler that asked for it, and
+/// none while another one is running or a modal dialog is open.
 class CommandQueue : public QObject
 {
     Q_OBJECT

@@ -2,6 +2,7 @@
 
 #include "model/BmtFormat.h"
 #include "model/ToolFileRecognition.h"
+#include "model/ToolKinds.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/CommonDialog.h"
 #include "platform/desktop/Icons.h"
@@ -168,11 +169,8 @@ QWidget *frmToolProps::generalPage()
 
     cboToolType = new QComboBox(page);
     cboToolType->setObjectName(QStringLiteral("cboToolType"));
-    const QStringList kinds {QStringLiteral("(none)"), QStringLiteral("Standard Executable"),
-        QStringLiteral("VB Quillon Executable"), QStringLiteral("Macro"),
-        QStringLiteral("Help File"), QStringLiteral("Text File"), QStringLiteral("Separator")};
-    for (int i = 0; i < kinds.size(); ++i)
-        cboToolType->addItem(kinds[i], i + CVBATool::NoKind);
+    for (qint16 kind = CVBATool::NoKind; ToolKinds::isKnown(kind); ++kind)
+        cboToolType->addItem(ToolKinds::caption(kind), kind);
     // A choice by the user, also of the entry that was chosen before.
     connect(cboToolType, &QComboBox::activated, this, &frmToolProps::cboToolType_Click);
     txtLocation = line(QStringLiteral("txtLocation"));

@@ -639,7 +639,10 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path()), written);
     }
 
-    void killedWhileSaving_data() { ways(); }
+    void killedWhileSaving_data()
+    {
+        ways();
+    }
 
     /// Ended at each step of a save, the former or the new content is there.
     void killedWhileSaving()
@@ -665,7 +668,10 @@ private Q_SLOTS:
         }
     }
 
-    void failingDisk_data() { ways(); }
+    void failingDisk_data()
+    {
+        ways();
+    }
 
     /// Where any step fails, a copy is whole, and what is not certainly on the disk is no success.
     void failingDisk()
@@ -798,7 +804,10 @@ private:
         }
         return false;
     }
-    QString path(const QString &name = u"set.bmt"_qs) const { return m_folder->filePath(name); }
+    QString path(const QString &name = u"set.bmt"_qs) const
+    {
+        return m_folder->filePath(name);
+    }
     /// A set loaded from a file of these bytes.
     std::unique_ptr<CVBATools> load(const QByteArray &bytes)
     {

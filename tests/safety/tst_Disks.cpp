@@ -1,6 +1,9 @@
+#include "platform/desktop/BackupStore.h"
+#include "platform/desktop/SafeWriter.h"
 #include "platform/desktop/SingleInstance.h"
 #include "shell/NoticeBar.h"
 #include "support/Answers.h"
+#include "support/Errors.h"
 #include "support/Files.h"
 #include "support/Program.h"
 #include "support/Rows.h"
@@ -35,6 +38,14 @@ private:
     bool m_active;
 };
 
+/// In a view of the disks of its own, which goes with the process.
+bool mountSmallDisk(const QByteArray &mountPoint)
+{
+    return unshare(CLONE_NEWNS) == 0
+        && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+        && mount("none", mountPoint.constData(), "tmpfs", 0, "size=256k") == 0;
+}
+
 } // namespace
 
 /// Disks that are full, folders that cannot be written, files that others change, and who may read
@@ -56,12 +67,8 @@ private Q_SLOTS:
         const auto [full] = row<QString>();
         const QByteArray mountPoint = QFile::encodeName(path(full));
         QVERIFY(QDir().mkpath(path(u"disk"_qs)) && QDir().mkpath(path(u"data"_qs)));
-        // In a view of the disks of its own, which goes with the process.
-        if (unshare(CLONE_NEWNS) != 0
-            || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0
-            || mount("none", mountPoint.constData(), "tmpfs", 0, "size=256k") != 0) {
+        if (!mountSmallDisk(mountPoint))
             QSKIP("mounting a small disk is not allowed here");
-        }
         const auto unmount = qScopeGuard([&] { umount2(mountPoint.constData(), MNT_DETACH); });
         const QString file = path(u"disk/a%2.bmt"_qs);
         Program program(m_home->path());
@@ -99,6 +106,31 @@ private Q_SLOTS:
             QTRY_COMPARE(Sets::files(path(u"data/snapshots"_qs), u"*.snapshot"_qs).size(), 1);
         }
         QCOMPARE(Sets::names(file, program.storage), u"x z"_qs);
+    }
+
+    /// The copy for the backup takes some of the room that is free.
+    void roomForFileAndBackup()
+    {
+        const QByteArray mountPoint = QFile::encodeName(path(u"disk"_qs));
+        QVERIFY(QDir().mkpath(path(u"disk"_qs)));
+        if (!mountSmallDisk(mountPoint))
+            QSKIP("mounting a small disk is not allowed here");
+        const auto unmount = qScopeGuard([&] { umount2(mountPoint.constData(), MNT_DETACH); });
+        const QString file = path(u"disk/a.bmt"_qs);
+        const QByteArray former(100 << 10, 'a');
+        const QByteArray content(200 << 10, 'b');
+        QVERIFY(Files::put(file, former));
+        BackupStore backups(path(u"disk/backups"_qs));
+        for (const bool keptElsewhere : {false, true}) {
+            SafeWriter writer(file, backups);
+            writer.KeptElsewhere = [=] { return keptElsewhere; };
+            const int error = errorOf([&] {
+                writer.write(content.size(),
+                    [&](QIODevice &device) { return device.write(content) == content.size(); });
+            });
+            QCOMPARE(error, keptElsewhere ? 0 : int(VbError::DeviceError));
+            QCOMPARE(Files::contentOf(file), keptElsewhere ? content : former);
+        }
     }
 
     void readOnlyFolder_data()
