@@ -1,7 +1,7 @@
 #include "platform/picture/EmfBitmap.h"
 
 #include "platform/picture/Dib.h"
-#include "platform/picture/Picture.h"
+#include "platform/picture/EncodedImage.h"
 
 namespace {
 
@@ -12,9 +12,9 @@ QImage readFile(QByteArrayView header, QByteArrayView pixels, qint64 memory)
     constexpr quint32 png = 5;
     switch (LittleEndian::at<quint32>(header, 16)) {
     case jpeg:
-        return Picture::decodeAs("jpeg", pixels, memory);
+        return EncodedImage::decode("jpeg", pixels, memory);
     case png:
-        return Picture::decodeAs("png", pixels, memory);
+        return EncodedImage::decode("png", pixels, memory);
     default:
         return {};
     }

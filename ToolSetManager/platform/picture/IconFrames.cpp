@@ -1,8 +1,8 @@
 #include "platform/picture/IconFrames.h"
 
 #include "platform/picture/Dib.h"
+#include "platform/picture/EncodedImage.h"
 #include "platform/picture/LittleEndian.h"
-#include "platform/picture/Picture.h"
 
 #include <QtEndian>
 
@@ -37,7 +37,7 @@ QImage decodePng(QByteArrayView frame, qint64 memory)
     const QSize size = pngSize(frame);
     if (!fits(size.width(), size.height()) || qint64(size.width()) * size.height() * 4 > memory)
         return {};
-    QImage image = Picture::decodeAs("png", frame, memory);
+    QImage image = EncodedImage::decode("png", frame, memory);
     if (image.isNull())
         return {};
     image.convertTo(QImage::Format_ARGB32);

@@ -2,13 +2,13 @@
 
 #include "platform/picture/BitmapWriter.h"
 #include "platform/picture/Dib.h"
+#include "platform/picture/EncodedImage.h"
 #include "platform/picture/LittleEndian.h"
 #include "platform/picture/Metafile.h"
 #include "platform/picture/ProgramIcons.h"
 
 #include <QBuffer>
 #include <QFileInfo>
-#include <QImageReader>
 
 #include <algorithm>
 #include <new>
@@ -62,11 +62,11 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft, int longe
     if (bytes.startsWith("BM"))
         image = decodeBitmap(bytes, memoryLeft, longestSide);
     else if (bytes.startsWith("GIF8"))
-        image = decodeAs("gif", bytes, memoryLeft);
+        image = EncodedImage::decode("gif", bytes, memoryLeft);
     else if (bytes.startsWith("\xFF\xD8\xFF"))
-        image = decodeAs("jpeg", bytes, memoryLeft);
+        image = EncodedImage::decode("jpeg", bytes, memoryLeft);
     else if (bytes.startsWith("\x89PNG"))
-        image = decodeAs("png", bytes, memoryLeft);
+        image = EncodedImage::decode("png", bytes, memoryLeft);
     else if (bytes.startsWith(QByteArrayView("\0\0", 2)))
         image = decodeIcon(bytes, memoryLeft);
     if (image.isNull())
@@ -74,30 +74,6 @@ std::optional<QImage> decode(QByteArrayView bytes, qint64 &memoryLeft, int longe
     if (std::max(image.width(), image.height()) <= longestSide)
         return image;
     return image.scaled(longestSide, longestSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-}
-
-QImage decodeAs(const char *format, QByteArrayView bytes, qint64 &memoryLeft)
-{
-    // The toolkit complains on the console of other bytes.
-    const QByteArrayView name(format);
-    const bool starts = name == "jpeg" ? bytes.startsWith("\xFF\xD8\xFF")
-        : name == "png"                ? bytes.startsWith("\x89PNG\r\n\x1a\n")
-                                       : bytes.startsWith("GIF8");
-    if (!starts)
-        return {};
-    QByteArray raw = QByteArray::fromRawData(bytes.data(), bytes.size());
-    QBuffer buffer(&raw);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
-    QImage image;
-    // Looked at again when it is read: a frame of a GIF can be larger than the size told before.
-    if (size.isEmpty() || qint64(size.width()) * size.height() * 4 > memoryLeft
-        || !reader.read(&image) || image.sizeInBytes() > memoryLeft)
-        return {};
-    memoryLeft -= image.sizeInBytes();
-    return image;
 }
 
 QImage load(const QString &path)

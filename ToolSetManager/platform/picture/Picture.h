@@ -24,10 +24,6 @@ namespace Picture {
 std::optional<QImage> decode(
     QByteArrayView bytes, qint64 &memoryLeft, int longestSide = std::numeric_limits<int>::max());
 
-/// Reads a picture of that format ("png", "jpeg", "gif") and of no other. Null as above; the bytes
-/// taken are subtracted from \a memoryLeft.
-QImage decodeAs(const char *format, QByteArrayView bytes, qint64 &memoryLeft);
-
 /// The picture in a file, whatever its name: one of the kinds above or a metafile. Null when it is
 /// none, cannot be read, or is too large for a picture (256 MiB, in the file or decoded).
 QImage load(const QString &path);
