@@ -1,6 +1,7 @@
 #include "platform/rtf/RtfParser.h"
 
 #include "platform/rtf/RtfGroup.h"
+#include "platform/rtf/RtfPictureGroup.h"
 
 #include <QTextDocument>
 
@@ -559,7 +560,7 @@ void RtfParser::readNestedTableProperties()
 
 void RtfParser::readPicture()
 {
-    const auto picture = RtfPicture::read(m_tokenizer);
+    const auto picture = RtfPictureGroup::read(m_tokenizer);
     closeGroup();
     if (picture)
         insertPicture(*picture);

@@ -5,9 +5,6 @@
 #include "platform/picture/Metafile.h"
 #include "platform/picture/Picture.h"
 #include "platform/rtf/DibMetafile.h"
-#include "platform/rtf/RtfGroup.h"
-#include "platform/rtf/RtfHex.h"
-#include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfStyle.h"
 #include "platform/text/Twips.h"
 
@@ -22,7 +19,6 @@ namespace {
 
 constexpr int twipsPerPixel = Twips::perPixel;
 constexpr double metafileUnit = Twips::perInch / 2540.0; // twips in a hundredth of a millimetre
-constexpr int largestExtent = 1 << 20; // of \picw and \pich
 constexpr int maximumDecodedSide = 2000;
 constexpr int decodedPerShown = 2; // metafiles are played finer than shown, for large scales
 
@@ -57,63 +53,20 @@ RtfPicture RtfPicture::fromImage(const QImage &image, QSize twips)
     return picture;
 }
 
-std::optional<RtfPicture> RtfPicture::read(RtfTokenizer &tokenizer)
+bool RtfPicture::complete(int scaleX, int scaleY)
 {
-    RtfPicture picture;
-    int scaleX = 100;
-    int scaleY = 100;
-    int highDigit = -1;
-    RtfGroup group(tokenizer);
-    while (group.next()) {
-        if (group.depth > 1)
-            continue;
-        const RtfToken &token = group.token;
-        if (token.kind == RtfToken::Binary) {
-            picture.data.append(token.text);
-        } else if (token.kind == RtfToken::Text) {
-            RtfHex::append(picture.data, token.text, highDigit);
-        } else if (token.kind == RtfToken::Word) {
-            const RtfKeyword keyword = rtfKeyword(token.text);
-            const int number = qBound(0, token.parameter, largestExtent);
-            switch (keyword.word) {
-            case RtfWord::PictureKind:
-                picture.kind = static_cast<Kind>(keyword.value);
-                break;
-            case RtfWord::PictureWidth:
-                picture.extent.setWidth(number);
-                break;
-            case RtfWord::PictureHeight:
-                picture.extent.setHeight(number);
-                break;
-            case RtfWord::PictureGoalWidth:
-                picture.goal.setWidth(number);
-                break;
-            case RtfWord::PictureGoalHeight:
-                picture.goal.setHeight(number);
-                break;
-            case RtfWord::PictureScaleX:
-                scaleX = number;
-                break;
-            case RtfWord::PictureScaleY:
-                scaleY = number;
-                break;
-            default:
-                break;
-            }
-        }
-    }
-    if (picture.kind == NoKind)
-        picture.kind = picture.kindOfData();
-    if (picture.data.isEmpty() || picture.kind == NoKind)
-        return std::nullopt;
-    picture.completeGoal();
+    if (kind == NoKind)
+        kind = kindOfData();
+    if (data.isEmpty() || kind == NoKind)
+        return false;
+    completeGoal();
     const auto scaled = [](int size, int percent) {
         constexpr qint64 most = maximumGoal;
         return static_cast<int>(
             qBound(qint64(1), qint64(size) * (percent ? percent : 100) / 100, most));
     };
-    picture.goal = {scaled(picture.goal.width(), scaleX), scaled(picture.goal.height(), scaleY)};
-    return picture;
+    goal = {scaled(goal.width(), scaleX), scaled(goal.height(), scaleY)};
+    return true;
 }
 
 void RtfPicture::completeGoal()

@@ -9,7 +9,6 @@
 #include <optional>
 
 class QTextDocument;
-class RtfTokenizer;
 
 /// A picture of a rich text: the bytes as they stood there, and the size at which it is shown.
 struct RtfPicture
@@ -41,9 +40,9 @@ struct RtfPicture
         0, 0}; ///< \picw and \pich: hundredths of a millimetre for metafiles, else pixels.
     QSize goal {0, 0}; ///< Twips, scaling applied.
 
-    /// Takes the rest of a `\pict` group. Empty when there is no picture in it, or one whose kind
-    /// neither the text nor its bytes show.
-    static std::optional<RtfPicture> read(RtfTokenizer &tokenizer);
+    /// Fills what the text did not say from the rest, and applies the scaling in percent to the
+    /// goal. False when there are no bytes, or none whose kind the text or they themselves show.
+    bool complete(int scaleX, int scaleY);
 
     /// The form in which the oldest readers show pictures: a metafile that paints one bitmap.
     /// Transparent parts become white. An empty size means 96 pixels to the inch.
