@@ -49,8 +49,8 @@ void RichText::substituteFonts()
 RtfReader RichText::reader()
 {
     RtfReader reader;
-    reader.defaultCodePage = RtfText::systemCodePage();
-    reader.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
+    reader.options.defaultCodePage = RtfText::systemCodePage();
+    reader.options.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
     return reader;
 }
 

@@ -121,7 +121,7 @@ QString RichTextBox::ownForm(const QString &rtf, const QString &family, double p
     standard.setPointSizeF(points);
     document.setDefaultFont(standard);
     RtfReader reader = RichText::reader();
-    reader.metafileDecoder = nullptr; // what pictures show is not written
+    reader.options.metafileDecoder = nullptr; // what pictures show is not written
     RichText::read(rtf, document, std::move(reader));
     return QString::fromLatin1(RtfWriter::write(document));
 }

@@ -13,7 +13,7 @@ constexpr size_t maximumSavedStates = 100'000;
 
 constexpr int maximumFallback = 255; // of \uc
 
-qint64 pictureBudget(const RtfReader &options, qsizetype size)
+qint64 pictureBudget(const RtfReadOptions &options, qsizetype size)
 {
     if (options.pictureMemory > 0)
         return options.pictureMemory;
@@ -24,7 +24,7 @@ qint64 pictureBudget(const RtfReader &options, qsizetype size)
 
 } // namespace
 
-RtfParser::RtfParser(const RtfReader &options, QByteArrayView bytes, QTextDocument &document)
+RtfParser::RtfParser(const RtfReadOptions &options, QByteArrayView bytes, QTextDocument &document)
     : m_options(options)
     , m_document(document)
     , m_tokenizer(bytes)

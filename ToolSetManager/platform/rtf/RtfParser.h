@@ -4,7 +4,7 @@
 #include "platform/rtf/RtfFormats.h"
 #include "platform/rtf/RtfKeywords.h"
 #include "platform/rtf/RtfPicture.h"
-#include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfReadOptions.h"
 #include "platform/rtf/RtfRow.h"
 #include "platform/rtf/RtfState.h"
 #include "platform/rtf/RtfTables.h"
@@ -20,7 +20,7 @@ class RtfParser
 {
 public:
     /// All are borrowed.
-    RtfParser(const RtfReader &options, QByteArrayView bytes, QTextDocument &document);
+    RtfParser(const RtfReadOptions &options, QByteArrayView bytes, QTextDocument &document);
     ~RtfParser();
 
     /// True when the text ended with a paragraph mark.
@@ -75,7 +75,7 @@ private:
     void insertPicture(const RtfPicture &picture);
     void readNestedTableProperties();
 
-    const RtfReader &m_options;
+    const RtfReadOptions &m_options;
     QTextDocument &m_document;
     RtfTokenizer m_tokenizer;
     RtfBuilder m_builder;

@@ -59,11 +59,11 @@ bool RtfReader::isRtf(QByteArrayView bytes)
 void RtfReader::read(QByteArrayView bytes, QTextDocument &document)
 {
     if (!isRtf(bytes)) {
-        readPlainText(CodePage(defaultCodePage).decode(bytes), document);
+        readPlainText(CodePage(options.defaultCodePage).decode(bytes), document);
         return;
     }
     const Filling filling(document);
-    m_endedWithParagraph = RtfParser(*this, bytes, document).run();
+    m_endedWithParagraph = RtfParser(options, bytes, document).run();
 }
 
 void RtfReader::readPlainText(const QString &text, QTextDocument &document)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/rtf/RtfPicture.h"
+#include "platform/rtf/RtfReadOptions.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -14,17 +14,12 @@ class QTextDocument;
 /// left out, numbers out of range are brought into it, and a text cut off at any place gives what
 /// stands before. Tables become lines with tab stops at the cells' edges, fields and objects their
 /// visible result, numbered lists the numbers as text. Time and memory grow with the input alone:
-/// no recursion on its nesting, and decoded pictures stay within a limit (see `pictureMemory`).
+/// no recursion on its nesting, and decoded pictures stay within a limit (see
+/// `RtfReadOptions::pictureMemory`).
 class RtfReader
 {
 public:
-    /// Plays metafiles; without it only those are shown that paint a bitmap.
-    RtfPicture::MetafileDecoder metafileDecoder;
-    /// Number of the code page of texts that do not tell theirs: that of the system.
-    int defaultCodePage = 1252;
-    /// Bytes for decoded pictures; 0 for a limit by the size of the text. Pictures beyond it are
-    /// shown as a frame and are kept all the same.
-    qint64 pictureMemory = 0;
+    RtfReadOptions options;
 
     /// True for `{\rtf` at the start.
     static bool isRtf(QByteArrayView bytes);

@@ -336,7 +336,7 @@ private Q_SLOTS:
         const QByteArray png = fileOf(Pictures::filled(1000, 1000, Pictures::red), "png");
         QTextDocument document;
         RtfReader reader;
-        reader.pictureMemory = 3'000'000;
+        reader.options.pictureMemory = 3'000'000;
         const QByteArray rtf = "{\\rtf1{\\pict\\pngblip\\picw1000\\pich1000 " + png.toHex() + "}}";
         reader.read(rtf, document);
         QCOMPARE(pictureIn(document).size(), QSize(64, 64));
