@@ -1,7 +1,7 @@
 #include "toolset/ToolListModel.h"
 
 #include "model/ToolSetDocument.h"
-#include "platform/desktop/ListView.h"
+#include "platform/desktop/ItemRoles.h"
 
 #include <QCollator>
 #include <QHash>
@@ -317,8 +317,7 @@ void ToolListModel::clearGhosted()
 void ToolListModel::ghostsChanged()
 {
     if (!m_rows.empty()) {
-        Q_EMIT dataChanged(
-            index(0, 0), index(rowCount() - 1, ColumnCount - 1), {ListView::GhostedRole});
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1), {GhostedRole});
     }
 }
 
@@ -358,7 +357,7 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
         if (index.column() == NameColumn && !row.tool->Picture.isNull())
             return QIcon(QPixmap::fromImage(row.tool->Picture));
         return {};
-    case ListView::GhostedRole:
+    case GhostedRole:
         return row.ghosted;
     default:
         return {};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/desktop/ListView.h"
+#include "platform/desktop/DragHost.h"
 
 #include <QAbstractEventDispatcher>
 #include <QAbstractItemView>
@@ -17,13 +17,13 @@
 
 #include <algorithm>
 
-/// A view that leaves drags to the list and draws the list's marks.
+/// A view that leaves drags to its host and draws the host's marks.
 template <class View>
 class DragView : public View
 {
 public:
-    explicit DragView(ListView &owner)
-        : m_owner(owner)
+    explicit DragView(DragHost &host)
+        : m_host(host)
     {
         this->setDragEnabled(true);
         this->viewport()->setAcceptDrops(true);
@@ -82,7 +82,7 @@ protected:
     {
         // Qt drags with any button; and once a drag was refused or cancelled, it selects.
         const Qt::MouseButtons held = event->buttons();
-        if (held != Qt::NoButton && (held != Qt::LeftButton || m_owner.isDragSpent()))
+        if (held != Qt::NoButton && (held != Qt::LeftButton || m_host.isDragSpent()))
             return;
         View::mouseMoveEvent(event);
     }
@@ -103,14 +103,14 @@ protected:
         m_late = false;
     }
 
-    void startDrag(Qt::DropActions) override { m_owner.startDrag(); }
+    void startDrag(Qt::DropActions) override { m_host.startDrag(); }
 
     void dragEnterEvent(QDragEnterEvent *event) override { dragMoveEvent(event); }
 
     void dragMoveEvent(QDragMoveEvent *event) override
     {
         event->ignore();
-        Q_EMIT m_owner.OLEDragOver(event);
+        m_host.dragOver(event);
         m_dragPoint = event->position().toPoint();
         m_dragData = event->mimeData();
         if (event->isAccepted() && !scrollSteps().isNull())
@@ -122,27 +122,26 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent *) override
     {
         m_scrollTimer.stop();
-        Q_EMIT m_owner.OLEDragLeave();
+        m_host.dragLeave();
     }
 
     void dropEvent(QDropEvent *event) override
     {
         m_scrollTimer.stop();
         event->ignore();
-        Q_EMIT m_owner.OLEDragDrop(event);
+        m_host.dragDrop(event);
     }
 
     void paintEvent(QPaintEvent *event) override
     {
         View::paintEvent(event);
         QPainter painter(this->viewport());
-        m_owner.paintEmptyHint(painter);
-        m_owner.paintDropHighlight(painter);
+        m_host.paintMarks(painter);
     }
 
 private:
     /// By how many pixels a drag at its present place scrolls: none but near the edges. Qt's own
-    /// scrolling needs Qt's own handling of the drag, which the list does not use.
+    /// scrolling needs Qt's own handling of the drag, which the host does not use.
     QPoint scrollSteps() const
     {
         const auto step = [](int at, int length, int margin) {
@@ -175,10 +174,10 @@ private:
         QDragMoveEvent event(m_dragPoint, Qt::CopyAction | Qt::MoveAction, m_dragData,
             Qt::LeftButton, Qt::NoModifier);
         event.ignore();
-        Q_EMIT m_owner.OLEDragOver(&event);
+        m_host.dragOver(&event);
     }
 
-    ListView &m_owner;
+    DragHost &m_host;
     QPersistentModelIndex m_clicked; ///< The label that may be edited after the pause.
     bool m_clickEdits = false; ///< The present press may start an edit when it is released.
     QElapsedTimer m_sinceActivation; ///< Of the window, as far as it has the keyboard by that.

@@ -1,7 +1,7 @@
 #include "platform/desktop/LabelDelegate.h"
 
 #include "platform/desktop/Icons.h"
-#include "platform/desktop/ListView.h"
+#include "platform/desktop/ItemRoles.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -25,9 +25,8 @@ QColor mixed(const QColor &colour, const QColor &ground, float share)
 
 } // namespace
 
-LabelDelegate::LabelDelegate(ListView *owner)
-    : QStyledItemDelegate(owner)
-    , m_owner(owner)
+LabelDelegate::LabelDelegate(QObject *parent)
+    : QStyledItemDelegate(parent)
 {
 }
 
@@ -40,10 +39,10 @@ QWidget *LabelDelegate::createEditor(
     m_editor = editor;
     // destroyEditor() is not called when the model is reset.
     connect(editor, &QObject::destroyed, this, [this] {
-        if (!m_editor && m_owner)
-            Q_EMIT m_owner->labelEditEnded();
+        if (!m_editor)
+            Q_EMIT editEnded();
     });
-    Q_EMIT m_owner->BeforeLabelEdit();
+    Q_EMIT editStarted();
     return editor;
 }
 
@@ -99,28 +98,27 @@ void LabelDelegate::setModelData(
     QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
 {
     const QString text = qobject_cast<QLineEdit *>(editor)->text();
-    if (m_owner && text != index.data(Qt::DisplayRole).toString())
-        Q_EMIT m_owner->AfterLabelEdit(index.row(), text);
+    if (text != index.data(Qt::DisplayRole).toString())
+        Q_EMIT edited(index.row(), text);
 }
 
 void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
 {
     m_editor = nullptr; // it lives on for a while, but is the view's no more
     QStyledItemDelegate::destroyEditor(editor, index);
-    if (m_owner)
-        Q_EMIT m_owner->labelEditEnded();
+    Q_EMIT editEnded();
 }
 
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    if (option.widget != m_owner->listView())
+    const auto *list = qobject_cast<const QListView *>(option.widget);
+    if (!list)
         return QStyledItemDelegate::sizeHint(option, index);
     // Every label of the list view is measured, so that its columns are as wide as they need
     // to be; asking for each item's picture would take several times as long.
     constexpr int longest = 320;
-    const int margin =
-        option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
-    const QSize icon = m_owner->listView()->iconSize();
+    const int margin = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
+    const QSize icon = list->iconSize();
     const int text = widthOf(index.data(Qt::DisplayRole).toString(), option);
     return {qMin(icon.width() + text + 6 * margin, longest),
         qMax(icon.height(), option.fontMetrics.height()) + 2};
@@ -165,9 +163,9 @@ void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
     option->decorationSize = option->widget
         ? qobject_cast<const QAbstractItemView *>(option->widget)->iconSize()
         : option->decorationSize;
-    if (m_owner && index.column() == m_owner->columnKeepingEnds())
+    if (index.column() == m_columnKeepingEnds)
         option->textElideMode = Qt::ElideLeft;
-    if (index.data(ListView::GhostedRole).toBool()) {
+    if (index.data(GhostedRole).toBool()) {
         for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
             QPalette &palette = option->palette;
             const QColor base = palette.color(group, QPalette::Base);

@@ -5,22 +5,20 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-class ListView;
-
-/// Edits the labels of a list view in place and draws its ghosted rows. What was typed goes to the
-/// list's owner, not to the model.
+/// Edits the labels of a view in place and draws its ghosted rows (see `GhostedRole`). What was
+/// typed is reported and does not go to the model.
 class LabelDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 public:
-    explicit LabelDelegate(ListView *owner);
+    explicit LabelDelegate(QObject *parent);
 
     /// Null while no label is being edited.
     QWidget *editor() const;
     /// Accepts what has been typed so far, if a label is being edited.
     void finish();
-    /// The owner is being destroyed and may take an editor with it; it is not notified any more.
-    void forgetOwner() { m_owner = nullptr; }
+    /// Texts of that column that are too long for it lose their start instead of their end.
+    void setColumnKeepingEnds(int column) { m_columnKeepingEnds = column; }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
         const QModelIndex &index) const override;
@@ -34,6 +32,11 @@ public:
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
 
+Q_SIGNALS:
+    void editStarted() const;
+    void edited(int row, const QString &text) const; ///< The text was changed and accepted.
+    void editEnded() const; ///< In whatever way.
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
@@ -43,7 +46,7 @@ private:
     void leftMenu(QWidget *old, QWidget *now);
     int widthOf(const QString &text, const QStyleOptionViewItem &option) const;
 
-    ListView *m_owner;
+    int m_columnKeepingEnds = -1;
     mutable QPointer<QWidget> m_editor;
     mutable QFont m_widthFont; ///< What the widths belong to.
     mutable QHash<QString, int> m_widths; ///< Of the list view's labels, in logical pixels.

@@ -78,7 +78,7 @@ ListView::ListView(const QString &name, const QSize &pictureSize, QWidget *paren
 ListView::~ListView()
 {
     for (LabelDelegate *delegate : std::as_const(m_delegates))
-        delegate->forgetOwner();
+        delegate->disconnect(this); // an editor may go with it
 }
 
 void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize)
@@ -91,6 +91,9 @@ void ListView::setUpView(QAbstractItemView *view, const QString &name, const QSi
     view->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     auto *delegate = new LabelDelegate(this);
     view->setItemDelegate(delegate);
+    connect(delegate, &LabelDelegate::editStarted, this, &ListView::BeforeLabelEdit);
+    connect(delegate, &LabelDelegate::edited, this, &ListView::AfterLabelEdit);
+    connect(delegate, &LabelDelegate::editEnded, this, &ListView::labelEditEnded);
     m_delegates.append(delegate);
     view->installEventFilter(this);
     view->viewport()->installEventFilter(this);
@@ -275,6 +278,12 @@ QWidget *ListView::labelEditor() const
     return nullptr;
 }
 
+void ListView::setColumnKeepingEnds(int column)
+{
+    for (LabelDelegate *delegate : std::as_const(m_delegates))
+        delegate->setColumnKeepingEnds(column);
+}
+
 void ListView::setColumnWidths(const QList<int> &widths)
 {
     const QScopedValueRollback guard(m_settingWidths, true);
@@ -338,6 +347,12 @@ void ListView::OLEDrag(QMimeData *carried, const QPixmap &picture)
     connect(drag, &QDrag::actionChanged, this, &ListView::OLEGiveFeedback);
     const DragCanceller canceller;
     drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
+}
+
+void ListView::paintMarks(QPainter &painter) const
+{
+    paintEmptyHint(painter);
+    paintDropHighlight(painter);
 }
 
 void ListView::paintDropHighlight(QPainter &painter) const

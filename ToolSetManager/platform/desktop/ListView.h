@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/desktop/DragHost.h"
 #include "platform/desktop/EmptyHint.h"
 
 #include <QPersistentModelIndex>
@@ -28,13 +29,12 @@ class QTreeView;
 ///
 /// "Selected item" is the item that has the focus within the selection; rows are counted from 0 in
 /// the order shown.
-class ListView : public QWidget
+class ListView : public QWidget, private DragHost
 {
     Q_OBJECT
 public:
     /// The values of `View`.
     enum ViewConstants { lvwList = 2, lvwReport = 3 };
-    enum Role { GhostedRole = Qt::UserRole + 1 };
 
     /// \a name is the accessible name of both views; \a pictureSize in logical pixels.
     ListView(const QString &name, const QSize &pictureSize, QWidget *parent = nullptr);
@@ -71,8 +71,7 @@ public:
     QWidget *labelEditor() const;
 
     /// Texts of that column that are too long for it lose their start instead of their end.
-    void setColumnKeepingEnds(int column) { m_columnKeepingEnds = column; }
-    int columnKeepingEnds() const { return m_columnKeepingEnds; }
+    void setColumnKeepingEnds(int column);
 
     /// Of the table, in logical pixels; the last column takes the rest.
     void setColumnWidths(const QList<int> &widths);
@@ -103,14 +102,6 @@ public:
     QTreeView *reportView() const { return m_report; }
     QListView *listView() const { return m_list; }
 
-    // --- For the two views ---
-    /// The present press of the mouse has had its drag, whether or not the owner has run it; it
-    /// starts no other one and selects nothing more.
-    bool isDragSpent() const { return m_dragSpent; }
-    void startDrag();
-    void paintDropHighlight(QPainter &painter) const;
-    void paintEmptyHint(QPainter &painter) const;
-
 Q_SIGNALS:
     void ColumnClick(int column);
     void ColumnResize(); ///< The user has made a column wider or narrower.
@@ -134,6 +125,16 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // --- For the two views ---
+    bool isDragSpent() const override { return m_dragSpent; }
+    void startDrag() override;
+    void dragOver(QDragMoveEvent *event) override { Q_EMIT OLEDragOver(event); }
+    void dragLeave() override { Q_EMIT OLEDragLeave(); }
+    void dragDrop(QDropEvent *event) override { Q_EMIT OLEDragDrop(event); }
+    void paintMarks(QPainter &painter) const override;
+    void paintEmptyHint(QPainter &painter) const;
+    void paintDropHighlight(QPainter &painter) const;
+
     void setUpView(QAbstractItemView *view, const QString &name, const QSize &pictureSize);
     /// Gives the model to a view, or takes it away: a hidden view must not be found by screen
     /// readers, nor work for nothing.
@@ -152,7 +153,6 @@ private:
     bool m_settingWidths = false; ///< The columns change, but not by the user.
     EmptyHint m_emptyHint;
     int m_sortColumn = -1;
-    int m_columnKeepingEnds = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     int m_pressedKey = 0;
     QPersistentModelIndex m_dropRow;
