@@ -227,13 +227,13 @@ void ToolSetDocument::endStep()
         return;
     if (m_step->isEmpty()) {
         m_step.reset();
-        return;
+    } else {
+        m_step->setSelectedAfter(selected());
+        m_stack.push(m_step.release());
+        forgetOldest();
+        Q_EMIT changed();
     }
-    m_step->setSelectedAfter(selected());
-    m_stack.push(m_step.release());
-    forgetOldest();
-    Q_EMIT changed();
-    Q_EMIT stateChanged();
+    Q_EMIT stateChanged(); // while a step is open nothing can be undone
 }
 
 const ToolSetStep *ToolSetDocument::stepAt(int index) const

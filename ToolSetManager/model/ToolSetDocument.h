@@ -104,6 +104,9 @@ public:
     QString redoText() const;
     void undo();
     void redo();
+    /// The number of steps that led to the present state: 0 after reset(), one more with each new
+    /// step until keptSteps, one less with each undo.
+    int stepIndex() const { return m_stack.index(); }
     /// Gives the positions that are selected; asked at both ends of each step, so that undo and
     /// redo can bring the selection back.
     using Selection = std::function<QList<int>()>;
