@@ -214,6 +214,19 @@ void EditCommands::paste(int effect)
     Q_EMIT commandStatesChanged();
 }
 
+void EditCommands::drop(int effect, int row)
+{
+    // Around all of it, so that an undo brings back what was selected before the drop.
+    const ToolSetDocument::Step step(m_document,
+        describe(isSource() ? QStringLiteral("Move") : QStringLiteral("Drop"),
+            m_state.ToolClipboard->Count()));
+    m_list.UnselectAll();
+    if (row >= 0)
+        m_list.setSelectedItem(row);
+    if (effect != NoEffect)
+        paste(effect);
+}
+
 QList<int> EditCommands::PasteTools()
 {
     QList<ToolPtr> copies;

@@ -42,6 +42,8 @@ public:
     /// Tools from another window are appended; tools of this window are appended as copies too, or
     /// with MoveEffect moved to the selected item.
     void paste(int effect);
+    /// Ends a drag at \a row, or below all when that is -1, with a paste of that effect.
+    void drop(int effect, int row);
     /// Deletes the selected tools, with \a asking after a question; without it they have been cut.
     void deleteTools(bool asking);
     /// Moves the selected tools by one position or to an end.

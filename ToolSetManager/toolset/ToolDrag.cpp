@@ -163,10 +163,7 @@ void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
         return;
     event->setDropAction(m_edit.isSource() ? Qt::MoveAction : Qt::CopyAction);
     event->accept();
-    m_list.UnselectAll();
     const int row = targetRow(*event);
-    if (row >= 0)
-        m_list.setSelectedItem(row);
     m_list.setDropHighlight(-1);
     // Kept: what the status bar says decides, not the event.
     const QString text = m_frame.panelText(Frame::effectPanel);
@@ -175,8 +172,7 @@ void ToolDrag::lvTools_OLEDragDrop(QDropEvent *event)
         effect = EditCommands::MoveEffect;
     else if (text == copyText)
         effect = EditCommands::CopyEffect;
-    if (effect != EditCommands::NoEffect)
-        m_edit.paste(effect);
+    m_edit.drop(effect, row);
     clearPanels();
 }
 
