@@ -118,11 +118,18 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
 }
 
-void ToolSetMenus::showUndo(const QString &undoText, const QString &redoText)
+void ToolSetMenus::showUndo(
+    const std::optional<QString> &undoText, const std::optional<QString> &redoText)
 {
-    const auto show = [](QAction *item, const QString &command, const QString &text) {
+    const auto show = [](QAction *item, const QString &command,
+                          const std::optional<QString> &step) {
+        // With the name of a tool, which may be long, and in which a tab would begin the shortcut.
+        constexpr int longest = 60;
+        QString text = step.value_or(QString()).simplified();
+        if (text.size() > longest)
+            text = text.left(longest - 1) + u'\u2026';
         item->setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
-        item->setEnabled(!text.isEmpty());
+        item->setEnabled(step.has_value());
     };
     show(mnuEditUndo, QStringLiteral("Und&o"), undoText);
     show(mnuEditRedo, QStringLiteral("&Redo"), redoText);

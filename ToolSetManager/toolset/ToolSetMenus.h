@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include <array>
+#include <optional>
 
 class QAction;
 class QMenu;
@@ -63,8 +64,9 @@ public:
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
 
-    /// Says what can be undone and redone; empty: nothing, and the item is disabled.
-    void showUndo(const QString &undoText, const QString &redoText);
+    /// Shows what can be undone and redone, if that has a text. An item without a value is
+    /// disabled.
+    void showUndo(const std::optional<QString> &undoText, const std::optional<QString> &redoText);
 
     /// Enables the Edit and View items whose tag is \a group.
     void setGroupEnabled(const QString &group, bool enabled);

@@ -24,10 +24,13 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QShortcut>
 #include <QTimer>
+
+#include <optional>
 
 namespace {
 
@@ -114,7 +117,10 @@ void frmToolSet::connectList()
     connect(lvTools, &ListView::ColumnClick, this, &frmToolSet::lvTools_ColumnClick);
     connect(lvTools, &ListView::BeforeLabelEdit, this, &frmToolSet::lvTools_BeforeLabelEdit);
     connect(lvTools, &ListView::AfterLabelEdit, this, &frmToolSet::lvTools_AfterLabelEdit);
-    connect(lvTools, &ListView::labelEditEnded, this, [this] { m_labelEditing = false; });
+    connect(lvTools, &ListView::labelEditEnded, this, [this] {
+        m_labelEditing = false;
+        refreshUndoItems();
+    });
     connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
     connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
     connect(lvTools, &ListView::KeyDown, this, &frmToolSet::Form_KeyDown);
@@ -144,6 +150,7 @@ void frmToolSet::connectMenus()
     connectItem(m_menus->mnuFileExit, [this] { mnuFileExit_Click(); });
     connectItem(m_menus->mnuEditX[Menus::EditToolHelp], [this] { tmrHelp->start(); });
     connectItem(m_menus->mnuViewX[Menus::ViewToolHelp], [this] { showToolHelp(); });
+    connect(m_menus->mnuEdit, &QMenu::aboutToShow, this, &frmToolSet::refreshUndoItems);
     // "Tool Help" goes again with the menu. Later, because the menu reports that it hides before it
     // reports which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
@@ -229,8 +236,6 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("toolproperties"),
             [](frmToolSet &w) { w.m_properties->ShowToolProperties(); }},
         {QStringLiteral("properties"), [](frmToolSet &w) { w.propertiesCommand(); }},
-        {QStringLiteral("undo"), [](frmToolSet &w) { w.m_edit->undo(); }},
-        {QStringLiteral("redo"), [](frmToolSet &w) { w.m_edit->redo(); }},
         {QStringLiteral("print"), [](frmToolSet &w) { w.m_report.print(w.Tools(), w.FileName()); }},
     };
     if (word == QStringLiteral("cut"))
@@ -239,6 +244,10 @@ void frmToolSet::setAction(const QString &word)
         copyCommand();
     else if (word == QStringLiteral("paste"))
         pasteCommand();
+    else if (word == QStringLiteral("undo"))
+        undoCommand();
+    else if (word == QStringLiteral("redo"))
+        redoCommand();
     else if (word == QStringLiteral("newtoolset"))
         m_frame.setAction(word);
     else if (const Handler handler = handlers.value(word))
@@ -448,9 +457,39 @@ void frmToolSet::propertiesCommand()
     dialog.exec();
 }
 
+// --- Undo ---
+
+QLineEdit *frmToolSet::editedLabel() const
+{
+    return m_labelEditing ? qobject_cast<QLineEdit *>(lvTools->labelEditor()) : nullptr;
+}
+
+void frmToolSet::undoCommand()
+{
+    if (QLineEdit *label = editedLabel())
+        label->undo();
+    else
+        m_edit->undo();
+}
+
+void frmToolSet::redoCommand()
+{
+    if (QLineEdit *label = editedLabel())
+        label->redo();
+    else
+        m_edit->redo();
+}
+
 void frmToolSet::refreshUndoItems()
 {
-    m_menus->showUndo(m_set.undoText(), m_set.redoText());
+    const auto item = [](bool available, const QString &text = {}) {
+        return available ? std::optional(text) : std::nullopt;
+    };
+    if (const QLineEdit *label = editedLabel())
+        m_menus->showUndo(item(label->isUndoAvailable()), item(label->isRedoAvailable()));
+    else
+        m_menus->showUndo(
+            item(m_set.canUndo(), m_set.undoText()), item(m_set.canRedo(), m_set.redoText()));
 }
 
 void frmToolSet::showToolHelp()

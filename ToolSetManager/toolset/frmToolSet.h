@@ -14,6 +14,7 @@ class Frame;
 class ListView;
 class Printers;
 class QLabel;
+class QLineEdit;
 class QTimer;
 class Settings;
 class SettingsStore;
@@ -103,10 +104,13 @@ private:
     void showEditMenu(const QPoint &globalPosition);
 
     void connectEdits();
-    /// Every command but cut, copy and paste begins here: what was typed into a label counts.
+    /// Every command but cut, copy, paste, undo and redo begins here: what was typed into a label
+    /// counts.
     void runCommand(const std::function<void()> &command);
     /// While a name is edited in place, cut, copy and paste are keystrokes for the edit box.
     bool sentToLabel(Qt::Key key, Qt::KeyboardModifier modifier);
+    /// While a name is edited in place, undo and redo are about what is typed.
+    QLineEdit *editedLabel() const;
     void addMoveKeys();
 
     void copyCommand();
@@ -115,6 +119,8 @@ private:
     void propertiesCommand();
     void showToolHelp();
     void showProperties();
+    void undoCommand();
+    void redoCommand();
     void refreshUndoItems();
     /// What an empty list says; not before the window has its set.
     void showEmptyHint();
