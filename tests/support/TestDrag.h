@@ -6,20 +6,15 @@
 #include <QUrl>
 #include <QWidget>
 
-/// Drags files onto a widget as a file manager does.
+/// Drags onto a widget, as another program or another list does.
 namespace TestDrag {
 
-/// What the drag was told, for a drop if it was not refused; with IgnoreAction nothing is dropped.
-inline Qt::DropAction dropFiles(QWidget *target, const QStringList &paths,
-    Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction,
+/// Drags data to a place in a widget. What it was told then, for a drop if it was not refused; with
+/// IgnoreAction nothing is dropped.
+inline Qt::DropAction drop(QWidget *target, const QMimeData &data, const QPoint &place,
+    Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction,
     Qt::KeyboardModifiers keys = Qt::NoModifier)
 {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const QString &path : paths)
-        urls.append(path.contains(u':') ? QUrl(path) : QUrl::fromLocalFile(path));
-    data.setUrls(urls);
-    const QPoint place = target->rect().center();
     const auto button = Qt::LeftButton;
     QDragEnterEvent enter(place, offered, &data, button, keys);
     QCoreApplication::sendEvent(target, &enter);
@@ -33,6 +28,19 @@ inline Qt::DropAction dropFiles(QWidget *target, const QStringList &paths,
     QDropEvent drop(place, offered, &data, button, keys);
     QCoreApplication::sendEvent(target, &drop);
     return drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction;
+}
+
+/// The same with files.
+inline Qt::DropAction dropFiles(QWidget *target, const QStringList &paths,
+    Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction,
+    Qt::KeyboardModifiers keys = Qt::NoModifier)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls.append(path.contains(u':') ? QUrl(path) : QUrl::fromLocalFile(path));
+    data.setUrls(urls);
+    return drop(target, data, target->rect().center(), offered, keys);
 }
 
 } // namespace TestDrag

@@ -432,7 +432,160 @@ private Q_SLOTS:
         QCOMPARE(m_frame->groups[u"P"_qs], false);
     }
 
-    void clipboardKeysDuringARename()
+    /// Each command is one step, whose text the menu shows; another one where it opens a dialog.
+    void undo()
+    {
+        QVERIFY(Files::put(path("notes.txt"), "text") && Files::put(path("more.txt"), "text"));
+        frmToolSet *form = nullptr;
+        frmToolSet *other = nullptr;
+        Answers answers;
+        const auto inDialog = [&](const char *name, const char *field, const char *button) {
+            answers.dialog(QLatin1String(name), [=](QDialog *dialog) {
+                child<QLineEdit>(dialog, field)->setText(u"new"_qs);
+                child<QAbstractButton>(dialog, button)->click();
+                dialog->close();
+            });
+        };
+        const auto drop = [&](frmToolSet *from, frmToolSet *on, int row) {
+            from->findChild<EditCommands *>()->fillClipboard(true);
+            m_state->DraggingTools = true;
+            QAbstractItemView *view = listOf(on)->currentView();
+            const QPoint place = row < 0 ? view->viewport()->rect().bottomLeft() + QPoint(5, -5)
+                                         : view->visualRect(view->model()->index(row, 0)).center();
+            TestDrag::drop(view->viewport(), QMimeData(), place);
+            m_state->DraggingTools = false;
+            from->ClearDragTools();
+        };
+        struct
+        {
+            QStringList steps; ///< Of the window, the newest first.
+            QStringList othersSteps;
+            QString selected;
+            std::function<void()> act;
+        } const rows[] = {
+            {{u"Change of \"Tool(1)\""_qs, u"New Tool"_qs}, {}, u"b"_qs,
+                [&] {
+                    inDialog("frmToolProps", "txtLocation", "cmdOK");
+                    form->setAction(u"newtool"_qs);
+                }},
+            {{u"Paste of 2 Tools"_qs}, {}, u"b"_qs,
+                [&] {
+                    run(other, u"xy"_qs, "copy");
+                    form->setAction(u"paste"_qs);
+                }},
+            {{u"Drop of a Tool"_qs}, {}, u"b"_qs,
+                [&] {
+                    select(other, u"x"_qs);
+                    drop(other, form, -1);
+                }},
+            {{u"Cut of 2 Tools"_qs}, {u"Paste of 2 Tools"_qs}, u"bd"_qs,
+                [&] {
+                    form->setAction(u"cut"_qs);
+                    other->setAction(u"paste"_qs);
+                }},
+            {{u"Delete of 3 Tools"_qs}, {}, u"bde"_qs,
+                [&] {
+                    answers.message(
+                        u"Do you want to delete the 3 items selected?"_qs, QMessageBox::Yes);
+                    form->setAction(u"delete"_qs);
+                }},
+            {{u"Move of 2 Tools"_qs}, {}, u"bd"_qs,
+                [&] {
+                    form->findChild<EditCommands *>()->moveSelection(
+                        EditCommands::Direction::ToStart);
+                }},
+            {{u"Move of 2 Tools"_qs}, {}, u"ab"_qs, [&] { drop(form, form, 3); }},
+            {{u"Move of a Tool"_qs}, {}, u"d"_qs,
+                [&] {
+                    run(form, u"a"_qs, "cut");
+                    run(form, u"d"_qs, "paste");
+                }},
+            {{u"Rename of \"b\""_qs}, {}, u"b"_qs,
+                [&] {
+                    listOf(form)->StartLabelEdit();
+                    qobject_cast<QLineEdit *>(listOf(form)->labelEditor())->setText(u"A"_qs);
+                    listOf(form)->finishLabelEdit();
+                }},
+            {{u"Change of \"c\""_qs}, {}, u"c"_qs,
+                [&] {
+                    inDialog("frmToolProps", "txtDescription", "cmdApply");
+                    form->setAction(u"toolproperties"_qs);
+                }},
+            {{u"Change of Tool Set Properties"_qs}, {}, u"c"_qs,
+                [&] {
+                    inDialog("frmTSProps", "txtDescription", "cmdOK");
+                    form->setAction(u"properties"_qs);
+                }},
+            {{u"New Tools"_qs}, {}, u"c"_qs,
+                [&] {
+                    TestDrag::dropFiles(listOf(form)->currentView()->viewport(),
+                        {path("notes.txt"), path("more.txt")});
+                }},
+        };
+        for (const auto &[steps, othersSteps, selected, act] : rows) {
+            form = window(file("a.bmt", u"abcde"_qs));
+            other = window(file("b.bmt", u"xyz"_qs));
+            select(form, selected);
+            const auto state = [&] { return stateOf(form) + stateOf(other); };
+            const QStringList before = state();
+            act();
+            const QStringList after = state();
+            const auto undo = [&](frmToolSet *in, const QStringList &expected) {
+                const QAction *item = menusOf(in)->mnuEditUndo;
+                for (const QString &text : expected) {
+                    QCOMPARE(item->text(), u"Und&o "_qs + text);
+                    QVERIFY(item->isEnabled());
+                    in->setAction(u"undo"_qs);
+                    QCOMPARE(menusOf(in)->mnuEditRedo->text(), u"&Redo "_qs + text);
+                }
+                QVERIFY(!item->isEnabled());
+                QCOMPARE(item->text(), u"Und&o"_qs);
+            };
+            undo(form, steps);
+            undo(other, othersSteps);
+            // The other window's own selection is none of the commands' where they copy.
+            QCOMPARE(stateOf(form), before.first(before.size() / 2));
+            QCOMPARE(stateOf(other).sliced(1), before.sliced(before.size() / 2 + 1));
+            for (qsizetype i = 0; i < steps.size(); ++i)
+                form->setAction(u"redo"_qs);
+            for (qsizetype i = 0; i < othersSteps.size(); ++i)
+                other->setAction(u"redo"_qs);
+            QVERIFY(!menusOf(form)->mnuEditRedo->isEnabled());
+            QCOMPARE(state(), after);
+            m_state->ToolClipboard.reset();
+        }
+    }
+
+    void undoAndTheFile()
+    {
+        frmToolSet *form = window(file("a.bmt", u"abc"_qs));
+        const auto play = [&](const QString &words) {
+            for (const QString &word : words.split(u' '))
+                form->setAction(word);
+            const QString tools = text(form).remove(u'[').remove(u']');
+            return form->Dirty() ? QString(tools + u'!') : tools;
+        };
+        select(form, u"b"_qs);
+        QCOMPARE(play(u"silentdelete save"_qs), u"a c"_qs);
+        QCOMPARE(play(u"undo"_qs), u"a b c!"_qs);
+        QCOMPARE(play(u"redo"_qs), u"a c"_qs);
+        QVERIFY(QDir(m_folder->path()).mkdir(u"folder.bmt"_qs));
+        form->setFileName(path("folder.bmt"));
+        {
+            Answers answers;
+            answers.message(u"Error saving tool set: *"_qs, QMessageBox::Ok);
+            QCOMPARE(play(u"save"_qs), u"a c"_qs);
+        }
+        QCOMPARE(play(u"undo"_qs), u"a b c!"_qs);
+        QCOMPARE(play(u"redo"_qs), u"a c!"_qs);
+        QVERIFY(!Sets::files(path("data"), u"*.snapshot"_qs).isEmpty());
+        form->setFileName(path("a.bmt"));
+        QCOMPARE(play(u"open"_qs), u"a c"_qs);
+        QVERIFY(
+            !menusOf(form)->mnuEditUndo->isEnabled() && !menusOf(form)->mnuEditRedo->isEnabled());
+    }
+
+    void editKeysDuringARename()
     {
         frmToolSet *form = window(file("a.bmt", u"abc"_qs));
         QVERIFY(QTest::qWaitForWindowActive(form));
@@ -442,10 +595,25 @@ private Q_SLOTS:
         auto *line = listOf(form)->currentView()->findChild<QLineEdit *>();
         QVERIFY(line);
         QTRY_VERIFY(line->hasFocus());
+        form->Document().move({1}, 2);
+        QMenuBar bar(form);
+        bar.addMenu(menusOf(form)->mnuEdit);
+        bar.show();
+        // Undo is about what was typed, by the key and by the menu.
+        QTest::keyClicks(line, u"x"_qs);
+        QTest::keyClick(line, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(line->text(), u"a"_qs);
+        QVERIFY(m_frame->words.isEmpty());
+        Q_EMIT menusOf(form)->mnuEdit->aboutToShow();
+        QCOMPARE(menusOf(form)->mnuEditRedo->text(), u"&Redo"_qs);
+        form->setAction(u"redo"_qs);
+        QCOMPARE(line->text(), u"x"_qs);
+        form->setAction(u"undo"_qs);
+        QCOMPARE(line->text(), u"a"_qs);
+        QCOMPARE(text(form), u"b [a] c"_qs);
         line->setText(u"name"_qs);
         line->selectAll();
-        QMenuBar bar(form); // as when a menu is opened by the keyboard
-        bar.show();
+        // As when a menu is opened by the keyboard.
         bar.setFocus(Qt::MenuBarFocusReason);
         QVERIFY(!line->hasFocus());
         form->setAction(u"copy"_qs);
@@ -459,7 +627,8 @@ private Q_SLOTS:
         QVERIFY(!m_state->ToolClipboard);
         line->setText(u"new"_qs);
         listOf(form)->setFocus(); // not back to the edit box, as by a click
-        QCOMPARE(text(form), u"[new] b c"_qs);
+        QCOMPARE(text(form), u"b [new] c"_qs);
+        QCOMPARE(menusOf(form)->mnuEditUndo->text(), u"Und&o Rename of \"a\""_qs);
     }
 
     void mouseOnNames_data()
@@ -818,6 +987,25 @@ private:
                 name = u'[' + name + u']';
         }
         return names.join(u' ');
+    }
+
+    /// All that an undo brings back; the first line has the selection.
+    QStringList stateOf(frmToolSet *window)
+    {
+        CVBATools copy(*m_storage);
+        copy.setDescription(window->Tools().Description());
+        QStringList keys;
+        for (const ToolPtr &tool : window->Document().toolsInOrder()) {
+            copy.Add(std::make_shared<CVBATool>(*tool));
+            keys.append(tool->Description);
+        }
+        PictureBox box(Twips {275}, Twips {275});
+        const bool saved = copy.Save(path("copy.bmt"), keys, box);
+        QFile::remove(path("copy.bak"));
+        return {text(window).remove(u'*'), window->Dirty() ? u"dirty"_qs : u"clean"_qs,
+            child<QLabel>(window, "lblToolSet")->text(), SetDump::names(window->Tools()).join(u' '),
+            saved ? QString::fromLatin1(Files::contentOf(path("copy.bmt")).toBase64())
+                  : copy.ErrorDescription};
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
