@@ -30,6 +30,22 @@ QPoint centreOf(QAbstractItemView *view, int row)
     return view->visualRect(index).center();
 }
 
+/// All of a document that undo brings back.
+QByteArray contentOf(const ToolSetDocument &document)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    const ToolSetDocument::Properties properties = document.properties();
+    QStringList texts {properties.Description, properties.LongDescription,
+        QString::number(properties.FLAGS), document.keysInOrder().join(u'\n')};
+    for (const ToolPtr &tool : document.Tools()) { // in the set's own order
+        texts.append(SetDump::line(*tool));
+        const QImage &picture = tool->Picture;
+        hash.addData(QByteArrayView(picture.constBits(), picture.sizeInBytes()));
+    }
+    hash.addData(texts.join(u'\n').toUtf8());
+    return hash.result();
+}
+
 } // namespace
 
 Monkey::Monkey(Program &program, const QString &folder, QRandomGenerator &random)
@@ -136,7 +152,7 @@ bool Monkey::actInList(frmToolSet *window)
         m_program.frame.setAction(u"delete"_qs);
         return true;
     }
-    switch (random(12)) {
+    switch (random(14)) {
     case 0:
         key(view,
             {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End, Qt::Key_PageDown, Qt::Key_T,
@@ -175,7 +191,9 @@ bool Monkey::actInList(frmToolSet *window)
         }
         break;
     case 8:
-        key(view, {Qt::Key_A, Qt::Key_C, Qt::Key_X, Qt::Key_V, Qt::Key_V, Qt::Key_S},
+        key(view,
+            {Qt::Key_A, Qt::Key_C, Qt::Key_X, Qt::Key_V, Qt::Key_V, Qt::Key_S, Qt::Key_Z,
+                Qt::Key_Y},
             Qt::ControlModifier);
         break;
     case 9:
@@ -189,10 +207,23 @@ bool Monkey::actInList(frmToolSet *window)
         TestDrag::dropFiles(
             view->viewport(), {m_folder + u"/a program.exe"_qs, m_folder + u"/0.bmt"_qs});
         break;
+    case 11:
+    case 12:
+        undo(window);
+        break;
     default:
         return false;
     }
     return true;
+}
+
+void Monkey::undo(frmToolSet *window)
+{
+    const int steps = 1 + random(one(8) ? 60 : 6);
+    const QString word = one(3) ? u"redo"_qs : u"undo"_qs;
+    tell(u"%1 of %2"_qs.arg(word).arg(steps));
+    for (int i = 0; i < steps; ++i)
+        window->setAction(word);
 }
 
 void Monkey::rename(ListView *list)
@@ -204,7 +235,10 @@ void Monkey::rename(ListView *list)
     }
     line->setText(text());
     tell(u"name typed: "_qs + line->text().left(20));
-    key(line, {Qt::Key_Return, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Left});
+    if (one(6))
+        key(line, {Qt::Key_Z, Qt::Key_Y}, Qt::ControlModifier);
+    else
+        key(line, {Qt::Key_Return, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Left});
 }
 
 void Monkey::actOnFrame()
@@ -399,6 +433,52 @@ void Monkey::require(bool holds, const QString &what)
         m_fault = what;
 }
 
+void Monkey::excuse(frmToolSet *window)
+{
+    for (Known &each : m_known)
+        each.excused = each.excused || each.window == window;
+}
+
+/// Whatever leads to a state of the document, undo and redo must lead to that very state again.
+void Monkey::watchUndo(frmToolSet *window)
+{
+    struct History
+    {
+        QMap<int, QByteArray> states; ///< By the number of steps that led there.
+        int at = 0;
+        bool undoing = false;
+    };
+    ToolSetDocument &document = window->Document();
+    const auto history = std::make_shared<History>();
+    const auto forget = [&document, history] {
+        history->at = document.stepIndex();
+        history->states = {{history->at, contentOf(document)}};
+    };
+    forget();
+    connect(&document, &ToolSetDocument::reset, this, forget);
+    connect(&document, &ToolSetDocument::selectionRestored, this,
+        [history] { history->undoing = true; });
+    connect(&document, &ToolSetDocument::changed, this, [=, this, &document] {
+        const int before = std::exchange(history->at, document.stepIndex());
+        const QByteArray now = contentOf(document);
+        if (!std::exchange(history->undoing, false)) {
+            if (history->at == before) // the oldest step has gone
+                history->states.clear();
+            while (!history->states.isEmpty() && history->states.lastKey() > before)
+                history->states.remove(history->states.lastKey());
+            history->states.insert(history->at, now);
+            return;
+        }
+        const bool undone = history->at < before;
+        const QString step = undone ? document.redoText() : document.undoText();
+        if (step.startsWith(u"Rename"_qs))
+            excuse(window);
+        require(history->states.value(history->at, now) == now,
+            window->Caption()
+                + u": %1 of \"%2\" led to another state"_qs.arg(undone ? u"undo" : u"redo", step));
+    });
+}
+
 void Monkey::check()
 {
     const auto documents = m_program.frame.openDocuments();
@@ -459,10 +539,9 @@ void Monkey::check(frmToolSet *window)
     const QByteArray now = digestOf(set, QList<ToolPtr>(order.begin(), order.end()));
     if (known == m_known.end()) {
         known = m_known.insert(m_known.end(), {window, now, window->Dirty()});
-        connect(Program::listOf(window), &ListView::AfterLabelEdit, this, [this, window] {
-            for (Known &each : m_known)
-                each.excused = each.excused || each.window == window;
-        });
+        connect(Program::listOf(window), &ListView::AfterLabelEdit, this,
+            [this, window] { excuse(window); });
+        watchUndo(window);
     }
     // A dialog may stand between a change and what it does to the flag.
     if (QApplication::activeModalWidget())
@@ -475,8 +554,9 @@ void Monkey::check(frmToolSet *window)
         for (const ToolPtr &tool : file)
             stored.append(tool);
         const bool saved = loaded && digestOf(file, stored) == now;
-        require(saved || known->excused, caption + u": neither dirty nor saved"_qs);
-        known->excused = !saved;
+        const bool undone = now == known->clean;
+        require(saved || undone || known->excused, caption + u": neither dirty nor saved"_qs);
+        known->excused = !saved && !undone;
         known->clean = now;
     }
     known->dirty = window->Dirty();
@@ -504,6 +584,11 @@ void Monkey::checkCommands()
         u"the view buttons show another view"_qs);
     if (active) {
         const auto *menus = active->findChild<ToolSetMenus *>();
+        const ToolSetDocument &document = active->Document();
+        require(Program::listOf(active)->labelEditor()
+                || (menus->mnuEditUndo->isEnabled() == document.canUndo()
+                    && menus->mnuEditRedo->isEnabled() == document.canRedo()),
+            u"the menu does not show what can be undone"_qs);
         require(menus->mnuEditX[ToolSetMenus::EditCut]->isEnabled() == any
                 && menus->mnuViewX[ToolSetMenus::ViewToolHelp]->isEnabled() == any,
             u"the menu items do not fit the set"_qs);

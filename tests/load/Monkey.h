@@ -47,14 +47,17 @@ private:
     void choose(QWidget *popup);
     void drag(QWidget *from);
     void moveDrag();
+    void undo(frmToolSet *window);
     void rename(ListView *list);
     void edit(QWidget *text);
     void key(
         QWidget *target, std::initializer_list<int> keys, Qt::KeyboardModifiers modifiers = {});
 
+    void watchUndo(frmToolSet *window);
     void check();
     void check(frmToolSet *window);
     void checkCommands();
+    void excuse(frmToolSet *window);
     void require(bool holds, const QString &what);
 
     int random(int below) { return static_cast<int>(m_random.bounded(below)); }
