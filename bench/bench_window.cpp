@@ -2,6 +2,7 @@
 // beside the loading of the file.
 
 #include "model/CVBATools.h"
+#include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/print/Printers.h"
@@ -315,9 +316,11 @@ void open(benchmark::State &state)
 
 void fill(benchmark::State &state)
 {
-    CVBATools set(samples->storage());
-    set.Load(samples->file(countOf(state)));
-    ToolListModel model;
+    ToolSetDocument document(samples->storage());
+    auto set = std::make_unique<CVBATools>(samples->storage());
+    set->Load(samples->file(countOf(state)));
+    document.setTools(std::move(set), true);
+    ToolListModel model(document);
     ListView list(QStringLiteral("Tools"), QSize(18, 18));
     list.setModel(&model);
     list.resize(620, 380);
@@ -325,7 +328,7 @@ void fill(benchmark::State &state)
     PaintWatch painted(list.currentView());
     painted.wait(state);
     for (auto _ : state) {
-        model.setTools(&set);
+        Q_EMIT document.reset();
         painted.wait(state);
     }
 }
@@ -414,6 +417,40 @@ void move(benchmark::State &state)
     }
 }
 
+void undoDeleteAll(benchmark::State &state)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        QList<int> all(countOf(state));
+        std::iota(all.begin(), all.end(), 0);
+        opened.list->selectRows(all);
+        opened.form->setAction(QStringLiteral("silentdelete"));
+        opened.painted.wait(state);
+        state.ResumeTiming();
+        opened.form->setAction(QStringLiteral("undo"));
+        opened.painted.wait(state);
+        if (opened.model->rowCount() != countOf(state))
+            state.SkipWithError("not undone");
+    }
+}
+
+void undoMove(benchmark::State &state)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    for (auto _ : state) {
+        state.PauseTiming();
+        opened.selectScattered(countOf(state) / 10);
+        opened.edit->moveSelection(EditCommands::Direction::ToEnd);
+        opened.painted.wait(state);
+        state.ResumeTiming();
+        opened.form->setAction(QStringLiteral("undo"));
+        opened.painted.wait(state);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -436,5 +473,7 @@ int main(int argc, char *argv[])
     ratios.compare({"copy all and paste", paste}, {"load", load}, 2);
     ratios.compare({"delete all", deleteAll}, {"bare view cleared, tools freed", bareDelete});
     ratios.compare({"move a tenth to the end", move}, {"bare view, a tenth moved", bareMove});
+    ratios.compare({"undo of delete all", undoDeleteAll}, {"copy all and paste", paste}, 2);
+    ratios.compare({"undo of a move of a tenth", undoMove}, {"bare view, a tenth moved", bareMove});
     return ratios.run(argc, argv);
 }
