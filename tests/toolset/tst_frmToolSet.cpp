@@ -629,6 +629,8 @@ private Q_SLOTS:
         listOf(form)->setFocus(); // not back to the edit box, as by a click
         QCOMPARE(text(form), u"b [new] c"_qs);
         QCOMPARE(menusOf(form)->mnuEditUndo->text(), u"Und&o Rename of \"a\""_qs);
+        QTest::keyClick(listOf(form)->currentView(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(m_frame->words, QStringList(u"undo"_qs));
     }
 
     void mouseOnNames_data()
