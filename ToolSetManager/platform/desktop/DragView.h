@@ -31,6 +31,17 @@ public:
         QObject::connect(&m_scrollTimer, &QTimer::timeout, this, [this] { scrollForDrag(); });
     }
 
+    /// What is typed is looked for in the labels, whichever column a click has made current.
+    void keyboardSearch(const QString &text) override
+    {
+        const QModelIndex current = this->currentIndex();
+        if (current.column() > 0) {
+            this->selectionModel()->setCurrentIndex(
+                current.siblingAtColumn(0), QItemSelectionModel::NoUpdate);
+        }
+        View::keyboardSearch(text);
+    }
+
 protected:
     /// A click on the only selected label edits it after a pause. Qt edits whatever is current
     /// then, if anything is; the label may have been deleted, or left by a key.
