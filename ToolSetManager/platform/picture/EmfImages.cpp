@@ -148,7 +148,7 @@ void drawDib(const EmfRecord &record, const EmfState &state, EmfCanvas &canvas)
         return;
     }
     const QImage image = EmfBitmap::read(record, EmfBitmap::field(record.type), maximumBytes);
-    // The source is told from the bitmap's first row, which is the lowest of most.
+    // Source coordinates count from the bitmap's first row, which is the bottom one in most files.
     const bool topDown = LittleEndian::at<qint32>(record.part(48), 8) < 0;
     const double top =
         topDown ? record.number(36) : double(image.height()) - record.number(36) - size.height();
