@@ -23,6 +23,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -121,6 +122,7 @@ void frmToolSet::connectList()
         m_labelEditing = false;
         showCommandState();
     });
+    connect(lvTools, &ListView::selectionChanged, this, [this] { m_frame.statusChanged(*this); });
     connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
     connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
     connect(lvTools, &ListView::KeyDown, this, &frmToolSet::Form_KeyDown);
@@ -204,7 +206,23 @@ void frmToolSet::setCaption(const QString &caption)
         m_state.SourceCaption = caption;
     m_caption = caption;
     setWindowTitle(Captions::forTitle(caption));
+    m_frame.statusChanged(*this);
     showEmptyHint();
+}
+
+DocumentStatus frmToolSet::status() const
+{
+    const auto tools = [](int count) {
+        return count == 1 ? QStringLiteral("1 tool") : QStringLiteral("%L1 tools").arg(count);
+    };
+    DocumentStatus status;
+    status.name = FileName().isEmpty() ? Caption() : QFileInfo(FileName()).fileName();
+    status.contents = m_set.count() == 0 ? QStringLiteral("no tools") : tools(m_set.count());
+    if (const qsizetype selected = lvTools->selectedRows().size())
+        status.contents += QStringLiteral(", %L1 selected").arg(selected);
+    if (Dirty())
+        status.state = QStringLiteral("changed");
+    return status;
 }
 
 int frmToolSet::View() const
@@ -366,6 +384,7 @@ void frmToolSet::showCommandState()
     }
     m_menus->show(m_commands);
     m_frame.commandStateChanged(*this);
+    m_frame.statusChanged(*this);
 }
 
 void frmToolSet::showList()

@@ -48,6 +48,7 @@ public:
     void setView(int view) override;
     void setAction(const QString &word) override;
     CommandState commandState() const override { return m_commands; }
+    DocumentStatus status() const override;
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.

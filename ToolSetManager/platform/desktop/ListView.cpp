@@ -105,6 +105,7 @@ void ListView::setModel(QAbstractItemModel *model)
 {
     m_model = model;
     m_selection = new QItemSelectionModel(model, this);
+    connect(m_selection, &QItemSelectionModel::selectionChanged, this, &ListView::selectionChanged);
     attach(currentView());
     for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(model, change, this, &ListView::describeEmptiness);

@@ -108,6 +108,7 @@ Q_SIGNALS:
     void BeforeLabelEdit();
     void AfterLabelEdit(int row, const QString &NewString); ///< The text was changed and accepted.
     void labelEditEnded(); ///< In whatever way.
+    void selectionChanged(); ///< Not what is in it, nor when the model is reset.
     void Click();
     void DblClick();
     void MouseDown(Qt::MouseButton button, const QPoint &position); ///< In the viewport.
