@@ -320,7 +320,7 @@ void fill(benchmark::State &state)
     auto set = std::make_unique<CVBATools>(samples->storage());
     set->Load(samples->file(countOf(state)));
     document.setTools(std::move(set), true);
-    ToolListModel model(document);
+    ToolListModel model(document, 1252);
     ListView list(QStringLiteral("Tools"), QSize(18, 18));
     list.setModel(&model);
     list.resize(620, 380);

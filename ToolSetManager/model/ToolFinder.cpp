@@ -23,7 +23,6 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
             return;
         release();
         setFilter(m_filter);
-        Q_EMIT matchesChanged();
     });
     connect(&document, &ToolSetDocument::toolsRemoved, this, [this](const QList<int> &positions) {
         if (!isActive())
@@ -33,7 +32,6 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
             forgetHelp(entry);
         }
         m_nextUnread = 0;
-        Q_EMIT matchesChanged();
     });
     connect(&document, &ToolSetDocument::toolsInserted, this, [this](const QList<int> &positions) {
         if (!isActive())
@@ -51,7 +49,6 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
             }
         }
         startWork();
-        Q_EMIT matchesChanged();
     });
     connect(&document, &ToolSetDocument::toolsMoved, this,
         [this](const QList<int> &from, const QList<int> &to) {
@@ -59,17 +56,13 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
                 return;
             Positions::move(m_entries, from, to);
             m_nextUnread = 0;
-            Q_EMIT matchesChanged();
         });
     connect(&document, &ToolSetDocument::toolChanged, this, [this](int position) {
         if (!isActive())
             return;
         Entry &entry = m_entries[static_cast<size_t>(position) - 1];
         forgetHelp(entry);
-        const Verdict before = entry.verdict;
         decide(entry, position);
-        if (entry.verdict != before)
-            Q_EMIT matchesChanged();
     });
 }
 
@@ -81,20 +74,6 @@ int ToolFinder::total() const
 bool ToolFinder::matches(int position) const
 {
     return !isActive() || m_entries[static_cast<size_t>(position) - 1].verdict == Verdict::Yes;
-}
-
-int ToolFinder::next(int position, bool forward) const
-{
-    const int count = total();
-    int at = position;
-    for (int i = 0; i < count; ++i) {
-        at += forward ? 1 : -1;
-        if (at < 1 || at > count)
-            at = forward ? 1 : count;
-        if (matches(at))
-            return at;
-    }
-    return 0;
 }
 
 // --- Searching ---

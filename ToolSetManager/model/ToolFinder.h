@@ -35,15 +35,14 @@ public:
     bool isComplete() const { return !m_unread; } ///< No help text is left to be searched.
     /// Searches the rest without the event loop.
     void finish();
-    /// The position of the next match behind (or before) \a position, past the end on from the
-    /// start; 0 when nothing matches. From the position 0 on it is the first (or last) one.
-    int next(int position, bool forward) const;
 
     static constexpr qint64 keptHelpBytes = 256LL * 1024 * 1024;
     void setKeptHelpBytes(qint64 bytes) { m_helpLimit = bytes; }
 
 Q_SIGNALS:
-    /// Other tools match than before; not emitted from within setFilter().
+    /// More tools match than before, by help texts that were read in the meantime. Changes of the
+    /// document are followed without it: whoever connects to the document after this object was
+    /// made, hears of them when they have been followed.
     void matchesChanged();
     void completed(); ///< The last help text has been searched.
 

@@ -60,6 +60,9 @@ public:
     QAction *mnuFilePrintPreview;
     QAction *mnuEditUndo;
     QAction *mnuEditRedo;
+    QAction *mnuEditFind;
+    QAction *mnuEditFindNext;
+    QAction *mnuEditFindPrevious;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
@@ -73,4 +76,7 @@ public:
 
 Q_SIGNALS:
     void chosen(const QString &commandWord);
+
+private:
+    void addFindItems();
 };

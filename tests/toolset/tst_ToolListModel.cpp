@@ -26,7 +26,7 @@ private Q_SLOTS:
             tool->setLocation(location);
             QCOMPARE(m_set->append({tool}).size(), 1);
         }
-        m_model = std::make_unique<ToolListModel>(*m_set);
+        m_model = std::make_unique<ToolListModel>(*m_set, 1252);
         m_tester = std::make_unique<QAbstractItemModelTester>(
             m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     }
@@ -125,7 +125,7 @@ private Q_SLOTS:
                 m_set->append(tools);
             }
             }
-            ToolListModel fresh(*m_set);
+            ToolListModel fresh(*m_set, 1252);
             fresh.sort(m_model->sortKey(), m_model->sortOrder());
             QCOMPARE(shown(*m_model), shown(fresh));
             const QList<int> positions = some(3);
