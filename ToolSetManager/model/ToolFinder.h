@@ -24,13 +24,17 @@ public:
     /// The document is borrowed. \a codePage is that of help texts that do not tell theirs.
     ToolFinder(const ToolSetDocument &document, int codePage, QObject *parent = nullptr);
 
+    /// Folds all texts but the help, so that the first search is as fast as the others. From here
+    /// on, or from the first filter, until release() it keeps what it reads of the tools.
+    void prepare();
+    void release(); ///< Empties the filter, too.
+
     const ToolFilter &filter() const { return m_filter; }
-    /// One that is narrower than the last looks at the tools that matched that one only. An empty
-    /// filter releases the memory.
+    /// One that is narrower than the last looks at the tools that matched that one only.
     void setFilter(const ToolFilter &filter);
 
     bool matches(int position) const;
-    int matchCount() const { return isActive() ? m_matchCount : total(); }
+    int matchCount() const { return m_following ? m_matchCount : total(); }
     int total() const;
     bool isComplete() const { return !m_unread; } ///< No help text is left to be searched.
     /// Searches the rest without the event loop.
@@ -55,8 +59,6 @@ private:
         Verdict verdict = Verdict::No;
     };
 
-    bool isActive() const { return !m_filter.isEmpty(); }
-    void release();
     /// What the tool's help says; \a scratch is for a text that is not kept.
     std::string_view help(Entry &entry, int position, std::string &scratch);
     void decide(Entry &entry, int position); ///< With the help, where that is needed.
@@ -70,7 +72,8 @@ private:
     const ToolSetDocument &m_document;
     RtfPlainText m_plainText;
     ToolFilter m_filter;
-    std::vector<Entry> m_entries; ///< By position; none without a filter.
+    bool m_following = false; ///< There is an entry for each tool.
+    std::vector<Entry> m_entries; ///< By position.
     int m_matchCount = 0;
     bool m_unread = false; ///< Some entry from m_nextUnread on may depend on its help.
     size_t m_nextUnread = 0;

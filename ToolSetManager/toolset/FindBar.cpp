@@ -7,12 +7,21 @@
 #include "toolset/ToolListModel.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
 #include <QToolButton>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::chrono::milliseconds arrivalPause {100};
+
+} // namespace
 
 FindBar::FindBar(const mTSM &state, const ToolSetDocument &document, ListView &list,
     ToolListModel &model, QWidget *parent)
@@ -52,7 +61,7 @@ FindBar::FindBar(const mTSM &state, const ToolSetDocument &document, ListView &l
     refreshIcons();
 
     tmrArrivals->setSingleShot(true);
-    tmrArrivals->setInterval(100);
+    tmrArrivals->setInterval(arrivalPause);
     connect(txtFind, &QLineEdit::textChanged, this, &FindBar::txtFind_Change);
     connect(cmdFindPrior, &QToolButton::clicked, this, [this] { findNext(false); });
     connect(cmdFindNext, &QToolButton::clicked, this, [this] { findNext(true); });
@@ -98,12 +107,18 @@ void FindBar::connectModel(const ToolSetDocument &document)
 
 void FindBar::open()
 {
-    if (isHidden()) {
-        show();
-        Q_EMIT shown(true);
-    }
+    showBar();
     txtFind->setFocus(Qt::ShortcutFocusReason);
     txtFind->selectAll();
+}
+
+void FindBar::showBar()
+{
+    if (!isHidden())
+        return;
+    m_model.prepareFilter();
+    show();
+    Q_EMIT shown(true);
 }
 
 void FindBar::close()
@@ -112,6 +127,7 @@ void FindBar::close()
     txtFind->clear();
     if (isHidden())
         return;
+    m_model.endFilter();
     if (hadKeyboard)
         m_list.setFocus();
     hide();
@@ -126,10 +142,7 @@ void FindBar::findNext(bool forward)
             open();
             return;
         }
-        if (isHidden()) {
-            show();
-            Q_EMIT shown(true);
-        }
+        showBar();
         txtFind->setText(m_lastWords);
     }
     const int count = m_model.rowCount();
@@ -234,8 +247,13 @@ void FindBar::tmrArrivals_Timer()
         return;
     }
     tmrArrivals->stop();
+    QElapsedTimer timer;
+    timer.start();
     m_model.showNewMatches();
     showCount();
+    // A list of very many labels takes its time; the rest of it is the user's.
+    const std::chrono::milliseconds taken(timer.elapsed());
+    tmrArrivals->setInterval(std::max(arrivalPause, 5 * taken));
 }
 
 int FindBar::topPosition() const

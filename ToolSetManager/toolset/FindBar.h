@@ -47,6 +47,7 @@ private Q_SLOTS:
 private:
     QToolButton *addButton(const QString &name, const QString &tip);
     void connectModel(const ToolSetDocument &document);
+    void showBar();
     void refreshIcons();
     void showCount();
     /// Goes to the list, in which something is selected then.

@@ -218,6 +218,12 @@ void ToolListModel::setFilter(const ToolFilter &filter)
     Q_EMIT shownChanged();
 }
 
+void ToolListModel::endFilter()
+{
+    setFilter({});
+    m_finder.release();
+}
+
 void ToolListModel::showNewMatches()
 {
     std::vector<size_t> indexes;

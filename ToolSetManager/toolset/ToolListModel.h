@@ -38,6 +38,8 @@ public:
 
     // --- Filter ---
     const ToolFinder &finder() const { return m_finder; }
+    void prepareFilter() { m_finder.prepare(); } ///< Makes the first one fast.
+    void endFilter(); ///< Shows all tools and releases memory.
     /// Shows the tools that match, those that only their help text can decide later: see
     /// showNewMatches().
     void setFilter(const ToolFilter &filter);
