@@ -10,6 +10,7 @@
 #include <functional>
 
 class EditCommands;
+class FindBar;
 class Frame;
 class ListView;
 class Printers;
@@ -102,7 +103,9 @@ private:
     void Form_Load();
     void connectList();
     void connectMenus();
+    void connectFind();
     void layOut();
+    int heightOf(QWidget *bar) const; ///< 0 while it is hidden.
     void showEditMenu(const QPoint &globalPosition);
 
     void connectEdits();
@@ -139,6 +142,7 @@ private:
     // --- Controls ---
     QLabel *lblToolSet;
     ListView *lvTools;
+    FindBar *m_find;
     ToolSetMenus *m_menus;
     QTimer *tmrHelp; ///< 10 ms from "Tool Help" in the menu, which has gone then, to the help.
     QTimer *tmrPopUp;
