@@ -130,8 +130,8 @@ void ToolListModel::insertRowsAt(const QList<int> &positions)
     std::vector<size_t> matching;
     for (size_t i = 0; i < rows.size(); ++i) {
         if (m_finder.matches(rows[i].position))
-            matching.push_back(inOrder ? static_cast<size_t>(rows[i].position) - 1
-                                       : formerCount + i);
+            matching.push_back(
+                inOrder ? static_cast<size_t>(rows[i].position) - 1 : formerCount + i);
     }
     if (inOrder)
         Positions::insert(m_rows, positions, std::move(rows));

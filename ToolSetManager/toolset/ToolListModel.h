@@ -86,10 +86,7 @@ private:
     };
 
     // --- Rows ---
-    const Row &shownAt(int row) const
-    {
-        return m_rows[m_shown[static_cast<size_t>(row)]];
-    }
+    const Row &shownAt(int row) const { return m_rows[m_shown[static_cast<size_t>(row)]]; }
     /// The row of an element of m_rows that is shown.
     int rowOfIndex(size_t index) const;
     void collectShown();

@@ -173,7 +173,6 @@ void frmToolSet::connectMenus()
 void frmToolSet::connectFind()
 {
     m_find = new FindBar(m_state, m_set, *lvTools, *m_list, this);
-    setTabOrder(m_find, lvTools);
     connect(m_find, &FindBar::shown, this, &frmToolSet::layOut);
     connect(m_find, &FindBar::countChanged, this, &frmToolSet::showEmptyHint);
     const auto connectItem = [this](QAction *item, const std::function<void()> &command) {

@@ -159,8 +159,8 @@ void LabelDelegate::paint(
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
     const bool selected = item.state.testFlag(QStyle::State_Selected);
-    const auto group = item.state.testFlag(QStyle::State_Active) ? QPalette::Active
-                                                                 : QPalette::Inactive;
+    const auto group =
+        item.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     const QColor colour =
         item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     item.palette.setColor(QPalette::Text, Qt::transparent);
