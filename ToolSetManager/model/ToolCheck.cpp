@@ -12,6 +12,7 @@
 #include "platform/text/VbConvert.h"
 
 #include <QDeadlineTimer>
+#include <QMap>
 
 #include <algorithm>
 
@@ -479,8 +480,8 @@ void ToolCheck::takeAnswers()
 
 ToolCheck::Findings ToolCheck::findings(int position) const
 {
-    if (!m_following)
-        return {};
+    if (position < 1 || static_cast<size_t>(position) > m_entries.size())
+        return {}; // a view may ask before the check has heard of a tool
     const Entry &entry = m_entries[static_cast<size_t>(position) - 1];
     const QList<ToolPtr> users = m_hotKeys.value(entry.hotKey);
     if (entry.hotKey.isEmpty() || users.size() < 2)
@@ -499,12 +500,37 @@ ToolCheck::Findings ToolCheck::findings(int position) const
     return all;
 }
 
+std::optional<ToolFinding::Severity> ToolCheck::severity(int position) const
+{
+    const Findings all = findings(position);
+    return all.isEmpty() ? std::nullopt : std::optional(all.constFirst().severity);
+}
+
 QList<ToolCheck::Row> ToolCheck::allFindings() const
 {
     QList<Row> rows;
     for (int position = 1; position <= static_cast<int>(m_entries.size()); ++position) {
         for (const ToolFinding &finding : findings(position))
-            rows.append({position, finding});
+            rows.append({m_entries[static_cast<size_t>(position) - 1].tool, position, finding});
     }
     return rows;
+}
+
+QString ToolCheck::summary(const QList<Row> &rows)
+{
+    QMap<Severity, int> counts;
+    for (const Row &row : rows)
+        ++counts[row.finding.severity];
+    const std::pair<Severity, const char *> words[] = {{Severity::Error, "error"},
+        {Severity::Warning, "warning"}, {Severity::Hint, "hint"}};
+    QStringList parts;
+    for (const auto &[severity, word] : words) {
+        if (const int count = counts.value(severity)) {
+            parts.append(QStringLiteral("%L1 %2%3").arg(count).arg(
+                QLatin1StringView(word), count == 1 ? QString() : QStringLiteral("s")));
+        }
+    }
+    if (const int count = counts.value(Severity::Note))
+        parts.append(QStringLiteral("%L1 not checked").arg(count));
+    return parts.isEmpty() ? QStringLiteral("nothing found") : parts.join(QStringLiteral(", "));
 }

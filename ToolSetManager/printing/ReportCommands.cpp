@@ -4,6 +4,7 @@
 #include "platform/desktop/MsgBox.h"
 #include "platform/print/PrintSetupDialog.h"
 #include "platform/print/Printers.h"
+#include "printing/CheckReport.h"
 #include "printing/frmPrint.h"
 
 ReportCommands::ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers)
@@ -31,6 +32,24 @@ void ReportCommands::preview(const CVBATools &tools, const QString &fileName)
     report.PreviewToolset();
 }
 
+void ReportCommands::print(const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    if (!printerIsInstalled())
+        return;
+    frmPrint report(m_store, m_printers, m_owner->window());
+    hand(report, findings, fileName);
+    report.PrintToolset();
+}
+
+void ReportCommands::preview(const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    if (!printerIsInstalled())
+        return;
+    frmPrint report(m_store, m_printers, m_owner->window());
+    hand(report, findings, fileName);
+    report.PreviewToolset();
+}
+
 void ReportCommands::setUp()
 {
     PrintSetupDialog(m_printers, m_owner->window()).exec();
@@ -53,4 +72,15 @@ void ReportCommands::hand(frmPrint &report, const CVBATools &tools, const QStrin
 {
     report.ToolSet = &tools;
     report.FileName = fileName;
+}
+
+void ReportCommands::hand(
+    frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    report.FileName = fileName;
+    report.setReport({QStringLiteral("Tool Check Report"),
+        QStringLiteral("Writing finding %1 of %2"), static_cast<int>(findings.size()),
+        [=](PageDocument &page, const ToolsetReport::Progress &progress) {
+            return CheckReport::write(page, findings, fileName, progress);
+        }});
 }

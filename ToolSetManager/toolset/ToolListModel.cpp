@@ -5,7 +5,6 @@
 
 #include <QCollator>
 #include <QHash>
-#include <QIcon>
 #include <QPixmap>
 
 #include <algorithm>
@@ -187,6 +186,16 @@ QList<int> ToolListModel::positionsOf(const QList<int> &rows) const
     return positions;
 }
 
+QList<int> ToolListModel::shownPositions() const
+{
+    QList<int> positions;
+    positions.reserve(rowCount());
+    for (const Row &row : m_rows)
+        positions.append(row.position);
+    std::sort(positions.begin(), positions.end());
+    return positions;
+}
+
 int ToolListModel::rowOf(int position) const
 {
     if (isInPositionOrder() && position >= 1 && position <= rowCount())
@@ -321,6 +330,33 @@ void ToolListModel::ghostsChanged()
     }
 }
 
+void ToolListModel::setMarks(const Marks &marks)
+{
+    m_marks = marks;
+    marksChanged();
+}
+
+void ToolListModel::marksChanged()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, NameColumn), index(rowCount() - 1, NameColumn),
+            {MarkRole, Qt::ToolTipRole, Qt::AccessibleDescriptionRole});
+    }
+}
+
+QVariant ToolListModel::mark(const QModelIndex &index, int role) const
+{
+    if (index.column() != NameColumn || !m_marks.icon || !m_marks.text)
+        return {};
+    const int position = positionAt(index.row());
+    if (role == MarkRole) {
+        const QIcon icon = m_marks.icon(position);
+        return icon.isNull() ? QVariant() : icon;
+    }
+    const QString text = m_marks.text(position);
+    return text.isEmpty() ? QVariant() : text;
+}
+
 void ToolListModel::RefreshIcons()
 {
     if (!m_rows.empty()) {
@@ -359,6 +395,10 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
         return {};
     case GhostedRole:
         return row.ghosted;
+    case MarkRole:
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return mark(index, role);
     default:
         return {};
     }

@@ -3,7 +3,9 @@
 #include "model/CVBATool.h"
 
 #include <QAbstractTableModel>
+#include <QIcon>
 
+#include <functional>
 #include <vector>
 
 class ToolSetDocument;
@@ -26,6 +28,7 @@ public:
     int positionAt(int row) const { return m_rows[static_cast<size_t>(row)].position; }
     QList<int> positionsOf(const QList<int> &rows) const; ///< Ascending.
     int rowOf(int position) const; ///< -1 when the tool is not shown.
+    QList<int> shownPositions() const; ///< Of all rows, ascending.
     QList<int> rowsOf(const QList<int> &positions) const; ///< Ascending; of those that are shown.
     bool isGhosted(int row) const { return m_rows[static_cast<size_t>(row)].ghosted; }
     QList<int> ghostedRows() const;
@@ -41,6 +44,15 @@ public:
     /// Ghosted rows are drawn faint: their tools are cut or being dragged.
     void setGhosted(const QList<int> &rows, bool ghosted);
     void clearGhosted();
+
+    /// What rows are marked with, by position: an icon, null for none, and what it stands for.
+    struct Marks
+    {
+        std::function<QIcon(int position)> icon;
+        std::function<QString(int position)> text;
+    };
+    void setMarks(const Marks &marks); ///< No row is marked without both.
+    void marksChanged();
 
     void RefreshIcons(); ///< Redraws the pictures of all rows.
 
@@ -74,9 +86,11 @@ private:
     void rearrange(Change change);
     void positionsChanged();
     void ghostsChanged();
+    QVariant mark(const QModelIndex &index, int role) const;
 
     const ToolSetDocument &m_document;
     std::vector<Row> m_rows; ///< In the order shown.
     int m_sortKey = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    Marks m_marks;
 };

@@ -100,22 +100,36 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuFileExit->setShortcut(QKeySequence::Quit);
     fill(mnuEdit, Text("mnuEditX"), mnuEditX, editItems, this);
     mnuEdit->addSeparator();
-    const auto commandItem = [this](const QString &name, const QString &word) {
-        QAction *item = mnuEdit->addAction(QString());
-        item->setObjectName(name);
-        connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
-        return item;
-    };
-    mnuEditUndo = commandItem(QStringLiteral("mnuEditUndo"), QStringLiteral("undo"));
+    mnuEditUndo = editItem(QStringLiteral("mnuEditUndo"), {}, QStringLiteral("undo"));
     mnuEditUndo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
-    mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
+    mnuEditRedo = editItem(QStringLiteral("mnuEditRedo"), {}, QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     showUndo({}, {});
+    addWorkOnSets();
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
+}
+
+QAction *ToolSetMenus::editItem(
+    const QString &name, const QString &caption, const QString &word)
+{
+    QAction *item = mnuEdit->addAction(caption);
+    item->setObjectName(name);
+    connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
+    return item;
+}
+
+void ToolSetMenus::addWorkOnSets()
+{
+    mnuEdit->addSeparator();
+    mnuEditChangeTools = editItem(QStringLiteral("mnuEditChangeTools"),
+        QStringLiteral("Change &Several Tools..."), QStringLiteral("changetools"));
+    mnuEditCheck = editItem(
+        QStringLiteral("mnuEditCheck"), QStringLiteral("Chec&k"), QStringLiteral("check"));
+    mnuEditCheck->setShortcut(QKeySequence(Qt::Key_F7));
 }
 
 void ToolSetMenus::showUndo(

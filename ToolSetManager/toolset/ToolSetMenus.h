@@ -60,6 +60,8 @@ public:
     QAction *mnuFilePrintPreview;
     QAction *mnuEditUndo;
     QAction *mnuEditRedo;
+    QAction *mnuEditCheck;
+    QAction *mnuEditChangeTools;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
@@ -70,6 +72,11 @@ public:
 
     /// Enables the Edit and View items whose tag is \a group.
     void setGroupEnabled(const QString &group, bool enabled);
+
+private:
+    /// An item of this program's own with a command word, at the end of the Edit menu.
+    QAction *editItem(const QString &name, const QString &caption, const QString &word);
+    void addWorkOnSets();
 
 Q_SIGNALS:
     void chosen(const QString &commandWord);

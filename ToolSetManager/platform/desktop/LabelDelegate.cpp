@@ -23,6 +23,17 @@ QColor mixed(const QColor &colour, const QColor &ground, float share)
         mix(colour.greenF(), ground.greenF()), mix(colour.blueF(), ground.blueF()));
 }
 
+constexpr int markSide = 16;
+constexpr int markSpace = markSide + 4; ///< At the end of an item.
+
+/// For the text of an item.
+int textRoom(const QStyleOptionViewItem &item)
+{
+    const QStyle *style = item.widget->style();
+    return style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget).width()
+        - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 1);
+}
+
 } // namespace
 
 LabelDelegate::LabelDelegate(QObject *parent)
@@ -109,6 +120,23 @@ void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) con
     Q_EMIT editEnded();
 }
 
+void LabelDelegate::paint(
+    QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QIcon mark = index.data(MarkRole).value<QIcon>();
+    if (mark.isNull())
+        return QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QStyle *style = item.widget->style();
+    const int room = textRoom(item) - markSpace;
+    item.text = item.fontMetrics.elidedText(item.text, item.textElideMode, room);
+    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+    const QRect place(item.rect.right() - markSpace + 1,
+        item.rect.center().y() - (markSide - 1) / 2, markSide, markSide);
+    mark.paint(painter, QStyle::visualRect(item.direction, item.rect, place));
+}
+
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const auto *list = qobject_cast<const QListView *>(option.widget);
@@ -120,7 +148,8 @@ QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIn
     const int margin = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
     const QSize icon = list->iconSize();
     const int text = widthOf(index.data(Qt::DisplayRole).toString(), option);
-    return {qMin(icon.width() + text + 6 * margin, longest),
+    const int mark = index.data(MarkRole).isNull() ? 0 : markSpace;
+    return {qMin(icon.width() + text + 6 * margin, longest) + mark,
         qMax(icon.height(), option.fontMetrics.height()) + 2};
 }
 
@@ -145,14 +174,20 @@ bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const QStyle *style = view->style();
-    const int room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, view).width()
-        - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, view) + 1);
-    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > room;
+    item.widget = view;
+    const bool marked = !index.data(MarkRole).isNull();
+    const bool cut = item.fontMetrics.horizontalAdvance(item.text)
+        > textRoom(item) - (marked ? markSpace : 0);
     // A name may look like HTML, and a path must not be broken behind its drive.
-    const QString tip = QStringLiteral("<p style='white-space:pre'>%1</p>");
-    QToolTip::showText(
-        event->globalPos(), cut ? tip.arg(item.text.toHtmlEscaped()) : QString(), view);
+    QString tip;
+    if (cut)
+        tip = QStringLiteral("<p style='white-space:pre'>%1</p>").arg(item.text.toHtmlEscaped());
+    const QString own = index.data(Qt::ToolTipRole).toString();
+    if (!own.isEmpty()) {
+        tip += QStringLiteral("<p>%1</p>")
+                   .arg(own.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+    }
+    QToolTip::showText(event->globalPos(), tip, view);
     return true;
 }
 
