@@ -4,6 +4,8 @@
 #include "platform/desktop/mFileUtil.h"
 #include "shell/Settings.h"
 
+#include <QDir>
+
 #include <chrono>
 #include <future>
 #include <memory>
@@ -29,7 +31,8 @@ DosDrives ToolPlaces::namedDrives(const SettingsStore &store)
     const auto pairs = store.GetAllSettings(
         QString::fromUtf16(Settings::application), QString::fromUtf16(drivesSection));
     for (const auto &[name, folder] : pairs) {
-        if (name.size() == 2 && !DosDrives::drive(name).isNull())
+        const bool isDrive = name.size() == 2 && !DosDrives::drive(name).isNull();
+        if (isDrive && QDir::isAbsolutePath(folder))
             drives.assign(name[0], folder);
     }
     return drives;

@@ -7,6 +7,7 @@
 #include "shell/ToolPlaces.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
@@ -112,9 +113,18 @@ void frmDrives::cmdOK_Click()
 {
     QList<QPair<QString, QString>> changed;
     for (char each = 'A'; each <= 'Z'; ++each) {
-        const QLatin1Char drive(each);
-        if (m_drives.folder(drive) != m_stored.folder(drive))
-            changed.append({QString(drive) + u':', m_drives.folder(drive)});
+        const QString folder = m_drives.folder(QLatin1Char(each));
+        if (folder == m_stored.folder(QLatin1Char(each)))
+            continue;
+        if (!folder.isEmpty() && !QDir::isAbsolutePath(folder)) {
+            cboDrive->setCurrentIndex(each - 'A');
+            MsgBox::show(this,
+                QStringLiteral("The folder of a drive needs its whole path, such as %1.")
+                    .arg(QDir::toNativeSeparators(QDir::homePath() + QStringLiteral("/tools"))),
+                MsgBox::Buttons::Ok, MsgBox::Icon::Exclamation);
+            return;
+        }
+        changed.append({QString(QLatin1Char(each)) + u':', folder});
     }
     try {
         m_store.SaveSettings(QString::fromUtf16(Settings::application),

@@ -49,6 +49,7 @@ CheckPanel::CheckPanel(QWidget *parent)
         add("cmdCloseCheck", "", "Close the check (Escape)", &CheckPanel::closeRequested);
     close->setIcon(Icons::named(QStringLiteral("window-close"), QStyle::SP_TitleBarCloseButton));
     setUpView();
+    hide();
 
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
@@ -87,7 +88,7 @@ void CheckPanel::setUpView()
         FindingsModel::SeverityColumn, Qt::DescendingOrder); // as the model begins
     tvwFindings->setSortingEnabled(true);
     const int letter = fontMetrics().averageCharWidth();
-    const int widths[] = {letter * 17, letter * 22, letter * 16, letter * 62};
+    const int widths[] = {letter * 20, letter * 22, letter * 16, letter * 62};
     for (int column = 0; column < FindingsModel::AdviceColumn; ++column)
         tvwFindings->setColumnWidth(column, widths[column]);
     tvwFindings->installEventFilter(this);

@@ -35,9 +35,7 @@ SetCheck::SetCheck(QWidget *form, const CodePage &codePage, const Settings &sett
     , m_list(list)
     , m_report(report)
     , m_check(document, ToolCheck::Rules())
-    , m_panel(new CheckPanel(form))
 {
-    m_panel->hide();
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(shortestPause);
     connect(&m_refresh, &QTimer::timeout, this, &SetCheck::refresh);
@@ -45,6 +43,11 @@ SetCheck::SetCheck(QWidget *form, const CodePage &codePage, const Settings &sett
         if (!m_refresh.isActive())
             m_refresh.start();
     });
+}
+
+void SetCheck::makePanel()
+{
+    m_panel = new CheckPanel(m_form);
     connect(m_panel, &CheckPanel::chosen, this, &SetCheck::fieldChosen);
     connect(m_panel, &CheckPanel::heightChanged, this, &SetCheck::layoutChanged);
     connect(m_panel, &CheckPanel::iconsChanged, &m_list, &ToolListModel::marksChanged);
@@ -67,6 +70,8 @@ ToolCheck::Rules SetCheck::rules()
 
 void SetCheck::run()
 {
+    if (!m_panel)
+        makePanel();
     m_check.start(rules());
     if (!isOpen()) {
         m_panel->show();
@@ -79,6 +84,8 @@ void SetCheck::run()
 
 void SetCheck::close()
 {
+    if (!isOpen())
+        return;
     m_check.stop();
     m_files.forget();
     m_refresh.stop();
@@ -90,7 +97,7 @@ void SetCheck::close()
 
 bool SetCheck::isOpen() const
 {
-    return !m_panel->isHidden();
+    return m_panel && !m_panel->isHidden();
 }
 
 QRect SetCheck::layOut(const QRect &room)

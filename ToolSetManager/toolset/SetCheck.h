@@ -39,6 +39,7 @@ Q_SIGNALS:
     void closed(); ///< By the user in the panel, which had the focus.
 
 private:
+    void makePanel();
     ToolCheck::Rules rules();
     void refresh();
     QString summary(const QList<ToolCheck::Row> &findings) const;
@@ -55,6 +56,6 @@ private:
     ReportCommands &m_report;
     BackgroundFiles m_files;
     ToolCheck m_check;
-    CheckPanel *m_panel;
+    CheckPanel *m_panel = nullptr; ///< Made when it is first opened.
     QTimer m_refresh; ///< From the check's news to the panel.
 };

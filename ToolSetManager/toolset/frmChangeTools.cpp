@@ -32,11 +32,13 @@ frmChangeTools::frmChangeTools(ToolSetDocument &document, const CodePage &codePa
     , m_document(document)
     , m_scope(scope)
     , m_pictures(places)
-    , m_preview(document, codePage, m_pictures)
+    , m_preview(document, codePage, m_pictures, this)
     , m_changes(new ChangesModel(this))
 {
     setObjectName(QStringLiteral("frmChangeTools"));
     setWindowTitle(QStringLiteral("Change Several Tools"));
+    m_typing.setParent(this);
+    m_typing.setObjectName(QStringLiteral("tmrTyping"));
     m_typing.setSingleShot(true);
     m_typing.setInterval(pauseInTyping);
     auto *all = new QVBoxLayout(this);
@@ -117,7 +119,10 @@ QWidget *frmChangeTools::replacePage()
     const auto line = [this](const char *name) {
         auto *edit = named(name, new QLineEdit(this));
         edit->setMaxLength(BmtFormat::longestString);
-        connect(edit, &QLineEdit::textChanged, &m_typing, qOverload<>(&QTimer::start));
+        connect(edit, &QLineEdit::textChanged, this, [this] {
+            cmdApply->setEnabled(false); // what is shown is not what is entered
+            m_typing.start();
+        });
         return edit;
     };
     txtFind = line("txtFind");
@@ -287,7 +292,6 @@ void frmChangeTools::refresh()
         cboSearch->currentIndex() != static_cast<int>(BulkChange::Search::Folder));
     cmdApply->setEnabled(false);
     m_preview.start(change(), positions(), chkPictures->isChecked());
-    progressed();
 }
 
 void frmChangeTools::ticksChanged()
@@ -335,8 +339,6 @@ QString frmChangeTools::summary() const
 
 void frmChangeTools::cmdApply_Click()
 {
-    if (!m_preview.isComplete() || m_typing.isActive())
-        return; // what is shown is not what is entered
     const Hourglass hourglass;
     BulkChange::apply(m_document, m_preview.changingRows());
     accept();
