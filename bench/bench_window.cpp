@@ -12,6 +12,7 @@
 #include "support/Ratios.h"
 #include "support/SampleSet.h"
 #include "toolset/EditCommands.h"
+#include "toolset/FindBar.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/frmToolSet.h"
 
@@ -19,6 +20,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QToolButton>
+#include <QLineEdit>
 #include <QTreeView>
 
 #include <algorithm>
@@ -320,7 +325,7 @@ void fill(benchmark::State &state)
     auto set = std::make_unique<CVBATools>(samples->storage());
     set->Load(samples->file(countOf(state)));
     document.setTools(std::move(set), true);
-    ToolListModel model(document);
+    ToolListModel model(document, 1252);
     ListView list(QStringLiteral("Tools"), QSize(18, 18));
     list.setModel(&model);
     list.resize(620, 380);
@@ -451,6 +456,68 @@ void undoMove(benchmark::State &state)
     }
 }
 
+/// A keystroke in the find field that no former result helps, until its matches are painted: two
+/// texts in turns. The help texts have been read before.
+void find(benchmark::State &state, const QString &one, const QString &other)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    opened.form->findChild<FindBar *>()->open();
+    auto *field = opened.form->findChild<QLineEdit *>(QStringLiteral("txtFind"));
+    const auto type = [&](const QString &text) {
+        field->setText(text);
+        while (!opened.model->finder().isComplete())
+            QCoreApplication::processEvents();
+        opened.painted.wait(state);
+    };
+    type(one);
+    type(other);
+    bool first = true;
+    for (auto _ : state) {
+        type(first ? one : other);
+        first = !first;
+    }
+    if (opened.model->rowCount() == countOf(state))
+        state.SkipWithError("not narrowed");
+}
+
+void findInNames(benchmark::State &state)
+{
+    find(state, QStringLiteral("name:9 location:8"), QStringLiteral("name:8 location:9"));
+}
+
+void findInHelps(benchmark::State &state)
+{
+    find(state, QStringLiteral("9 refresher"), QStringLiteral("8 settinx"));
+}
+
+/// F7, until the panel shows all findings.
+void check(benchmark::State &state)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    for (auto _ : state) {
+        opened.form->setAction(QStringLiteral("check"));
+        const auto *text = opened.form->findChild<QLabel *>(QStringLiteral("lblFindings"));
+        do
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (text->text().isEmpty() || text->text().contains(QStringLiteral("left")));
+        state.PauseTiming();
+        opened.form->findChild<QToolButton *>(QStringLiteral("cmdCloseCheck"))->click();
+        state.ResumeTiming();
+    }
+}
+
+/// The least that the disk takes.
+void lookUpFiles(benchmark::State &state)
+{
+    const auto tools = SampleSet::tools(countOf(state));
+    for (auto _ : state) {
+        for (const ToolPtr &tool : tools)
+            benchmark::DoNotOptimize(QFile::exists(samples->path(tool->FileName)));
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -461,6 +528,10 @@ int main(int argc, char *argv[])
     QLocale::setDefault(QLocale(QLocale::English));
     SampleSet set;
     samples = &set;
+    // A drive C:, so that the check looks at the disk.
+    qputenv("WINEPREFIX", set.path(QStringLiteral("wine")).toUtf8());
+    QDir().mkpath(set.path(QStringLiteral("wine/dosdevices")));
+    QFile::link(set.path(QString()), set.path(QStringLiteral("wine/dosdevices/c:")));
     Ratios ratios({1000, 10000});
     ratios.compare({"open until painted", open}, {"load", load}, 2);
     ratios.compare({"list filled and painted", fill}, {"bare tree view", bareFill});
@@ -475,5 +546,8 @@ int main(int argc, char *argv[])
     ratios.compare({"move a tenth to the end", move}, {"bare view, a tenth moved", bareMove});
     ratios.compare({"undo of delete all", undoDeleteAll}, {"copy all and paste", paste}, 2);
     ratios.compare({"undo of a move of a tenth", undoMove}, {"bare view, a tenth moved", bareMove});
+    ratios.compare({"find: keystroke on names", findInNames}, {"bare tree view", bareFill});
+    ratios.compare({"find: keystroke on help texts", findInHelps}, {"bare tree view", bareFill});
+    ratios.compare({"check, all findings shown", check}, {"files looked up", lookUpFiles});
     return ratios.run(argc, argv);
 }

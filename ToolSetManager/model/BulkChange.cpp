@@ -17,7 +17,8 @@
 
 namespace {
 
-/// Milliseconds for one tool, after which it is found out whether the regular expression has failed.
+/// Milliseconds for one tool, after which it is found out whether the regular expression has
+/// failed.
 constexpr int suspiciousTime = 20;
 
 bool isSeparator(QChar c)

@@ -259,13 +259,15 @@ QString ToolCheck::summary(const QList<Row> &rows)
     QMap<Severity, int> counts;
     for (const Row &row : rows)
         ++counts[row.finding.severity];
-    const std::pair<Severity, const char *> words[] = {{Severity::Error, "error"},
-        {Severity::Warning, "warning"}, {Severity::Hint, "hint"}};
+    const std::pair<Severity, const char *> words[] = {
+        {Severity::Error, "error"}, {Severity::Warning, "warning"}, {Severity::Hint, "hint"}};
     QStringList parts;
     for (const auto &[severity, word] : words) {
         if (const int count = counts.value(severity)) {
-            parts.append(QStringLiteral("%L1 %2%3").arg(count).arg(
-                QLatin1StringView(word), count == 1 ? QString() : QStringLiteral("s")));
+            parts.append(
+                QStringLiteral("%L1 %2%3")
+                    .arg(count)
+                    .arg(QLatin1StringView(word), count == 1 ? QString() : QStringLiteral("s")));
         }
     }
     if (const int count = counts.value(Severity::Note))

@@ -83,8 +83,11 @@ public:
     /// Checks what is left without the event loop. Files may still be pending.
     void finish();
     bool isComplete() const { return left() == 0; }
-    int left() const { return m_unchecked + m_waiting; } ///< Tools that are not checked, or whose
-                                                         ///< file is being looked up.
+    int left() const
+    {
+        return m_unchecked + m_waiting;
+    } ///< Tools that are not checked, or whose
+      ///< file is being looked up.
 
     /// Of the tool at that position, the most severe first; empty for one that was not checked yet.
     Findings findings(int position) const;

@@ -34,8 +34,9 @@ bool CheckReport::write(PageDocument &page, const QList<ToolCheck::Row> &rows,
         if (row.position != position) {
             position = row.position;
             page.setText(lineEnd()
-                + QStringLiteral("%1  %2").arg(position, 3, 10, QLatin1Char('0')).arg(
-                    row.tool->Description)
+                + QStringLiteral("%1  %2")
+                      .arg(position, 3, 10, QLatin1Char('0'))
+                      .arg(row.tool->Description)
                 + lineEnd());
         }
         printFinding(page, row.finding);

@@ -16,38 +16,32 @@ ReportCommands::ReportCommands(QWidget *owner, SettingsStore &store, Printers &p
 
 void ReportCommands::print(const CVBATools &tools, const QString &fileName)
 {
-    if (!printerIsInstalled())
-        return;
-    frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, tools, fileName);
-    report.PrintToolset();
+    run([&](frmPrint &report) { hand(report, tools, fileName); }, &frmPrint::PrintToolset);
 }
 
 void ReportCommands::preview(const CVBATools &tools, const QString &fileName)
 {
-    if (!printerIsInstalled())
-        return;
-    frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, tools, fileName);
-    report.PreviewToolset();
+    run([&](frmPrint &report) { hand(report, tools, fileName); }, &frmPrint::PreviewToolset);
 }
 
 void ReportCommands::print(const QList<ToolCheck::Row> &findings, const QString &fileName)
 {
-    if (!printerIsInstalled())
-        return;
-    frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, findings, fileName);
-    report.PrintToolset();
+    run([&](frmPrint &report) { hand(report, findings, fileName); }, &frmPrint::PrintToolset);
 }
 
 void ReportCommands::preview(const QList<ToolCheck::Row> &findings, const QString &fileName)
 {
+    run([&](frmPrint &report) { hand(report, findings, fileName); }, &frmPrint::PreviewToolset);
+}
+
+void ReportCommands::run(
+    const std::function<void(frmPrint &)> &prepare, void (frmPrint::*operation)())
+{
     if (!printerIsInstalled())
         return;
     frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, findings, fileName);
-    report.PreviewToolset();
+    prepare(report);
+    (report.*operation)();
 }
 
 void ReportCommands::setUp()

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class CVBATools;
 class frmPrint;
 class Printers;
@@ -26,10 +28,10 @@ public:
     void setUp(); ///< Lets the user choose printer and paper for the rest of the run.
 
 private:
+    void run(const std::function<void(frmPrint &)> &prepare, void (frmPrint::*operation)());
     bool printerIsInstalled();
     void hand(frmPrint &report, const CVBATools &tools, const QString &fileName);
-    void hand(
-        frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName);
+    void hand(frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName);
 
     QWidget *m_owner;
     SettingsStore &m_store;

@@ -244,7 +244,8 @@ std::optional<QString> frmPrint::choosePath()
     if (m_printers.name() != Printers::pdfFile())
         return QString();
     const QFileInfo set(FileName);
-    QString proposed = FileName.isEmpty() ? windowTitle() : set.path() + u'/' + set.completeBaseName();
+    QString proposed =
+        FileName.isEmpty() ? windowTitle() : set.path() + u'/' + set.completeBaseName();
     if (m_other.write && !FileName.isEmpty())
         proposed += QStringLiteral(" - ") + windowTitle(); // not over the listing
     const QString path = askForPdfPath(owner(), proposed);

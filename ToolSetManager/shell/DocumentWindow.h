@@ -1,11 +1,21 @@
 #pragma once
 
+#include "shell/CommandState.h"
+
 #include <QList>
 #include <QString>
 
 class QMenu;
 class QWidget;
 class RecentFileMenu;
+
+/// What the status bar says of a document, at its right end.
+struct DocumentStatus
+{
+    QString name; ///< Of the file, without its folder.
+    QString contents; ///< How much is in it, and how much of that is selected.
+    QString state; ///< Whether there is something to save.
+};
 
 /// What the main frame knows of a document window. The frame drives it by command words and asks
 /// it before it closes it.
@@ -26,6 +36,9 @@ public:
     virtual int View() const = 0; ///< A value of ListView::ViewConstants.
     virtual void setView(int view) = 0;
     virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.
+
+    virtual CommandState commandState() const = 0;
+    virtual DocumentStatus status() const = 0;
 
     // --- Operations ---
     /// Offers to save a changed document. True when the user *cancelled*.

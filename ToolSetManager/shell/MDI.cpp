@@ -20,6 +20,7 @@
 #include "shell/RecentFileMenu.h"
 #include "shell/RecoveryOffer.h"
 #include "shell/Settings.h"
+#include "shell/StartPage.h"
 #include "shell/ToolSetFiles.h"
 #include "shell/WindowArranger.h"
 #include "shell/frmAbout.h"
@@ -114,6 +115,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     connect(this, &MDI::firstPainted, this, [this] {
         m_painted = true;
         refreshIcons();
+        makeStartPage();
     });
     MDIForm_Load(commandLine);
 }
@@ -154,6 +156,19 @@ void MDI::refreshIcons()
 {
     Icons::followPalette();
     tbTools->showIcons();
+}
+
+void MDI::makeStartPage()
+{
+    // Anew with each change of the desktop's colours, for its icons.
+    auto *page = new StartPage(mdi);
+    page->setRecentFiles(*m_files);
+    connect(page, &StartPage::commandChosen, this, &MDI::setAction);
+    connect(page, &StartPage::fileChosen, this, &MDI::openFile);
+    connect(page, &StartPage::manualChosen, this,
+        [this] { showHelp(QString::fromUtf16(programHelp)); });
+    connect(m_files, &CFileList::FileAdded, page, [this, page] { page->setRecentFiles(*m_files); });
+    mdi->setEmptyPage(page);
 }
 
 void MDI::makeMenus()
@@ -210,15 +225,11 @@ void MDI::dispatch(const QString &word)
         recoverToolSets();
     } else if (word == discardWord) {
         m_recovery->discard(this);
-    } else if (word == QStringLiteral("close")) {
-        if (m_documents.isEmpty())
-            tbTools->disableDocumentButtons();
     } else if (DocumentWindow *document = activeDocument()) {
         document->setAction(word);
     }
-    // A click on a view button presses it, also where there is no window to follow it.
-    if (!activeDocument())
-        tbTools->releaseViewButtons();
+    // Also after "close", and after a click on a view button, which has pressed it.
+    showCommandState();
 }
 
 int MDI::currentView() const
@@ -311,25 +322,37 @@ void MDI::recoverToolSets()
         if (!document->Recover(snapshot))
             document->Unload();
     }
-    if (m_documents.isEmpty())
-        tbTools->disableDocumentButtons();
 }
 
 // --- Toolbar, status bar ---
 
-void MDI::setCommandGroup(const QString &group, bool enabled)
+void MDI::commandStateChanged(const DocumentWindow &document)
 {
-    tbTools->setGroupEnabled(group, enabled);
+    if (&document == activeDocument())
+        showCommandState();
 }
 
-void MDI::setButtonEnabled(const QString &key, bool enabled)
+void MDI::showCommandState()
 {
-    tbTools->setButtonEnabled(key, enabled);
+    const DocumentWindow *document = activeDocument();
+    tbTools->show(document ? document->commandState() : CommandState());
 }
 
-void MDI::setButtonPressed(const QString &key, bool pressed)
+void MDI::statusChanged(const DocumentWindow &document)
 {
-    tbTools->setButtonPressed(key, pressed);
+    if (&document != activeDocument() || m_statusPending)
+        return;
+    // Once for all that one command changes.
+    m_statusPending = true;
+    QMetaObject::invokeMethod(this, &MDI::showStatus, Qt::QueuedConnection);
+}
+
+void MDI::showStatus()
+{
+    m_statusPending = false;
+    const DocumentWindow *document = activeDocument();
+    const DocumentStatus shown = document ? document->status() : DocumentStatus();
+    status->setFacts({shown.name, shown.contents, shown.state});
 }
 
 QString MDI::panelText(int panel) const
@@ -379,6 +402,9 @@ DocumentWindow *MDI::addDocument()
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
     giveIcon({window});
+    window->setGeometry(WindowArranger::placeFor(mdi->viewport()->rect(),
+        static_cast<int>(m_documents.size()),
+        window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
     return document;
@@ -434,6 +460,8 @@ void MDI::mdi_SubWindowActivated()
         showMenusOf(document);
     if (document)
         document->Form_Activate();
+    showCommandState();
+    showStatus();
 }
 
 void MDI::showMenusOf(DocumentWindow *document)
@@ -527,8 +555,10 @@ void MDI::giveIcon(const QList<QMdiSubWindow *> &windows) const
 void MDI::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_painted)
+    if (event->type() == QEvent::PaletteChange && m_painted) {
         refreshIcons();
+        makeStartPage();
+    }
 }
 
 // --- Files dragged from the desktop ---
@@ -594,7 +624,7 @@ bool MDI::MDIForm_QueryUnload()
         for (frmToolHelp *help : std::as_const(helps))
             help->close();
         showMenusOf(nullptr);
-        tbTools->disableDocumentButtons();
+        showCommandState();
         return true; // Kept: the first close takes all other windows, the second one the frame.
     }
     saveRecentFiles();

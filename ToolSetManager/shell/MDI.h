@@ -11,7 +11,7 @@
 
 class CommandQueue;
 class CommandToolbar;
-class QMdiArea;
+class MdiArea;
 class QMdiSubWindow;
 class QTimer;
 class RecentFileMenu;
@@ -47,9 +47,8 @@ public:
     // --- Frame ---
     void openFile(const QString &path) override;
     void closeFrame() override;
-    void setCommandGroup(const QString &group, bool enabled) override;
-    void setButtonEnabled(const QString &key, bool enabled) override;
-    void setButtonPressed(const QString &key, bool pressed) override;
+    void commandStateChanged(const DocumentWindow &document) override;
+    void statusChanged(const DocumentWindow &document) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
     void showProgress(const QString &what, int percent) override;
@@ -110,6 +109,9 @@ private:
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     void giveIcon(const QList<QMdiSubWindow *> &windows) const;
     int currentView() const;
+    void showCommandState();
+    void showStatus();
+    void makeStartPage();
     void showMenusOf(DocumentWindow *document);
     /// Shows in the status bar what a drop of these files would do.
     void tellDrag(const QString &effect, const QString &names);
@@ -122,7 +124,7 @@ private:
     // --- Controls ---
     CommandToolbar *tbTools;
     StatusBar *status;
-    QMdiArea *mdi;
+    MdiArea *mdi;
     RecoveryOffer *m_recovery; ///< Its bar stands above the windows.
     QMenu *mnuFile = nullptr;
     QMenu *mnuHelp = nullptr;
@@ -134,6 +136,7 @@ private:
     CFileList *m_files;
     CommandQueue *m_commands;
     QStringList m_warnings; ///< All that have been shown.
+    bool m_statusPending = false; ///< showStatus() is about to run.
     bool m_painted = false; ///< The buttons have their icons.
     /// The files for the next "open" words, one for each; without one the user is asked.
     QQueue<QString> m_pendingPaths;

@@ -37,8 +37,7 @@ void ChangePreview::setLeftOut(const QSet<int> &positions)
 void ChangePreview::begin(State state, const QList<int> &positions)
 {
     m_state = state;
-    m_preview =
-        std::make_unique<BulkChange::Preview>(m_change, m_document, positions, m_codePage);
+    m_preview = std::make_unique<BulkChange::Preview>(m_change, m_document, positions, m_codePage);
     m_timer.start(0);
 }
 

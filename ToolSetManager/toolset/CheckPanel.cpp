@@ -34,8 +34,8 @@ CheckPanel::CheckPanel(QWidget *parent)
     row->setSpacing(2);
     row->addWidget(lblFindings, 1);
     const auto add = [&](const char *name, const char *caption, const char *toolTip, auto signal) {
-        QToolButton *button = addButton(QString::fromLatin1(name), QString::fromLatin1(caption),
-            QString::fromLatin1(toolTip));
+        QToolButton *button = addButton(
+            QString::fromLatin1(name), QString::fromLatin1(caption), QString::fromLatin1(toolTip));
         connect(button, &QToolButton::clicked, this, signal);
         row->addWidget(button);
         return button;

@@ -51,6 +51,7 @@ QList<int> EditCommands::selectedPositions() const
 
 void EditCommands::selectPositions(const QList<int> &positions)
 {
+    m_model.reveal(positions);
     m_list.selectRows(m_model.rowsOf(positions));
 }
 
@@ -81,7 +82,6 @@ bool EditCommands::append(const QList<ToolPtr> &tools, const QString &step)
     if (positions.isEmpty()) // no name was free
         return false;
     selectPositions(positions);
-    Q_EMIT commandStatesChanged();
     return true;
 }
 
@@ -108,6 +108,7 @@ void EditCommands::fillClipboard(bool ghosted)
     tools->setAllowDupes(true);
     m_state.ToolClipboard = std::move(tools);
     m_state.SourceCaption = m_window.Caption();
+    Q_EMIT m_state.toolClipboardChanged();
 }
 
 void EditCommands::copy()
@@ -117,7 +118,6 @@ void EditCommands::copy()
         ClearDragTools();
     fillClipboard(false);
     m_state.ClipboardMode = mTSM::CopyPending;
-    Q_EMIT commandStatesChanged();
     Q_EMIT clipboardFilled();
 }
 
@@ -127,7 +127,6 @@ void EditCommands::cut()
         ClearDragTools();
     fillClipboard(true);
     m_state.ClipboardMode = mTSM::CutPending;
-    Q_EMIT commandStatesChanged();
     Q_EMIT clipboardFilled();
 }
 
@@ -160,7 +159,7 @@ void EditCommands::ClearDragTools()
     m_state.SourceCaption.clear();
     // With the clipboard goes the mode: a later drop must not complete an abandoned cut.
     m_state.ClipboardMode = mTSM::NothingPending;
-    Q_EMIT commandStatesChanged();
+    Q_EMIT m_state.toolClipboardChanged();
 }
 
 int EditCommands::PasteEffect() const
@@ -202,7 +201,7 @@ void EditCommands::paste(int effect)
     } else if (effect != MoveEffect) {
         const ToolSetDocument::Step step(
             m_document, describe(QStringLiteral("Paste"), m_state.ToolClipboard->Count()));
-        PasteTools();
+        m_model.reveal(PasteTools());
     } else {
         const int target = m_list.SelectedItem();
         if (target < 0)
@@ -211,7 +210,6 @@ void EditCommands::paste(int effect)
         ClearDragTools();
     }
     m_document.setDirty();
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::drop(int effect, int row)
@@ -261,13 +259,14 @@ void EditCommands::CompleteCut()
     const auto found = sources();
     m_state.SourceCaption.clear();
     m_state.ToolClipboard.reset();
+    Q_EMIT m_state.toolClipboardChanged();
     for (ClipboardSource *source : found)
         source->completeCut();
 }
 
 void EditCommands::selectGhosted()
 {
-    m_list.selectRows(m_model.ghostedRows());
+    selectPositions(m_model.ghostedPositions());
 }
 
 // --- Delete, move ---
@@ -277,6 +276,8 @@ void EditCommands::deleteTools(bool asking)
     const QList<int> rows = m_list.selectedRows();
     if (rows.isEmpty())
         return;
+    // Before the question: meanwhile, help texts that are read may bring more rows.
+    const QList<int> positions = m_model.positionsOf(rows);
     if (asking) {
         const QString question = rows.size() == 1
             ? QStringLiteral("Do you want to delete '%1'?")
@@ -291,12 +292,12 @@ void EditCommands::deleteTools(bool asking)
     {
         const ToolSetDocument::Step step(m_document,
             describe(asking ? QStringLiteral("Delete") : QStringLiteral("Cut"), rows.size()));
-        m_document.remove(m_model.positionsOf(rows));
+        const int first = m_model.rowsOf(positions).constFirst();
+        m_document.remove(positions);
         // The keyboard goes on from the neighbour, which is not selected: a second Delete does
         // nothing.
-        m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
+        m_list.setFocusedItem(qMin(first, m_model.rowCount() - 1));
     }
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::moveSelection(Direction direction)
@@ -307,21 +308,24 @@ void EditCommands::moveSelection(Direction direction)
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
     sortByPosition();
     const QList<int> positions = selectedPositions();
-    int target = 1;
+    // Past hidden tools: the place is above or below a tool that is seen.
+    int target = 0;
     switch (direction) {
     case Direction::Up:
-        target = qMax(positions.constFirst() - 1, 1);
+        target = m_model.nextShown(positions.constFirst(), false);
         break;
     case Direction::Down:
-        target = qMin(positions.constLast() + 1, m_document.count());
+        target = m_model.nextShown(positions.constLast(), true);
         break;
     case Direction::ToStart:
-        target = 1;
+        target = m_model.nextShown(0, true);
         break;
     case Direction::ToEnd:
-        target = m_document.count();
+        target = m_model.nextShown(m_document.count() + 1, false);
         break;
     }
+    if (target == 0) // they are at that end
+        target = direction == Direction::Up ? positions.constFirst() : positions.constLast();
     const ToolSetDocument::Step step(
         m_document, describe(QStringLiteral("Move"), positions.size()));
     selectPositions(m_document.move(positions, target));
@@ -333,12 +337,10 @@ void EditCommands::undo()
 {
     const Hourglass hourglass;
     m_document.undo();
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::redo()
 {
     const Hourglass hourglass;
     m_document.redo();
-    Q_EMIT commandStatesChanged();
 }

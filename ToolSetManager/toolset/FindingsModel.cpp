@@ -100,10 +100,10 @@ QList<ToolCheck::Row> FindingsModel::sorted() const
     keyed.reserve(static_cast<size_t>(m_findings.size()));
     for (qsizetype i = 0; i < m_findings.size(); ++i) {
         const ToolCheck::Row &row = m_findings[i];
-        keyed.push_back({m_sortColumn == SeverityColumn
-                ? QString(QChar(static_cast<int>(row.finding.severity)))
-                : text(row, m_sortColumn).toCaseFolded(),
-            i});
+        keyed.push_back(
+            {m_sortColumn == SeverityColumn ? QString(QChar(static_cast<int>(row.finding.severity)))
+                                            : text(row, m_sortColumn).toCaseFolded(),
+                i});
     }
     const bool descending = m_sortOrder == Qt::DescendingOrder;
     std::stable_sort(keyed.begin(), keyed.end(), [descending](const Keyed &a, const Keyed &b) {

@@ -12,7 +12,14 @@ class FindingsModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
-    enum Column { SeverityColumn, ToolColumn, FieldColumn, FindingColumn, AdviceColumn, ColumnCount };
+    enum Column {
+        SeverityColumn,
+        ToolColumn,
+        FieldColumn,
+        FindingColumn,
+        AdviceColumn,
+        ColumnCount
+    };
 
     explicit FindingsModel(QObject *parent = nullptr);
 

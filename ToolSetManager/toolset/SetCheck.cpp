@@ -50,7 +50,7 @@ void SetCheck::makePanel()
     m_panel = new CheckPanel(m_form);
     connect(m_panel, &CheckPanel::chosen, this, &SetCheck::fieldChosen);
     connect(m_panel, &CheckPanel::heightChanged, this, &SetCheck::layoutChanged);
-    connect(m_panel, &CheckPanel::iconsChanged, &m_list, &ToolListModel::marksChanged);
+    connect(m_panel, &CheckPanel::iconsChanged, &m_list, &ToolListModel::badgesChanged);
     connect(m_panel, &CheckPanel::drivesRequested, this, &SetCheck::chooseDrives);
     connect(m_panel, &CheckPanel::printRequested, this,
         [this] { m_report.print(m_check.allFindings(), m_document.FileName()); });
@@ -75,7 +75,7 @@ void SetCheck::run()
     m_check.start(rules());
     if (!isOpen()) {
         m_panel->show();
-        m_list.setMarks({[this](int position) { return mark(position); },
+        m_list.setBadges({[this](int position) { return mark(position); },
             [this](int position) { return markText(position); }});
         Q_EMIT layoutChanged();
     }
@@ -89,7 +89,7 @@ void SetCheck::close()
     m_check.stop();
     m_files.forget();
     m_refresh.stop();
-    m_list.setMarks({});
+    m_list.setBadges({});
     m_panel->setFindings({}, {});
     m_panel->hide();
     Q_EMIT layoutChanged();
@@ -117,7 +117,7 @@ void SetCheck::refresh()
     timer.start();
     const auto findings = m_check.allFindings();
     m_panel->setFindings(findings, summary(findings));
-    m_list.marksChanged();
+    m_list.badgesChanged();
     // Most of the time is for the check and for the user, however many findings there are.
     constexpr int share = 5;
     m_refresh.setInterval(
@@ -127,8 +127,9 @@ void SetCheck::refresh()
 QString SetCheck::summary(const QList<ToolCheck::Row> &findings) const
 {
     const QString found = QStringLiteral("Check: ") + ToolCheck::summary(findings);
-    return m_check.isComplete() ? found
-                                : found + QStringLiteral("; checking, %L1 left").arg(m_check.left());
+    return m_check.isComplete()
+        ? found
+        : found + QStringLiteral("; checking, %L1 left").arg(m_check.left());
 }
 
 QIcon SetCheck::mark(int position) const
@@ -143,9 +144,9 @@ QString SetCheck::markText(int position) const
     const auto findings = m_check.findings(position);
     for (const ToolFinding &finding : findings) {
         if (isMarked(finding.severity)) {
-            lines.append(QStringLiteral("%1: %2 %3")
-                             .arg(ToolCheck::caption(finding.severity), finding.what,
-                                 finding.advice));
+            lines.append(
+                QStringLiteral("%1: %2 %3")
+                    .arg(ToolCheck::caption(finding.severity), finding.what, finding.advice));
         }
     }
     return lines.join(u'\n');

@@ -53,8 +53,7 @@ void ToolPictures::work()
             ++open;
             continue;
         }
-        m_pictures.insert(
-            open.key(), state == FileLookup::State::Found ? read(*open) : QImage());
+        m_pictures.insert(open.key(), state == FileLookup::State::Found ? read(*open) : QImage());
         open = m_open.erase(open);
         if (deadline.hasExpired()) {
             m_timer.start(0);

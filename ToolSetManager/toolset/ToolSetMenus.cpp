@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Captions.h"
 #include "platform/desktop/Tag.h"
+#include "shell/CommandTable.h"
 #include "shell/RecentFileMenu.h"
 
 #include <QAction>
@@ -78,6 +79,18 @@ constexpr Item helpItems[ToolSetMenus::HelpItems] = {
     {Text("&About Tool  Set Manager..."), Text(), Text()},
 };
 
+/// Appends the step to the command's text; without one the item is disabled.
+void showStep(QAction &item, const QString &command, const std::optional<QString> &step)
+{
+    // With the name of a tool, which may be long, and in which a tab would begin the shortcut.
+    constexpr int maxLength = 60;
+    QString text = step.value_or(QString()).simplified();
+    if (text.size() > maxLength)
+        text = text.left(maxLength - 1) + u'\u2026';
+    item.setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
+    item.setEnabled(step.has_value());
+}
+
 } // namespace
 
 ToolSetMenus::ToolSetMenus(QWidget *parent)
@@ -105,16 +118,16 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuEditRedo = editItem(QStringLiteral("mnuEditRedo"), {}, QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    showUndo({}, {});
+    addFindItems();
     addWorkOnSets();
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
+    show(CommandState());
 }
 
-QAction *ToolSetMenus::editItem(
-    const QString &name, const QString &caption, const QString &word)
+QAction *ToolSetMenus::editItem(const QString &name, const QString &caption, const QString &word)
 {
     QAction *item = mnuEdit->addAction(caption);
     item->setObjectName(name);
@@ -124,39 +137,36 @@ QAction *ToolSetMenus::editItem(
 
 void ToolSetMenus::addWorkOnSets()
 {
-    mnuEdit->addSeparator();
     mnuEditChangeTools = editItem(QStringLiteral("mnuEditChangeTools"),
         QStringLiteral("Change &Several Tools..."), QStringLiteral("changetools"));
-    mnuEditCheck = editItem(
-        QStringLiteral("mnuEditCheck"), QStringLiteral("Chec&k"), QStringLiteral("check"));
+    mnuEditCheck =
+        editItem(QStringLiteral("mnuEditCheck"), QStringLiteral("Chec&k"), QStringLiteral("check"));
     mnuEditCheck->setShortcut(QKeySequence(Qt::Key_F7));
 }
 
-void ToolSetMenus::showUndo(
-    const std::optional<QString> &undoText, const std::optional<QString> &redoText)
+void ToolSetMenus::addFindItems()
 {
-    const auto show = [](QAction *item, const QString &command,
-                          const std::optional<QString> &step) {
-        // With the name of a tool, which may be long, and in which a tab would begin the shortcut.
-        constexpr int longest = 60;
-        QString text = step.value_or(QString()).simplified();
-        if (text.size() > longest)
-            text = text.left(longest - 1) + u'\u2026';
-        item->setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
-        item->setEnabled(step.has_value());
+    mnuEdit->addSeparator();
+    const auto item = [this](const char16_t *name, const char16_t *caption, QKeySequence keys) {
+        QAction *made = mnuEdit->addAction(QString::fromUtf16(caption));
+        made->setObjectName(QString::fromUtf16(name));
+        made->setShortcut(keys);
+        return made;
     };
-    show(mnuEditUndo, QStringLiteral("Und&o"), undoText);
-    show(mnuEditRedo, QStringLiteral("&Redo"), redoText);
+    mnuEditFind = item(u"mnuEditFind", u"&Find...", Qt::CTRL | Qt::Key_F);
+    mnuEditFindNext = item(u"mnuEditFindNext", u"Find Ne&xt", Qt::Key_F3);
+    mnuEditFindPrevious = item(u"mnuEditFindPrevious", u"Find Pre&vious", Qt::SHIFT | Qt::Key_F3);
 }
 
-void ToolSetMenus::setGroupEnabled(const QString &group, bool enabled)
+void ToolSetMenus::show(const CommandState &state)
 {
-    const auto apply = [&](const auto &items) {
-        for (QAction *item : items) {
-            if (Tag::of(*item) == group)
-                item->setEnabled(enabled);
-        }
+    const auto enable = [&](const auto &items) {
+        for (QAction *item : items)
+            item->setEnabled(state.isEnabled(Tag::of(*item)));
     };
-    apply(mnuEditX);
-    apply(mnuViewX);
+    enable(mnuEditX);
+    enable(mnuViewX);
+    mnuEditChangeTools->setEnabled(state.isEnabled(CommandTable::needsTool));
+    showStep(*mnuEditUndo, QStringLiteral("Und&o"), state.undo);
+    showStep(*mnuEditRedo, QStringLiteral("&Redo"), state.redo);
 }

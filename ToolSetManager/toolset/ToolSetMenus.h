@@ -1,10 +1,11 @@
 #pragma once
 
+#include "shell/CommandState.h"
+
 #include <QList>
 #include <QObject>
 
 #include <array>
-#include <optional>
 
 class QAction;
 class QMenu;
@@ -60,24 +61,25 @@ public:
     QAction *mnuFilePrintPreview;
     QAction *mnuEditUndo;
     QAction *mnuEditRedo;
+    QAction *mnuEditFind;
+    QAction *mnuEditFindNext;
+    QAction *mnuEditFindPrevious;
     QAction *mnuEditCheck;
     QAction *mnuEditChangeTools;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
 
-    /// Shows what can be undone and redone, if that has a text. An item without a value is
-    /// disabled.
-    void showUndo(const std::optional<QString> &undoText, const std::optional<QString> &redoText);
+    /// Enables the Edit and View items by the groups that their tags name, and says in Undo and
+    /// Redo what they are about.
+    void show(const CommandState &state);
 
-    /// Enables the Edit and View items whose tag is \a group.
-    void setGroupEnabled(const QString &group, bool enabled);
+Q_SIGNALS:
+    void chosen(const QString &commandWord);
 
 private:
     /// An item of this program's own with a command word, at the end of the Edit menu.
     QAction *editItem(const QString &name, const QString &caption, const QString &word);
+    void addFindItems();
     void addWorkOnSets();
-
-Q_SIGNALS:
-    void chosen(const QString &commandWord);
 };

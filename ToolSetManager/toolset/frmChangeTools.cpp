@@ -52,7 +52,7 @@ frmChangeTools::frmChangeTools(ToolSetDocument &document, const CodePage &codePa
     all->addWidget(pages);
     all->addLayout(previewRows(), 1);
     all->addLayout(buttonRow());
-    pages->setMaximumHeight(pages->sizeHint().height());
+    pages->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 
     connect(&m_typing, &QTimer::timeout, this, &frmChangeTools::refresh);
     connect(tvwEvents, &EventChoices::changed, this, &frmChangeTools::refresh);
@@ -93,10 +93,9 @@ QLayout *frmChangeTools::scopeRow()
         });
         return button;
     };
-    optSelected = option(
-        "optSelected", QStringLiteral("&Selected tools (%L1)"), m_scope.selected.size());
-    optShown =
-        option("optShown", QStringLiteral("All tools sho&wn (%L1)"), m_scope.shown.size());
+    optSelected =
+        option("optSelected", QStringLiteral("&Selected tools (%L1)"), m_scope.selected.size());
+    optShown = option("optShown", QStringLiteral("All tools sho&wn (%L1)"), m_scope.shown.size());
     // One selected tool is what every list has; several were meant.
     const QSignalBlocker blockers[] = {QSignalBlocker(optSelected), QSignalBlocker(optShown)};
     (m_scope.selected.size() > 1 ? optSelected : optShown)->setChecked(true);
@@ -127,8 +126,7 @@ QWidget *frmChangeTools::replacePage()
     };
     txtFind = line("txtFind");
     txtReplace = line("txtReplace");
-    chkMatchCase =
-        named("chkMatchCase", new QCheckBox(QStringLiteral("Match &case"), this));
+    chkMatchCase = named("chkMatchCase", new QCheckBox(QStringLiteral("Match &case"), this));
     connect(chkMatchCase, &QCheckBox::toggled, this, &frmChangeTools::refresh);
     lblHint = named("lblHint", new QLabel(this));
     lblHint->setTextFormat(Qt::PlainText);
@@ -200,10 +198,11 @@ QLayout *frmChangeTools::previewRows()
     tvwChanges->setAllColumnsShowFocus(true);
     tvwChanges->setTextElideMode(Qt::ElideMiddle); // of paths, both ends matter
     const int letter = fontMetrics().averageCharWidth();
-    const int widths[] = {letter * 24, letter * 16, letter * 32, letter * 32};
+    const int widths[] = {letter * 24, letter * 19, letter * 32, letter * 32};
     for (int column = 0; column < ChangesModel::RemarkColumn; ++column)
         tvwChanges->setColumnWidth(column, widths[column]);
-    auto *label = new QLabel(QStringLiteral("P&review; tools that are not ticked stay as they are:"));
+    auto *label =
+        new QLabel(QStringLiteral("P&review; tools that are not ticked stay as they are:"));
     label->setBuddy(tvwChanges);
     cmdTickAll = named("cmdTickAll", new QPushButton(QStringLiteral("&Tick All"), this));
     cmdTickNone = named("cmdTickNone", new QPushButton(QStringLiteral("Tick N&one"), this));

@@ -14,6 +14,7 @@
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
 #include "toolset/FileDrop.h"
+#include "toolset/FindBar.h"
 #include "toolset/SetCheck.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolHelp.h"
@@ -27,6 +28,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -66,7 +68,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , tmrPopUp(makeTimer(this, 25))
     , tmrResize(makeTimer(this, 50))
     , m_set(storage)
-    , m_list(new ToolListModel(m_set, this))
+    , m_list(new ToolListModel(m_set, storage.codePage.number(), this))
     , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, m_set, *lvTools))
     , m_edit(new EditCommands(*this, this, frame, state, storage, m_set, *lvTools, *m_list))
     , m_properties(
@@ -90,8 +92,9 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
     connectEdits();
-    new FileDrop(*this, frame, settings, *lvTools, *m_edit, this); // asked after the drags of tools
+    new FileDrop(*this, frame, state, settings, *lvTools, *m_edit, this);
     connectMenus();
+    connectFind();
     connectCheck();
     new WindowMenu(*m_menus, *this, frame, this);
     Form_Load();
@@ -128,8 +131,9 @@ void frmToolSet::connectList()
     connect(lvTools, &ListView::AfterLabelEdit, this, &frmToolSet::lvTools_AfterLabelEdit);
     connect(lvTools, &ListView::labelEditEnded, this, [this] {
         m_labelEditing = false;
-        refreshUndoItems();
+        showCommandState();
     });
+    connect(lvTools, &ListView::selectionChanged, this, [this] { m_frame.statusChanged(*this); });
     connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
     connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
     connect(lvTools, &ListView::KeyDown, this, &frmToolSet::Form_KeyDown);
@@ -159,7 +163,7 @@ void frmToolSet::connectMenus()
     connectItem(m_menus->mnuFileExit, [this] { mnuFileExit_Click(); });
     connectItem(m_menus->mnuEditX[Menus::EditToolHelp], [this] { tmrHelp->start(); });
     connectItem(m_menus->mnuViewX[Menus::ViewToolHelp], [this] { showToolHelp(); });
-    connect(m_menus->mnuEdit, &QMenu::aboutToShow, this, &frmToolSet::refreshUndoItems);
+    connect(m_menus->mnuEdit, &QMenu::aboutToShow, this, &frmToolSet::showCommandState);
     // "Tool Help" goes again with the menu. Later, because the menu reports that it hides before it
     // reports which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
@@ -172,6 +176,20 @@ void frmToolSet::connectMenus()
     connectItem(m_menus->mnuHelpx[Menus::HelpAddIn],
         [this] { m_frame.showHelp(QString::fromUtf16(Frame::addInHelp)); });
     connectItem(m_menus->mnuHelpx[Menus::HelpAbout], [this] { m_frame.showAbout(); });
+}
+
+void frmToolSet::connectFind()
+{
+    m_find = new FindBar(m_state, m_set, *lvTools, *m_list, this);
+    setTabOrder(m_find, lvTools);
+    connect(m_find, &FindBar::shown, this, &frmToolSet::layOut);
+    connect(m_find, &FindBar::countChanged, this, &frmToolSet::showEmptyHint);
+    const auto connectItem = [this](QAction *item, const std::function<void()> &command) {
+        connect(item, &QAction::triggered, this, [this, command] { runCommand(command); });
+    };
+    connectItem(m_menus->mnuEditFind, [this] { m_find->open(); });
+    connectItem(m_menus->mnuEditFindNext, [this] { m_find->findNext(true); });
+    connectItem(m_menus->mnuEditFindPrevious, [this] { m_find->findNext(false); });
 }
 
 // --- Properties ---
@@ -209,11 +227,27 @@ QString frmToolSet::Name() const
 void frmToolSet::setCaption(const QString &caption)
 {
     // A cut is completed in the window of this caption, also when it gets another one meanwhile.
-    if (m_state.SourceCaption == m_caption && !m_list->ghostedRows().isEmpty())
+    if (m_state.SourceCaption == m_caption && !m_list->ghostedPositions().isEmpty())
         m_state.SourceCaption = caption;
     m_caption = caption;
     setWindowTitle(Captions::forTitle(caption));
+    m_frame.statusChanged(*this);
     showEmptyHint();
+}
+
+DocumentStatus frmToolSet::status() const
+{
+    const auto tools = [](int count) {
+        return count == 1 ? QStringLiteral("1 tool") : QStringLiteral("%L1 tools").arg(count);
+    };
+    DocumentStatus status;
+    status.name = FileName().isEmpty() ? Caption() : QFileInfo(FileName()).fileName();
+    status.contents = m_set.count() == 0 ? QStringLiteral("no tools") : tools(m_set.count());
+    if (const qsizetype selected = lvTools->selectedRows().size())
+        status.contents += QStringLiteral(", %L1 selected").arg(selected);
+    if (Dirty())
+        status.state = QStringLiteral("changed");
+    return status;
 }
 
 int frmToolSet::View() const
@@ -224,7 +258,7 @@ int frmToolSet::View() const
 void frmToolSet::setView(int view)
 {
     lvTools->setView(view);
-    refreshCommandStates();
+    refreshToolCommands();
 }
 
 void frmToolSet::setAction(const QString &word)
@@ -300,6 +334,11 @@ void frmToolSet::showProperties()
 
 void frmToolSet::showEmptyHint()
 {
+    if (m_find->hidesAll()) {
+        lvTools->setEmptyHint({QStringLiteral("No tool matches"),
+            QStringLiteral("Press Escape in the field above to show all tools again.")});
+        return;
+    }
     lvTools->setEmptyHint({QStringLiteral("No tools yet"),
         QStringLiteral(
             "Press Ins to make a new tool, or drag programs, macros, help and text files "
@@ -334,41 +373,50 @@ void frmToolSet::closeEvent(QCloseEvent *event)
 
 void frmToolSet::Form_Activate()
 {
-    refreshCommandStates();
+    refreshToolCommands();
 }
 
-void frmToolSet::refreshCommandStates()
+void frmToolSet::refreshToolCommands()
 {
     SetCommandGroup(CommandTable::needsTool, m_set.count() >= 1);
-    refreshUndoItems();
-    // A drop or a completed cut changes a window that is not the active one; the frame's buttons
-    // are the active one's.
-    DocumentWindow *active = m_frame.activeDocument();
-    if (active && active != this)
-        active->Form_Activate();
 }
 
 void frmToolSet::SetCommandGroup(const QString &group, bool enabled)
 {
-    m_frame.setCommandGroup(group, enabled);
-    m_frame.setButtonPressed(QStringLiteral("list"), View() == ListView::lvwList);
-    m_frame.setButtonPressed(QStringLiteral("details"), View() != ListView::lvwList);
-    m_menus->setGroupEnabled(group, enabled);
-    refreshPasteCommands();
+    if (bool *state = m_commands.group(group))
+        *state = enabled;
+    refreshPasteCommand();
 }
 
-void frmToolSet::refreshPasteCommands()
+void frmToolSet::refreshPasteCommand()
 {
-    // A clipboard that holds a set without tools leaves the commands as they are.
-    if (m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1)
-        return;
-    setPasteEnabled(m_state.ToolClipboard != nullptr);
+    // A clipboard that holds a set without tools leaves the command as it is.
+    const bool undecided = m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1;
+    setPasteEnabled(undecided ? m_commands.needsClipboard : m_state.ToolClipboard != nullptr);
 }
 
 void frmToolSet::setPasteEnabled(bool enabled)
 {
-    m_menus->mnuEditX[ToolSetMenus::EditPaste]->setEnabled(enabled);
-    m_frame.setButtonEnabled(QStringLiteral("paste"), enabled);
+    m_commands.needsClipboard = enabled;
+    showCommandState();
+}
+
+void frmToolSet::showCommandState()
+{
+    const auto step = [](bool available, const QString &text = {}) {
+        return available ? std::optional(text) : std::nullopt;
+    };
+    m_commands.view = View();
+    if (const QLineEdit *label = editedLabel()) {
+        m_commands.undo = step(label->isUndoAvailable());
+        m_commands.redo = step(label->isRedoAvailable());
+    } else {
+        m_commands.undo = step(m_set.canUndo(), m_set.undoText());
+        m_commands.redo = step(m_set.canRedo(), m_set.redoText());
+    }
+    m_menus->show(m_commands);
+    m_frame.commandStateChanged(*this);
+    m_frame.statusChanged(*this);
 }
 
 void frmToolSet::showList()
@@ -403,13 +451,10 @@ void frmToolSet::completeCut()
 void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
-    connect(&m_set, &ToolSetDocument::reset, this, [this] {
-        showProperties();
-        refreshCommandStates();
-    });
+    connect(&m_set, &ToolSetDocument::reset, this, &frmToolSet::showProperties);
     connect(&m_set, &ToolSetDocument::propertiesChanged, this, &frmToolSet::showProperties);
-    connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshUndoItems);
-    connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
+    connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshToolCommands);
+    connect(&m_state, &mTSM::toolClipboardChanged, this, &frmToolSet::refreshPasteCommand);
     // Kept: also of a clipboard without tools, which a copy of nothing leaves.
     connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
     connect(m_edit, &EditCommands::toolAdded, m_properties,
@@ -487,11 +532,12 @@ void frmToolSet::connectCheck()
 
 void frmToolSet::showField(const ToolPtr &tool, const QString &field)
 {
-    const int row = m_list->rowOf(m_set.positionOf(tool.get()));
-    if (row < 0)
-        return;
+    const int position = m_set.positionOf(tool.get());
+    if (position == 0)
+        return; // it was deleted meanwhile
     runCommand([&] {
-        lvTools->setSelectedItem(row);
+        m_list->reveal({position});
+        lvTools->setSelectedItem(m_list->rowOf(position));
         m_properties->ShowToolProperties(field);
     });
 }
@@ -517,18 +563,6 @@ void frmToolSet::redoCommand()
         label->redo();
     else
         m_edit->redo();
-}
-
-void frmToolSet::refreshUndoItems()
-{
-    const auto item = [](bool available, const QString &text = {}) {
-        return available ? std::optional(text) : std::nullopt;
-    };
-    if (const QLineEdit *label = editedLabel())
-        m_menus->showUndo(item(label->isUndoAvailable()), item(label->isRedoAvailable()));
-    else
-        m_menus->showUndo(
-            item(m_set.canUndo(), m_set.undoText()), item(m_set.canRedo(), m_set.redoText()));
 }
 
 void frmToolSet::showToolHelp()
@@ -657,6 +691,12 @@ void frmToolSet::layOut()
         return;
     m_laidOut = true;
     lblToolSet->setGeometry(0, 0, width(), labelHeight);
-    lvTools->setGeometry(
-        m_check->layOut(QRect(0, labelHeight, width(), height() - labelHeight)));
+    const int top = labelHeight + heightOf(m_find);
+    m_find->setGeometry(0, labelHeight, width(), top - labelHeight);
+    lvTools->setGeometry(m_check->layOut(QRect(0, top, width(), qMax(0, height() - top))));
+}
+
+int frmToolSet::heightOf(QWidget *bar) const
+{
+    return bar->isHidden() ? 0 : bar->sizeHint().height();
 }

@@ -10,6 +10,7 @@
 #include <functional>
 
 class EditCommands;
+class FindBar;
 class Frame;
 class ListView;
 class Printers;
@@ -48,6 +49,8 @@ public:
     int View() const override;
     void setView(int view) override;
     void setAction(const QString &word) override;
+    CommandState commandState() const override { return m_commands; }
+    DocumentStatus status() const override;
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.
@@ -101,7 +104,9 @@ private:
     void Form_Load();
     void connectList();
     void connectMenus();
+    void connectFind();
     void layOut();
+    int heightOf(QWidget *bar) const; ///< 0 while it is hidden.
     void showEditMenu(const QPoint &globalPosition);
 
     void connectEdits();
@@ -125,14 +130,14 @@ private:
     void showProperties();
     void undoCommand();
     void redoCommand();
-    void refreshUndoItems();
     /// What an empty list says; not before the window has its set.
     void showEmptyHint();
     void showList();
     void setSort(int column, Qt::SortOrder order);
-    void refreshCommandStates();
-    void refreshPasteCommands();
+    void refreshToolCommands(); ///< There may be tools now, or none any more.
+    void refreshPasteCommand();
     void setPasteEnabled(bool enabled);
+    void showCommandState(); ///< In the menus and, by the frame, in the toolbar.
 
     Frame &m_frame;
     mTSM &m_state;
@@ -144,6 +149,7 @@ private:
     // --- Controls ---
     QLabel *lblToolSet;
     ListView *lvTools;
+    FindBar *m_find;
     ToolSetMenus *m_menus;
     QTimer *tmrHelp; ///< 10 ms from "Tool Help" in the menu, which has gone then, to the help.
     QTimer *tmrPopUp;
@@ -157,6 +163,7 @@ private:
     ToolPropertiesLink *m_properties;
     ReportCommands m_report;
     SetCheck *m_check;
+    CommandState m_commands;
     QString m_caption;
     bool m_labelEditing = false;
     bool m_unloading = false; ///< Closed from code: nothing is asked.

@@ -40,7 +40,8 @@ private Q_SLOTS:
         auto *view = child<QTreeView>(m_form, "tvwFindings");
         QVERIFY(view->hasFocus());
         const QString missing = u"The file \"%1\" does not exist."_qs.arg(path("c/B"));
-        QCOMPARE(rowOf(view, 0), u"Warning|b|Location|"_qs + missing
+        QCOMPARE(rowOf(view, 0),
+            u"Warning|b|Location|"_qs + missing
                 + u"|Correct the location, or put the file back."_qs);
         QVERIFY(mark(1).startsWith(
             u"Warning: %1 Correct the location, or put the file back.\nHint: "_qs.arg(missing)));
@@ -136,7 +137,10 @@ private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1StringView(name)); }
     QString mark(int row) const
     {
-        return Program::modelOf(m_form)->index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
+        return Program::modelOf(m_form)
+            ->index(row, 0)
+            .data(Qt::AccessibleDescriptionRole)
+            .toString();
     }
     static QString rowOf(const QTreeView *view, int row)
     {

@@ -1,9 +1,16 @@
 #pragma once
 
-#include <Qt>
+#include <QList>
+#include <QMetaType>
+
+#include <utility>
+
+/// Parts of a text, each its start and its length.
+using TextMarks = QList<std::pair<int, int>>;
 
 /// What a list view asks of its model beside the toolkit's roles.
 enum ItemRole {
     GhostedRole = Qt::UserRole + 1, ///< True for a row that is drawn faint.
-    MarkRole ///< A QIcon for the end of a label; null for none. Its tool tip is the row's.
+    MarksRole, ///< TextMarks of what is marked in an item's text: ascending, without overlaps.
+    BadgeRole ///< A QIcon for the end of an item; null for none. The tool tip says what it means.
 };

@@ -10,6 +10,8 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
 
 #include <limits>
@@ -23,15 +25,76 @@ QColor mixed(const QColor &colour, const QColor &ground, float share)
         mix(colour.greenF(), ground.greenF()), mix(colour.blueF(), ground.blueF()));
 }
 
-constexpr int markSide = 16;
-constexpr int markSpace = markSide + 4; ///< At the end of an item.
+constexpr int badgeSide = 16;
+constexpr int badgeSpace = badgeSide + 4; ///< At the end of an item.
 
-/// For the text of an item.
-int textRoom(const QStyleOptionViewItem &item)
+/// The width that the text of an item has, as the style draws it.
+QRect textRect(const QStyleOptionViewItem &item)
 {
     const QStyle *style = item.widget->style();
-    return style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget).width()
-        - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 1);
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 1;
+    return style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
+        .adjusted(margin, 0, -margin, 0);
+}
+
+/// The marks within what is left of a text that was cut off at one end; the dots are marked for
+/// what is not seen.
+QList<QTextLayout::FormatRange> formatsOf(
+    const TextMarks &marks, qsizetype length, qsizetype left, Qt::TextElideMode mode)
+{
+    QTextCharFormat marked; // like a pen's mark on paper, on any background
+    marked.setBackground(QColor(255, 221, 87));
+    marked.setForeground(Qt::black);
+    const bool cut = left < length;
+    const auto kept = static_cast<int>(left) - 1; // beside the dots
+    QList<QTextLayout::FormatRange> formats;
+    for (const auto &[start, count] : marks) {
+        int from = start;
+        int to = start + count;
+        if (cut && mode == Qt::ElideLeft) {
+            const auto gone = static_cast<int>(length) - kept - 1;
+            from = qMax(0, from - gone);
+            to = qMax(1, to - gone);
+        } else if (cut) {
+            from = qMin(from, kept);
+            to = qMin(to, kept + 1);
+        }
+        formats.append({from, to - from, marked});
+    }
+    return formats;
+}
+
+/// Draws an item whose text has marks, into the room for the text. The style draws everything but
+/// the text, in its place.
+void paintMarked(
+    QPainter *painter, QStyleOptionViewItem item, const TextMarks &marks, const QRect &room)
+{
+    const bool selected = item.state.testFlag(QStyle::State_Selected);
+    const auto group =
+        item.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    const QColor colour =
+        item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    item.palette.setColor(QPalette::Text, Qt::transparent);
+    item.palette.setColor(QPalette::HighlightedText, Qt::transparent);
+    item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+
+    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+    QTextLayout layout(text, item.font, painter->device());
+    QTextOption how;
+    how.setWrapMode(QTextOption::NoWrap);
+    how.setTextDirection(item.direction);
+    how.setAlignment(QStyle::visualAlignment(item.direction, item.displayAlignment));
+    layout.setTextOption(how);
+    layout.setFormats(formatsOf(marks, item.text.size(), text.size(), item.textElideMode));
+    layout.beginLayout();
+    layout.createLine().setLineWidth(room.width());
+    layout.endLayout();
+    const int height = qRound(layout.boundingRect().height());
+    painter->save();
+    painter->setClipRect(room);
+    painter->setPen(colour);
+    layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - height) / 2));
+    painter->restore();
 }
 
 } // namespace
@@ -123,18 +186,30 @@ void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) con
 void LabelDelegate::paint(
     QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const QIcon mark = index.data(MarkRole).value<QIcon>();
-    if (mark.isNull())
-        return QStyledItemDelegate::paint(painter, option, index);
+    const auto marks = index.data(MarksRole).value<TextMarks>();
+    const QIcon badge = index.data(BadgeRole).value<QIcon>();
+    if ((marks.isEmpty() && badge.isNull()) || !option.widget) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const QStyle *style = item.widget->style();
-    const int room = textRoom(item) - markSpace;
-    item.text = item.fontMetrics.elidedText(item.text, item.textElideMode, room);
-    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
-    const QRect place(item.rect.right() - markSpace + 1,
-        item.rect.center().y() - (markSide - 1) / 2, markSide, markSide);
-    mark.paint(painter, QStyle::visualRect(item.direction, item.rect, place));
+    QRect room = textRect(item);
+    if (!badge.isNull()) {
+        const bool mirrored = item.direction == Qt::RightToLeft;
+        room.adjust(mirrored ? badgeSpace : 0, 0, mirrored ? 0 : -badgeSpace, 0);
+    }
+    if (marks.isEmpty()) {
+        item.text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+        item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+    } else {
+        paintMarked(painter, item, marks, room);
+    }
+    if (!badge.isNull()) {
+        const QRect place(item.rect.right() - badgeSpace + 1,
+            item.rect.center().y() - (badgeSide - 1) / 2, badgeSide, badgeSide);
+        badge.paint(painter, QStyle::visualRect(item.direction, item.rect, place));
+    }
 }
 
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -148,8 +223,8 @@ QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIn
     const int margin = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
     const QSize icon = list->iconSize();
     const int text = widthOf(index.data(Qt::DisplayRole).toString(), option);
-    const int mark = index.data(MarkRole).isNull() ? 0 : markSpace;
-    return {qMin(icon.width() + text + 6 * margin, longest) + mark,
+    const int badge = index.data(BadgeRole).isNull() ? 0 : badgeSpace;
+    return {qMin(icon.width() + text + 6 * margin, longest) + badge,
         qMax(icon.height(), option.fontMetrics.height()) + 2};
 }
 
@@ -175,9 +250,8 @@ bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
     item.widget = view;
-    const bool marked = !index.data(MarkRole).isNull();
-    const bool cut = item.fontMetrics.horizontalAdvance(item.text)
-        > textRoom(item) - (marked ? markSpace : 0);
+    const int badge = index.data(BadgeRole).isNull() ? 0 : badgeSpace;
+    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > textRect(item).width() - badge;
     // A name may look like HTML, and a path must not be broken behind its drive.
     QString tip;
     if (cut)

@@ -5,8 +5,9 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Edits the labels of a view in place and draws its ghosted rows (see `GhostedRole`) and its marks
-/// (`MarkRole`). What was typed is reported and does not go to the model.
+/// Edits the labels of a view in place, draws its ghosted rows (see `GhostedRole`), what is marked
+/// in its texts (`MarksRole`) and badges (`BadgeRole`). What was typed is reported and does not go
+/// to the model.
 class LabelDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
