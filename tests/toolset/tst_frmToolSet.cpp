@@ -897,7 +897,7 @@ private Q_SLOTS:
         QCOMPARE(count->text(), u"0 of 4"_qs);
         form->setAction(u"save"_qs);
         QCOMPARE(inFile("a.bmt"), u"a b(1) q c"_qs);
-        QVERIFY(m_frame->groups[u"P"_qs]);
+        QVERIFY(m_frame->commands.needsTool);
         field->setText(u"name:b"_qs);
         list->currentView()->selectAll();
         answers.message(u"Do you want to delete 'b(1)'?"_qs, QMessageBox::No);
