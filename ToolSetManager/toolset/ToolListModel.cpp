@@ -6,7 +6,6 @@
 
 #include <QCollator>
 #include <QHash>
-#include <QIcon>
 #include <QPixmap>
 
 #include <algorithm>
@@ -259,6 +258,16 @@ QList<int> ToolListModel::positionsOf(const QList<int> &rows) const
     return positions;
 }
 
+QList<int> ToolListModel::shownPositions() const
+{
+    QList<int> positions;
+    positions.reserve(rowCount());
+    for (int row = 0; row < rowCount(); ++row)
+        positions.append(positionAt(row));
+    std::sort(positions.begin(), positions.end());
+    return positions;
+}
+
 int ToolListModel::rowOfIndex(size_t index) const
 {
     return static_cast<int>(
@@ -416,6 +425,30 @@ void ToolListModel::clearGhosted()
     changed(0, ColumnCount - 1, GhostedRole);
 }
 
+void ToolListModel::setBadges(const Badges &badges)
+{
+    m_badges = badges;
+    badgesChanged();
+}
+
+void ToolListModel::badgesChanged()
+{
+    changed(NameColumn, NameColumn, BadgeRole);
+}
+
+QVariant ToolListModel::badge(const QModelIndex &index, int role) const
+{
+    if (index.column() != NameColumn || !m_badges.icon || !m_badges.text)
+        return {};
+    const int position = positionAt(index.row());
+    if (role == BadgeRole) {
+        const QIcon icon = m_badges.icon(position);
+        return icon.isNull() ? QVariant() : icon;
+    }
+    const QString text = m_badges.text(position);
+    return text.isEmpty() ? QVariant() : text;
+}
+
 void ToolListModel::RefreshIcons()
 {
     changed(NameColumn, NameColumn, Qt::DecorationRole);
@@ -451,6 +484,10 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
         return {};
     case GhostedRole:
         return row.ghosted;
+    case BadgeRole:
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return badge(index, role);
     case MarksRole:
         return marks(index);
     default:

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Captions.h"
 #include "platform/desktop/Tag.h"
+#include "shell/CommandTable.h"
 #include "shell/RecentFileMenu.h"
 
 #include <QAction>
@@ -112,23 +113,35 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuFileExit->setShortcut(QKeySequence::Quit);
     fill(mnuEdit, Text("mnuEditX"), mnuEditX, editItems, this);
     mnuEdit->addSeparator();
-    const auto commandItem = [this](const QString &name, const QString &word) {
-        QAction *item = mnuEdit->addAction(QString());
-        item->setObjectName(name);
-        connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
-        return item;
-    };
-    mnuEditUndo = commandItem(QStringLiteral("mnuEditUndo"), QStringLiteral("undo"));
+    mnuEditUndo = editItem(QStringLiteral("mnuEditUndo"), {}, QStringLiteral("undo"));
     mnuEditUndo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
-    mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
+    mnuEditRedo = editItem(QStringLiteral("mnuEditRedo"), {}, QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     addFindItems();
+    addWorkOnSets();
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
     show(CommandState());
+}
+
+QAction *ToolSetMenus::editItem(const QString &name, const QString &caption, const QString &word)
+{
+    QAction *item = mnuEdit->addAction(caption);
+    item->setObjectName(name);
+    connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
+    return item;
+}
+
+void ToolSetMenus::addWorkOnSets()
+{
+    mnuEditChangeTools = editItem(QStringLiteral("mnuEditChangeTools"),
+        QStringLiteral("Change &Several Tools..."), QStringLiteral("changetools"));
+    mnuEditCheck =
+        editItem(QStringLiteral("mnuEditCheck"), QStringLiteral("Chec&k"), QStringLiteral("check"));
+    mnuEditCheck->setShortcut(QKeySequence(Qt::Key_F7));
 }
 
 void ToolSetMenus::addFindItems()
@@ -153,6 +166,7 @@ void ToolSetMenus::show(const CommandState &state)
     };
     enable(mnuEditX);
     enable(mnuViewX);
+    mnuEditChangeTools->setEnabled(state.isEnabled(CommandTable::needsTool));
     showStep(*mnuEditUndo, QStringLiteral("Und&o"), state.undo);
     showStep(*mnuEditRedo, QStringLiteral("&Redo"), state.redo);
 }

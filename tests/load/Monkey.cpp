@@ -154,6 +154,11 @@ bool Monkey::actInList(frmToolSet *window)
         m_program.frame.setAction(u"delete"_qs);
         return true;
     }
+    auto *check = window->findChild<QWidget *>(u"checkPanel"_qs);
+    if (check && check->isVisible() && one(6)) {
+        actIn(check);
+        return true;
+    }
     switch (random(15)) {
     case 0:
         key(view,
