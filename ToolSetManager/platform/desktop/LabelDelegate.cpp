@@ -194,35 +194,6 @@ void LabelDelegate::paint(
     }
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-<<<<<<< HEAD
-    const bool selected = item.state.testFlag(QStyle::State_Selected);
-    const auto group =
-        item.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
-    const QColor colour =
-        item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-    item.palette.setColor(QPalette::Text, Qt::transparent);
-    item.palette.setColor(QPalette::HighlightedText, Qt::transparent);
-    item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
-
-    const QRect room = textRect(item);
-    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
-    QTextLayout layout(text, item.font, painter->device());
-    QTextOption how;
-    how.setWrapMode(QTextOption::NoWrap);
-    how.setTextDirection(item.direction);
-    how.setAlignment(QStyle::visualAlignment(item.direction, item.displayAlignment));
-    layout.setTextOption(how);
-    layout.setFormats(formatsOf(marks, item.text.size(), text.size(), item.textElideMode));
-    layout.beginLayout();
-    layout.createLine().setLineWidth(room.width());
-    layout.endLayout();
-    const int height = qRound(layout.boundingRect().height());
-    painter->save();
-    painter->setClipRect(room);
-    painter->setPen(colour);
-    layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - height) / 2));
-    painter->restore();
-=======
     QRect room = textRect(item);
     if (!badge.isNull()) {
         const bool mirrored = item.direction == Qt::RightToLeft;
@@ -239,7 +210,6 @@ void LabelDelegate::paint(
             item.rect.center().y() - (badgeSide - 1) / 2, badgeSide, badgeSide);
         badge.paint(painter, QStyle::visualRect(item.direction, item.rect, place));
     }
->>>>>>> wt-g
 }
 
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
