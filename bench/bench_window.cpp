@@ -22,8 +22,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
-#include <QToolButton>
 #include <QLineEdit>
+#include <QToolButton>
 #include <QTreeView>
 
 #include <algorithm>
