@@ -2,7 +2,7 @@
 #include "model/ToolSetStorage.h"
 #include "model/VbEvents.h"
 #include "platform/print/PageDocument.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 #include "support/PrintedPages.h"
 #include "support/TestRunner.h"
 

@@ -43,8 +43,6 @@ public:
     QString ownRTF() const;
     QString Text() const { return toPlainText(); }
     void setText(const QString &plain); ///< Also counts as text that was put in.
-    /// What a RichTextBox of that font would write for a text.
-    static QString ownForm(const QString &rtf, const QString &family, double points);
 
     // --- The box ---
     int BorderStyle() const { return m_borderStyle; }
