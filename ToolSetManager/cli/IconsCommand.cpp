@@ -27,9 +27,12 @@ Session::Result Commands::icons(Session &session, const QCommandLineParser &argu
     const QStringList paths = arguments.positionalArguments();
     QFile file(paths[0]);
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
-        session.error(paths[0],
-            file.error() != QFile::NoError ? file.errorString()
-                                           : QStringLiteral("not an ordinary file"));
+        QString why = file.errorString();
+        if (!file.exists())
+            why = QStringLiteral("there is no such file");
+        else if (!QFileInfo(file).isFile())
+            why = QStringLiteral("not an ordinary file");
+        session.error(paths[0], why);
         return Session::Trouble;
     }
     int size = ProgramIcons::usualSize;

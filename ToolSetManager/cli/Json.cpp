@@ -14,10 +14,24 @@ bool isHidden(char16_t c)
         || (c >= 0xD800 && c <= 0xF8FF);
 }
 
+/// A character that stands for itself, in one byte.
+bool isPlain(char16_t c)
+{
+    return c >= 0x20 && c < 0x7F && c != u'"' && c != u'\\';
+}
+
 void appendQuoted(QByteArray &to, QStringView text)
 {
     to += '"';
     for (qsizetype i = 0; i < text.size(); ++i) {
+        qsizetype plain = i;
+        while (plain < text.size() && isPlain(text[plain].unicode()))
+            ++plain;
+        if (plain > i) {
+            to += text.sliced(i, plain - i).toLatin1();
+            i = plain - 1;
+            continue;
+        }
         const char16_t c = text[i].unicode();
         const bool pair =
             text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
@@ -34,8 +48,6 @@ void appendQuoted(QByteArray &to, QStringView text)
             to += text.sliced(i++, 2).toUtf8();
         } else if (isHidden(c)) {
             to += "\\u" + QByteArray::number(c, 16).rightJustified(4, '0');
-        } else if (c < 0x80) {
-            to += char(c);
         } else {
             to += text.sliced(i, 1).toUtf8();
         }
@@ -221,6 +233,8 @@ bool Parser::readObject(JsonValue &value, int depth)
     ++m_at;
     if (take(u'}'))
         return true;
+    constexpr size_t usualCount = 16;
+    value.members.reserve(usualCount);
     do {
         skipBlanks();
         if (next() != u'"')

@@ -5,8 +5,6 @@
 #include "model/ToolFields.h"
 #include "model/ToolKinds.h"
 
-#include <QSet>
-
 #include <algorithm>
 #include <limits>
 
@@ -15,7 +13,7 @@ namespace {
 using Type = JsonValue::Type;
 
 /// "command line" as "commandLine".
-QString keyOf(const char *fieldName)
+QString keyFor(const char *fieldName)
 {
     QString key;
     bool capital = false;
@@ -28,6 +26,17 @@ QString keyOf(const char *fieldName)
         capital = false;
     }
     return key;
+}
+
+/// By the index of the field in ToolFields.
+const QString &keyOf(int field)
+{
+    static const QStringList keys = [] {
+        QStringList all;
+        ToolFields::forEach([&all](const auto &each) { all.append(keyFor(each.name)); });
+        return all;
+    }();
+    return keys[field];
 }
 
 /// Help text and picture have files of their own; the flags are not in the file.
@@ -196,10 +205,12 @@ struct Read
 
 void ToolJson::write(JsonWriter &json, const CVBATool &tool)
 {
+    int index = 0;
     ToolFields::forEach([&](const auto &field) {
+        const int at = index++;
         if (!isInJson(field))
             return;
-        json.key(keyOf(field.name));
+        json.key(keyOf(at));
         Write {json, tool}(field);
     });
 }
@@ -207,13 +218,14 @@ void ToolJson::write(JsonWriter &json, const CVBATool &tool)
 void ToolJson::read(
     const JsonValue &object, CVBATool &tool, const QStringList &known, const Report &report)
 {
-    QSet<QString> keys(known.begin(), known.end());
+    int index = 0;
+    QStringList keys = known;
     ToolFields::forEach([&](const auto &field) {
+        const int at = index++;
         if (!isInJson(field))
             return;
-        const QString key = keyOf(field.name);
-        keys.insert(key);
-        if (const JsonValue *value = object.find(key))
+        keys.append(keyOf(at));
+        if (const JsonValue *value = object.find(keyOf(at)))
             Read {*value, tool, report}(field);
     });
     for (const auto &[key, value] : object.members) {
@@ -224,12 +236,5 @@ void ToolJson::read(
 
 const JsonValue *ToolJson::valueOf(const JsonValue &object, QString CVBATool::*field)
 {
-    const JsonValue *found = nullptr;
-    ToolFields::forEach([&](const auto &each) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(each)>, ToolFields::Text>) {
-            if (each.field == field)
-                found = object.find(keyOf(each.name));
-        }
-    });
-    return found;
+    return object.find(keyOf(ToolFields::indexOf(field)));
 }

@@ -41,8 +41,9 @@ private:
     void readTool(const JsonValue &object, CVBATools &tools);
     void readFolder(const JsonValue &object, CVBATool &tool);
     void checkTexts(const JsonValue &object, const CVBATool &tool);
-    QString readRichText(const QString &file);
-    QImage readPicture(const QString &file);
+    std::optional<QByteArray> readFile(const QString &path, qint64 largest);
+    QString readRichText(const QString &path);
+    QImage readPicture(const QString &path);
 
     Session &m_session;
     const QString m_folder;
@@ -193,11 +194,13 @@ void Reader::checkTexts(const JsonValue &object, const CVBATool &tool)
 {
     const auto check = [&](QString CVBATool::*field, const char *name) {
         const QString problem = StorableText::problem(m_codePage, tool.*field);
-        const JsonValue *value = ToolJson::valueOf(object, field);
-        if (!problem.isEmpty() && value)
+        if (problem.isEmpty())
+            return;
+        if (const JsonValue *value = ToolJson::valueOf(object, field)) {
             report(*value,
                 QStringLiteral("the %1 cannot be stored: %2")
                     .arg(QLatin1StringView(name), problem));
+        }
     };
     ToolFields::forEach([&](const auto &field) {
         if constexpr (std::is_same_v<std::decay_t<decltype(field)>, ToolFields::Text>)
@@ -205,38 +208,47 @@ void Reader::checkTexts(const JsonValue &object, const CVBATool &tool)
     });
 }
 
-QString Reader::readRichText(const QString &path)
+/// Of a file that may be missing.
+std::optional<QByteArray> Reader::readFile(const QString &path, qint64 largest)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         if (file.exists())
             report(path, file.errorString());
-        return {}; // no file, no text
+        return std::nullopt;
     }
-    const QByteArray bytes = file.read(BmtFormat::longestString + 1);
-    if (bytes.size() > BmtFormat::longestString) {
+    // Most files are short: their size need not be asked for.
+    constexpr qint64 usual = 1 << 13;
+    QByteArray bytes = file.read(usual);
+    if (bytes.size() == usual)
+        bytes += file.read(qMin(file.size(), largest + 1) - usual);
+    if (bytes.size() > largest) {
         report(path,
-            QStringLiteral("the text is longer than the %L1 bytes that a tool set can hold")
-                .arg(BmtFormat::longestString));
+            QStringLiteral("the file is longer than the %L1 bytes that it may have").arg(largest));
+        return std::nullopt;
     }
-    return m_codePage.decode(bytes);
+    return bytes;
+}
+
+QString Reader::readRichText(const QString &path)
+{
+    return m_codePage.decode(readFile(path, BmtFormat::longestString).value_or(QByteArray()));
 }
 
 QImage Reader::readPicture(const QString &path)
 {
-    constexpr qint64 largest = 16 << 20; // of a file
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        if (file.exists())
-            report(path, file.errorString());
+    constexpr qint64 largest = 16 << 20;
+    const auto bytes = readFile(path, largest);
+    if (!bytes)
         return {};
-    }
     qint64 memory = 64 << 20;
-    const auto picture = Picture::decode(file.read(largest), memory, BmtTool::longestPictureSide);
+    const auto picture = Picture::decode(*bytes, memory, BmtTool::longestPictureSide);
     if (!picture) {
         report(path, QStringLiteral("the picture cannot be read"));
         return {};
     }
+    if (picture->width() <= CVBATool::pictureSide && picture->height() <= CVBATool::pictureSide)
+        return *picture;
     // As the set will store it: small, however many there are.
     m_box.setPicture(*picture);
     return m_box.Image();
