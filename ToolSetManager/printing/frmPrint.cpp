@@ -4,6 +4,7 @@
 #include "platform/VbError.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/Icons.h"
+#include "platform/desktop/MWindowPosition.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/Toolbar.h"
@@ -12,7 +13,7 @@
 #include "platform/print/PrintJob.h"
 #include "platform/print/Printers.h"
 #include "printing/PrintProgress.h"
-#include "shell/MWindowPosition.h"
+#include "report/ToolsetReport.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "printing/PreviewPages.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 
 #include <QDialog>
 

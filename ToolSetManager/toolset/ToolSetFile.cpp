@@ -1,5 +1,7 @@
 #include "toolset/ToolSetFile.h"
 
+#include "model/BmtTool.h"
+#include "model/OldHelp.h"
 #include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
@@ -7,7 +9,6 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/mFileUtil.h"
-#include "platform/rtf/RichTextBox.h"
 #include "shell/BusyProgress.h"
 #include "shell/CFileList.h"
 #include "shell/DocumentWindow.h"
@@ -24,8 +25,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr Twips pictureBoxSize {275};
 
 QString recoveredCaption(const QString &title)
 {
@@ -60,7 +59,7 @@ ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, 
     , m_storage(storage)
     , m_set(set)
     , m_list(list)
-    , picUtil(pictureBoxSize, pictureBoxSize)
+    , picUtil(BmtTool::pictureBoxSide, BmtTool::pictureBoxSide)
     , m_snapshots(new SnapshotKeeper(
           storage, [this] { return snapshot(); }, this))
 {
@@ -145,8 +144,7 @@ bool ToolSetFile::openSet()
         const bool ok = loaded->Load(path);
         loaded->Progress = nullptr;
         if (ok) {
-            if (loaded->FileVersion() < BmtFormat::currentVersion)
-                rewriteHelpTexts(*loaded);
+            OldHelp::update(*loaded, m_storage.codePage.number());
             m_snapshots->discard();
             m_origin = {};
             m_set.setTools(std::move(loaded), true);
@@ -169,16 +167,6 @@ void ToolSetFile::setNotice(const QString &text)
 {
     m_notice = text;
     m_frame.setPanelText(Frame::noticePanel, text);
-}
-
-void ToolSetFile::rewriteHelpTexts(CVBATools &tools)
-{
-    const auto ownForm = [page = m_storage.codePage.number()](const QString &text) {
-        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5, page);
-    };
-    const QString empty = ownForm(QString());
-    for (const ToolPtr &tool : tools)
-        tool->HelpString = tool->HelpString.isEmpty() ? empty : ownForm(tool->HelpString);
 }
 
 // --- Save ---

@@ -81,5 +81,8 @@ private:
     /// An item of this program's own with a command word, at the end of the Edit menu.
     QAction *editItem(const QString &name, const QString &caption, const QString &word);
     void addFindItems();
+    void addListItems();
     void addWorkOnSets();
+
+    QList<QAction *> m_listItems; ///< For what else only the list's keys do.
 };

@@ -19,7 +19,9 @@ public:
     /// copies: all but the last ten of this file, then the oldest of all files until 200 MB are
     /// left. The newest copy of a file is never dropped for another file's sake within the call
     /// that made it. Returns the copy's path; empty when there was nothing to copy or it failed.
-    QString backup(const QString &path);
+    QString backup(const QString &path) { return backup(path, path); }
+    /// The same with the content of another file in its place.
+    QString backup(const QString &path, const QString &contentPath);
 
     /// A path at which a copy of a file named \a name may be written; it does not exist yet, its
     /// folder does. Empty when the folder cannot be made.

@@ -274,7 +274,7 @@ void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
         : option->decorationSize;
     if (index.column() == m_columnKeepingEnds)
         option->textElideMode = Qt::ElideLeft;
-    if (index.data(GhostedRole).toBool()) {
+    if (index.data(GhostedRole).toBool() || index.data(FaintRole).toBool()) {
         for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
             QPalette &palette = option->palette;
             const QColor base = palette.color(group, QPalette::Base);

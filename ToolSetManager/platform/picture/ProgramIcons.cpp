@@ -70,6 +70,11 @@ int ProgramIcons::count() const
     return m_library ? m_library->count() : 0;
 }
 
+std::vector<IconFrame> ProgramIcons::frames(int index) const
+{
+    return index >= 0 && index < count() ? m_library->frames(index) : std::vector<IconFrame>();
+}
+
 bool ProgramIcons::has(int index) const
 {
     if (!m_library)

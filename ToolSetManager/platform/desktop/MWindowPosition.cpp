@@ -1,10 +1,9 @@
-#include "shell/MWindowPosition.h"
+#include "platform/desktop/MWindowPosition.h"
 
 #include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/text/Twips.h"
 #include "platform/text/VbConvert.h"
-#include "shell/Settings.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -183,7 +182,7 @@ void SaveWindowPosition(SettingsStore &store, const QString &name, const QWidget
     QList<QPair<QString, QString>> pairs;
     for (const auto &[key, pixels] : values)
         pairs.append({key, VbConvert::fromSingle(static_cast<float>(toTwips(pixels)))});
-    store.SaveSettings(QString::fromUtf16(Settings::application), name, pairs);
+    store.SaveSettings(QString::fromUtf16(SettingsStore::addIn), name, pairs);
 }
 
 void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWidget &window)
@@ -192,7 +191,7 @@ void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWid
         return;
     constexpr int most = 1000000; // far beyond every screen, and safe to add to
     Stored stored;
-    const auto pairs = store.GetAllSettings(QString::fromUtf16(Settings::application), name);
+    const auto pairs = store.GetAllSettings(QString::fromUtf16(SettingsStore::addIn), name);
     for (const auto &[key, text] : pairs) {
         const auto number = VbConvert::toInt32(text);
         if (!number)
