@@ -69,7 +69,7 @@ int main(int argc, char *argv[])
 
     SettingsStore store;
     Settings settings(mFileUtil::ProgramFolder());
-    ToolSetStorage storage(CodePage::numberForLocale(QLocale::system()),
+    ToolSetStorage storage(CodePage::systemNumber(),
         QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     const ProgramEnd end([&storage] { storage.snapshots.writeAll(); });

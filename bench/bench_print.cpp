@@ -116,7 +116,7 @@ const QTextDocument &sameText(int count)
                                          "\tCommand line arguments:\t%3\n\tTool Help:\n")
                               .arg(tool->Description, tool->FileName, tool->CommandLine));
         QTextDocument help;
-        RichText::read(tool->HelpString, help);
+        RichText::read(tool->HelpString, help, RichText::reader(1252));
         cursor.setBlockFormat(value);
         cursor.insertFragment(QTextDocumentFragment(&help));
         cursor.insertText(QStringLiteral("\n\n"));

@@ -54,9 +54,4 @@ constexpr Button buttons[] = {
         QStyle::SP_FileDialogDetailedView},
 };
 
-/// The buttons that go disabled when the last document window has closed.
-constexpr QLatin1StringView documentButtons[] = {Text("save"), Text("newtool"), Text("print"),
-    Text("list"), Text("details"), Text("properties"), Text("cut"), Text("copy"), Text("delete"),
-    Text("toolproperties"), Text("paste")};
-
 } // namespace CommandTable

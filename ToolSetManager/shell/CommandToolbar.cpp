@@ -1,23 +1,17 @@
 #include "shell/CommandToolbar.h"
 
 #include "platform/desktop/Icons.h"
+#include "platform/desktop/ListView.h"
 #include "platform/desktop/Tag.h"
 #include "shell/CommandTable.h"
 
 #include <QAction>
 
-#include <algorithm>
-
 namespace {
 
-/// They show which view is on.
-constexpr QLatin1StringView viewButtons[] = {
-    QLatin1StringView("list"), QLatin1StringView("details")};
-
-bool isViewButton(QLatin1StringView key)
-{
-    return std::find(std::begin(viewButtons), std::end(viewButtons), key) != std::end(viewButtons);
-}
+// They show which view is on.
+constexpr QLatin1StringView listButton("list");
+constexpr QLatin1StringView detailsButton("details");
 
 } // namespace
 
@@ -32,11 +26,11 @@ CommandToolbar::CommandToolbar(QWidget *parent)
     for (const auto &row : CommandTable::buttons) {
         if (row.startsGroup)
             addSeparator();
-        QAction *made = addButton(row.key, row.toolTip, isViewButton(row.key));
+        QAction *made = addButton(row.key, row.toolTip, row.key == listButton || row.key == detailsButton);
         made->setIcon(blank);
         Tag::set(*made, row.tag);
     }
-    disableDocumentButtons();
+    show(CommandState());
 }
 
 void CommandToolbar::showIcons()
@@ -45,35 +39,11 @@ void CommandToolbar::showIcons()
         button(row.key)->setIcon(Icons::named(row.icon, row.fallbackIcon));
 }
 
-void CommandToolbar::setGroupEnabled(const QString &group, bool enabled)
+void CommandToolbar::show(const CommandState &state)
 {
     const auto all = buttons();
-    for (QAction *each : all) {
-        if (Tag::of(*each) == group)
-            each->setEnabled(enabled);
-    }
-}
-
-void CommandToolbar::setButtonEnabled(const QString &key, bool enabled)
-{
-    if (QAction *found = button(key))
-        found->setEnabled(enabled);
-}
-
-void CommandToolbar::setButtonPressed(const QString &key, bool pressed)
-{
-    setPressed(key, pressed);
-}
-
-void CommandToolbar::releaseViewButtons()
-{
-    for (const auto &key : viewButtons)
-        setPressed(key, false);
-}
-
-void CommandToolbar::disableDocumentButtons()
-{
-    for (const auto &key : CommandTable::documentButtons)
-        setButtonEnabled(key, false);
-    releaseViewButtons();
+    for (QAction *each : all)
+        each->setEnabled(state.isEnabled(Tag::of(*each)));
+    setPressed(listButton, state.view == ListView::lvwList);
+    setPressed(detailsButton, state.view != 0 && state.view != ListView::lvwList);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/desktop/Toolbar.h"
+#include "shell/CommandState.h"
 
 /// The toolbar of the main frame: a button for each row of the CommandTable. A click gives the
 /// button's command word; a group of commands is what carries the same tag.
@@ -8,19 +9,14 @@ class CommandToolbar : public Toolbar
 {
     Q_OBJECT
 public:
-    /// The document buttons are disabled, and all buttons blank until showIcons().
+    /// The buttons are as without a document window, and all buttons blank until showIcons().
     explicit CommandToolbar(QWidget *parent);
 
     /// Gives the buttons their icons, or other ones when the desktop's colours have changed.
     /// Finding and reading them takes as long as all the rest of the frame.
     void showIcons();
 
-    /// Enables or disables the buttons whose tag is \a group.
-    void setGroupEnabled(const QString &group, bool enabled);
-    // A key that no button has is ignored.
-    void setButtonEnabled(const QString &key, bool enabled);
-    void setButtonPressed(const QString &key, bool pressed);
-    void releaseViewButtons();
-    /// As it is without a document window.
-    void disableDocumentButtons();
+    /// Enables the buttons by the groups that their tags name, and presses the button of the view.
+    void show(const CommandState &state);
+    using Toolbar::show;
 };

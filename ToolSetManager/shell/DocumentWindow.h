@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/CommandState.h"
+
 #include <QList>
 #include <QString>
 
@@ -26,6 +28,8 @@ public:
     virtual int View() const = 0; ///< A value of ListView::ViewConstants.
     virtual void setView(int view) = 0;
     virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.
+
+    virtual CommandState commandState() const = 0;
 
     // --- Operations ---
     /// Offers to save a changed document. True when the user *cancelled*.

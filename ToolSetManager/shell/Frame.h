@@ -24,16 +24,15 @@ public:
     virtual void openFile(const QString &path) = 0; ///< Queues "open" for that path.
     virtual void closeFrame() = 0; ///< As the user's closing of the frame.
 
-    // --- Toolbar and status bar ---
+    /// The commandState() of \a document is another one now.
+    virtual void commandStateChanged(const DocumentWindow &document) = 0;
+
+    // --- Status bar ---
     // The panels count from 1.
     static constexpr int toolPanel = 1; ///< The tool whose properties are open.
     static constexpr int effectPanel = 1; ///< What a drop would do, during a drag; ...
     static constexpr int namesPanel = 2; ///< ... and with what.
     static constexpr int noticePanel = 2; ///< The active window's notice() otherwise.
-    /// Enables the toolbar buttons whose tag is \a group.
-    virtual void setCommandGroup(const QString &group, bool enabled) = 0;
-    virtual void setButtonEnabled(const QString &key, bool enabled) = 0;
-    virtual void setButtonPressed(const QString &key, bool pressed) = 0;
     virtual QString panelText(int panel) const = 0;
     virtual void setPanelText(int panel, const QString &text) = 0;
 

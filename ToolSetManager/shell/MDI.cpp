@@ -210,15 +210,11 @@ void MDI::dispatch(const QString &word)
         recoverToolSets();
     } else if (word == discardWord) {
         m_recovery->discard(this);
-    } else if (word == QStringLiteral("close")) {
-        if (m_documents.isEmpty())
-            tbTools->disableDocumentButtons();
     } else if (DocumentWindow *document = activeDocument()) {
         document->setAction(word);
     }
-    // A click on a view button presses it, also where there is no window to follow it.
-    if (!activeDocument())
-        tbTools->releaseViewButtons();
+    // Also after "close", and after a click on a view button, which has pressed it.
+    showCommandState();
 }
 
 int MDI::currentView() const
@@ -311,25 +307,20 @@ void MDI::recoverToolSets()
         if (!document->Recover(snapshot))
             document->Unload();
     }
-    if (m_documents.isEmpty())
-        tbTools->disableDocumentButtons();
 }
 
 // --- Toolbar, status bar ---
 
-void MDI::setCommandGroup(const QString &group, bool enabled)
+void MDI::commandStateChanged(const DocumentWindow &document)
 {
-    tbTools->setGroupEnabled(group, enabled);
+    if (&document == activeDocument())
+        showCommandState();
 }
 
-void MDI::setButtonEnabled(const QString &key, bool enabled)
+void MDI::showCommandState()
 {
-    tbTools->setButtonEnabled(key, enabled);
-}
-
-void MDI::setButtonPressed(const QString &key, bool pressed)
-{
-    tbTools->setButtonPressed(key, pressed);
+    const DocumentWindow *document = activeDocument();
+    tbTools->show(document ? document->commandState() : CommandState());
 }
 
 QString MDI::panelText(int panel) const
@@ -434,6 +425,7 @@ void MDI::mdi_SubWindowActivated()
         showMenusOf(document);
     if (document)
         document->Form_Activate();
+    showCommandState();
 }
 
 void MDI::showMenusOf(DocumentWindow *document)
@@ -594,7 +586,7 @@ bool MDI::MDIForm_QueryUnload()
         for (frmToolHelp *help : std::as_const(helps))
             help->close();
         showMenusOf(nullptr);
-        tbTools->disableDocumentButtons();
+        showCommandState();
         return true; // Kept: the first close takes all other windows, the second one the frame.
     }
     saveRecentFiles();

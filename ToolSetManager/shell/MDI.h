@@ -47,9 +47,7 @@ public:
     // --- Frame ---
     void openFile(const QString &path) override;
     void closeFrame() override;
-    void setCommandGroup(const QString &group, bool enabled) override;
-    void setButtonEnabled(const QString &key, bool enabled) override;
-    void setButtonPressed(const QString &key, bool pressed) override;
+    void commandStateChanged(const DocumentWindow &document) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
     void showProgress(const QString &what, int percent) override;
@@ -110,6 +108,7 @@ private:
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     void giveIcon(const QList<QMdiSubWindow *> &windows) const;
     int currentView() const;
+    void showCommandState();
     void showMenusOf(DocumentWindow *document);
     /// Shows in the status bar what a drop of these files would do.
     void tellDrag(const QString &effect, const QString &names);

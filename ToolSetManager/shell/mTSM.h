@@ -39,6 +39,7 @@ public:
     QList<int> ColumnWidths;
 
 Q_SIGNALS:
+    void toolClipboardChanged(); ///< Emitted by what fills or empties the clipboard.
     void dragGateArmed();
     void dragGateClosed();
 

@@ -81,7 +81,6 @@ bool EditCommands::append(const QList<ToolPtr> &tools, const QString &step)
     if (positions.isEmpty()) // no name was free
         return false;
     selectPositions(positions);
-    Q_EMIT commandStatesChanged();
     return true;
 }
 
@@ -108,6 +107,7 @@ void EditCommands::fillClipboard(bool ghosted)
     tools->setAllowDupes(true);
     m_state.ToolClipboard = std::move(tools);
     m_state.SourceCaption = m_window.Caption();
+    Q_EMIT m_state.toolClipboardChanged();
 }
 
 void EditCommands::copy()
@@ -117,7 +117,6 @@ void EditCommands::copy()
         ClearDragTools();
     fillClipboard(false);
     m_state.ClipboardMode = mTSM::CopyPending;
-    Q_EMIT commandStatesChanged();
     Q_EMIT clipboardFilled();
 }
 
@@ -127,7 +126,6 @@ void EditCommands::cut()
         ClearDragTools();
     fillClipboard(true);
     m_state.ClipboardMode = mTSM::CutPending;
-    Q_EMIT commandStatesChanged();
     Q_EMIT clipboardFilled();
 }
 
@@ -160,7 +158,7 @@ void EditCommands::ClearDragTools()
     m_state.SourceCaption.clear();
     // With the clipboard goes the mode: a later drop must not complete an abandoned cut.
     m_state.ClipboardMode = mTSM::NothingPending;
-    Q_EMIT commandStatesChanged();
+    Q_EMIT m_state.toolClipboardChanged();
 }
 
 int EditCommands::PasteEffect() const
@@ -211,7 +209,6 @@ void EditCommands::paste(int effect)
         ClearDragTools();
     }
     m_document.setDirty();
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::drop(int effect, int row)
@@ -261,6 +258,7 @@ void EditCommands::CompleteCut()
     const auto found = sources();
     m_state.SourceCaption.clear();
     m_state.ToolClipboard.reset();
+    Q_EMIT m_state.toolClipboardChanged();
     for (ClipboardSource *source : found)
         source->completeCut();
 }
@@ -296,7 +294,6 @@ void EditCommands::deleteTools(bool asking)
         // nothing.
         m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
     }
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::moveSelection(Direction direction)
@@ -333,12 +330,10 @@ void EditCommands::undo()
 {
     const Hourglass hourglass;
     m_document.undo();
-    Q_EMIT commandStatesChanged();
 }
 
 void EditCommands::redo()
 {
     const Hourglass hourglass;
     m_document.redo();
-    Q_EMIT commandStatesChanged();
 }

@@ -60,7 +60,6 @@ public:
     void selectGhosted();
 
 Q_SIGNALS:
-    void commandStatesChanged(); ///< There may be tools now, or none any more.
     void clipboardFilled(); ///< By a copy or a cut, also of nothing.
     void toolAdded(); ///< The new tool's item is selected.
 

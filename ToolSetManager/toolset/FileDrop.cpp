@@ -7,16 +7,18 @@
 #include "shell/Frame.h"
 #include "shell/Settings.h"
 #include "shell/ToolSetFiles.h"
+#include "shell/mTSM.h"
 #include "tooledit/ToolFromFile.h"
 #include "toolset/EditCommands.h"
 
 #include <QDragMoveEvent>
 
-FileDrop::FileDrop(DocumentWindow &document, Frame &frame, const Settings &settings, ListView &list,
-    EditCommands &edit, QObject *parent)
+FileDrop::FileDrop(DocumentWindow &document, Frame &frame, const mTSM &state,
+    const Settings &settings, ListView &list, EditCommands &edit, QObject *parent)
     : QObject(parent)
     , m_document(document)
     , m_frame(frame)
+    , m_state(state)
     , m_settings(settings)
     , m_list(list)
     , m_edit(edit)
@@ -44,7 +46,7 @@ void FileDrop::entered(const QDropEvent &event)
 
 void FileDrop::lvTools_OLEDragOver(QDragMoveEvent *event)
 {
-    if (event->isAccepted()) // a drag of tools
+    if (m_state.DraggingTools) // ToolDrag answers
         return;
     if (event->type() == QEvent::DragEnter)
         entered(*event);
@@ -58,7 +60,7 @@ void FileDrop::lvTools_OLEDragLeave()
 
 void FileDrop::lvTools_OLEDragDrop(QDropEvent *event)
 {
-    if (event->isAccepted() || (m_toolFiles.isEmpty() && m_toolSets.isEmpty()))
+    if (m_state.DraggingTools || (m_toolFiles.isEmpty() && m_toolSets.isEmpty()))
         return;
     FileDrag::answer(*event, true);
     const QStringList toolFiles = m_toolFiles;

@@ -10,6 +10,7 @@ class ListView;
 class QDragMoveEvent;
 class QDropEvent;
 class Settings;
+class mTSM;
 
 /// Files that a file manager drags onto the list of one window. A file that the properties dialog
 /// would recognise becomes a new tool at the end of the set, where tools from another window go,
@@ -19,8 +20,8 @@ class FileDrop : public QObject
     Q_OBJECT
 public:
     /// What is handed in is borrowed.
-    FileDrop(DocumentWindow &document, Frame &frame, const Settings &settings, ListView &list,
-        EditCommands &edit, QObject *parent);
+    FileDrop(DocumentWindow &document, Frame &frame, const mTSM &state, const Settings &settings,
+        ListView &list, EditCommands &edit, QObject *parent);
 
 private Q_SLOTS:
     void lvTools_OLEDragOver(QDragMoveEvent *event);
@@ -33,6 +34,7 @@ private:
 
     DocumentWindow &m_document;
     Frame &m_frame;
+    const mTSM &m_state;
     const Settings &m_settings;
     ListView &m_list;
     EditCommands &m_edit;

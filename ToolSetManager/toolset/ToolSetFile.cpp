@@ -173,8 +173,8 @@ void ToolSetFile::setNotice(const QString &text)
 
 void ToolSetFile::rewriteHelpTexts(CVBATools &tools)
 {
-    const auto ownForm = [](const QString &text) {
-        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5);
+    const auto ownForm = [page = m_storage.codePage.number()](const QString &text) {
+        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5, page);
     };
     const QString empty = ownForm(QString());
     for (const ToolPtr &tool : tools)

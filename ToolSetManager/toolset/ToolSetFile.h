@@ -72,7 +72,7 @@ private:
     QString noticeOfOthers() const;
     ToolSetSnapshot snapshot() const;
     /// Help texts of old files come out in the form that the rich-text box gives them.
-    static void rewriteHelpTexts(CVBATools &tools);
+    void rewriteHelpTexts(CVBATools &tools);
 
     DocumentWindow &m_document;
     QWidget *m_form;

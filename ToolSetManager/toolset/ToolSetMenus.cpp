@@ -78,6 +78,18 @@ constexpr Item helpItems[ToolSetMenus::HelpItems] = {
     {Text("&About Tool  Set Manager..."), Text(), Text()},
 };
 
+/// Appends the step to the command's text; without one the item is disabled.
+void showStep(QAction &item, const QString &command, const std::optional<QString> &step)
+{
+    // With the name of a tool, which may be long, and in which a tab would begin the shortcut.
+    constexpr int maxLength = 60;
+    QString text = step.value_or(QString()).simplified();
+    if (text.size() > maxLength)
+        text = text.left(maxLength - 1) + u'\u2026';
+    item.setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
+    item.setEnabled(step.has_value());
+}
+
 } // namespace
 
 ToolSetMenus::ToolSetMenus(QWidget *parent)
@@ -111,38 +123,21 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    showUndo({}, {});
+    show(CommandState());
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
 }
 
-void ToolSetMenus::showUndo(
-    const std::optional<QString> &undoText, const std::optional<QString> &redoText)
+void ToolSetMenus::show(const CommandState &state)
 {
-    const auto show = [](QAction *item, const QString &command,
-                          const std::optional<QString> &step) {
-        // With the name of a tool, which may be long, and in which a tab would begin the shortcut.
-        constexpr int longest = 60;
-        QString text = step.value_or(QString()).simplified();
-        if (text.size() > longest)
-            text = text.left(longest - 1) + u'\u2026';
-        item->setText(text.isEmpty() ? command : command + u' ' + Captions::forMenu(text));
-        item->setEnabled(step.has_value());
+    const auto enable = [&](const auto &items) {
+        for (QAction *item : items)
+            item->setEnabled(state.isEnabled(Tag::of(*item)));
     };
-    show(mnuEditUndo, QStringLiteral("Und&o"), undoText);
-    show(mnuEditRedo, QStringLiteral("&Redo"), redoText);
-}
-
-void ToolSetMenus::setGroupEnabled(const QString &group, bool enabled)
-{
-    const auto apply = [&](const auto &items) {
-        for (QAction *item : items) {
-            if (Tag::of(*item) == group)
-                item->setEnabled(enabled);
-        }
-    };
-    apply(mnuEditX);
-    apply(mnuViewX);
+    enable(mnuEditX);
+    enable(mnuViewX);
+    showStep(*mnuEditUndo, QStringLiteral("Und&o"), state.undo);
+    showStep(*mnuEditRedo, QStringLiteral("&Redo"), state.redo);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "shell/CommandState.h"
+
 #include <QList>
 #include <QObject>
 
 #include <array>
-#include <optional>
 
 class QAction;
 class QMenu;
@@ -64,12 +65,9 @@ public:
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
 
-    /// Shows what can be undone and redone, if that has a text. An item without a value is
-    /// disabled.
-    void showUndo(const std::optional<QString> &undoText, const std::optional<QString> &redoText);
-
-    /// Enables the Edit and View items whose tag is \a group.
-    void setGroupEnabled(const QString &group, bool enabled);
+    /// Enables the Edit and View items by the groups that their tags name, and says in Undo and
+    /// Redo what they are about.
+    void show(const CommandState &state);
 
 Q_SIGNALS:
     void chosen(const QString &commandWord);

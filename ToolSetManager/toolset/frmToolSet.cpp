@@ -82,7 +82,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connect(tmrResize, &QTimer::timeout, this, &frmToolSet::tmrResize_Timer);
     connectList();
     connectEdits();
-    new FileDrop(*this, frame, settings, *lvTools, *m_edit, this); // asked after the drags of tools
+    new FileDrop(*this, frame, state, settings, *lvTools, *m_edit, this);
     connectMenus();
     new WindowMenu(*m_menus, *this, frame, this);
     Form_Load();
@@ -119,7 +119,7 @@ void frmToolSet::connectList()
     connect(lvTools, &ListView::AfterLabelEdit, this, &frmToolSet::lvTools_AfterLabelEdit);
     connect(lvTools, &ListView::labelEditEnded, this, [this] {
         m_labelEditing = false;
-        refreshUndoItems();
+        showCommandState();
     });
     connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
     connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
@@ -150,7 +150,7 @@ void frmToolSet::connectMenus()
     connectItem(m_menus->mnuFileExit, [this] { mnuFileExit_Click(); });
     connectItem(m_menus->mnuEditX[Menus::EditToolHelp], [this] { tmrHelp->start(); });
     connectItem(m_menus->mnuViewX[Menus::ViewToolHelp], [this] { showToolHelp(); });
-    connect(m_menus->mnuEdit, &QMenu::aboutToShow, this, &frmToolSet::refreshUndoItems);
+    connect(m_menus->mnuEdit, &QMenu::aboutToShow, this, &frmToolSet::showCommandState);
     // "Tool Help" goes again with the menu. Later, because the menu reports that it hides before it
     // reports which item was chosen.
     connect(m_menus->mnuEdit, &QMenu::aboutToHide, this, [this] {
@@ -215,7 +215,7 @@ int frmToolSet::View() const
 void frmToolSet::setView(int view)
 {
     lvTools->setView(view);
-    refreshCommandStates();
+    refreshToolCommands();
 }
 
 void frmToolSet::setAction(const QString &word)
@@ -323,41 +323,49 @@ void frmToolSet::closeEvent(QCloseEvent *event)
 
 void frmToolSet::Form_Activate()
 {
-    refreshCommandStates();
+    refreshToolCommands();
 }
 
-void frmToolSet::refreshCommandStates()
+void frmToolSet::refreshToolCommands()
 {
     SetCommandGroup(CommandTable::needsTool, m_set.count() >= 1);
-    refreshUndoItems();
-    // A drop or a completed cut changes a window that is not the active one; the frame's buttons
-    // are the active one's.
-    DocumentWindow *active = m_frame.activeDocument();
-    if (active && active != this)
-        active->Form_Activate();
 }
 
 void frmToolSet::SetCommandGroup(const QString &group, bool enabled)
 {
-    m_frame.setCommandGroup(group, enabled);
-    m_frame.setButtonPressed(QStringLiteral("list"), View() == ListView::lvwList);
-    m_frame.setButtonPressed(QStringLiteral("details"), View() != ListView::lvwList);
-    m_menus->setGroupEnabled(group, enabled);
-    refreshPasteCommands();
+    if (bool *state = m_commands.group(group))
+        *state = enabled;
+    refreshPasteCommand();
 }
 
-void frmToolSet::refreshPasteCommands()
+void frmToolSet::refreshPasteCommand()
 {
-    // A clipboard that holds a set without tools leaves the commands as they are.
-    if (m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1)
-        return;
-    setPasteEnabled(m_state.ToolClipboard != nullptr);
+    // A clipboard that holds a set without tools leaves the command as it is.
+    const bool undecided = m_state.ToolClipboard && m_state.ToolClipboard->Count() < 1;
+    setPasteEnabled(undecided ? m_commands.needsClipboard : m_state.ToolClipboard != nullptr);
 }
 
 void frmToolSet::setPasteEnabled(bool enabled)
 {
-    m_menus->mnuEditX[ToolSetMenus::EditPaste]->setEnabled(enabled);
-    m_frame.setButtonEnabled(QStringLiteral("paste"), enabled);
+    m_commands.needsClipboard = enabled;
+    showCommandState();
+}
+
+void frmToolSet::showCommandState()
+{
+    const auto step = [](bool available, const QString &text = {}) {
+        return available ? std::optional(text) : std::nullopt;
+    };
+    m_commands.view = View();
+    if (const QLineEdit *label = editedLabel()) {
+        m_commands.undo = step(label->isUndoAvailable());
+        m_commands.redo = step(label->isRedoAvailable());
+    } else {
+        m_commands.undo = step(m_set.canUndo(), m_set.undoText());
+        m_commands.redo = step(m_set.canRedo(), m_set.redoText());
+    }
+    m_menus->show(m_commands);
+    m_frame.commandStateChanged(*this);
 }
 
 void frmToolSet::showList()
@@ -392,13 +400,10 @@ void frmToolSet::completeCut()
 void frmToolSet::connectEdits()
 {
     new ToolDrag(*this, m_frame, m_state, *lvTools, *m_list, *m_edit, this);
-    connect(&m_set, &ToolSetDocument::reset, this, [this] {
-        showProperties();
-        refreshCommandStates();
-    });
+    connect(&m_set, &ToolSetDocument::reset, this, &frmToolSet::showProperties);
     connect(&m_set, &ToolSetDocument::propertiesChanged, this, &frmToolSet::showProperties);
-    connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshUndoItems);
-    connect(m_edit, &EditCommands::commandStatesChanged, this, &frmToolSet::refreshCommandStates);
+    connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshToolCommands);
+    connect(&m_state, &mTSM::toolClipboardChanged, this, &frmToolSet::refreshPasteCommand);
     // Kept: also of a clipboard without tools, which a copy of nothing leaves.
     connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
     connect(
@@ -478,18 +483,6 @@ void frmToolSet::redoCommand()
         label->redo();
     else
         m_edit->redo();
-}
-
-void frmToolSet::refreshUndoItems()
-{
-    const auto item = [](bool available, const QString &text = {}) {
-        return available ? std::optional(text) : std::nullopt;
-    };
-    if (const QLineEdit *label = editedLabel())
-        m_menus->showUndo(item(label->isUndoAvailable()), item(label->isRedoAvailable()));
-    else
-        m_menus->showUndo(
-            item(m_set.canUndo(), m_set.undoText()), item(m_set.canRedo(), m_set.redoText()));
 }
 
 void frmToolSet::showToolHelp()

@@ -47,6 +47,7 @@ public:
     int View() const override;
     void setView(int view) override;
     void setAction(const QString &word) override;
+    CommandState commandState() const override { return m_commands; }
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.
@@ -121,14 +122,14 @@ private:
     void showProperties();
     void undoCommand();
     void redoCommand();
-    void refreshUndoItems();
     /// What an empty list says; not before the window has its set.
     void showEmptyHint();
     void showList();
     void setSort(int column, Qt::SortOrder order);
-    void refreshCommandStates();
-    void refreshPasteCommands();
+    void refreshToolCommands(); ///< There may be tools now, or none any more.
+    void refreshPasteCommand();
     void setPasteEnabled(bool enabled);
+    void showCommandState(); ///< In the menus and, by the frame, in the toolbar.
 
     Frame &m_frame;
     mTSM &m_state;
@@ -149,6 +150,7 @@ private:
     EditCommands *m_edit;
     ToolPropertiesLink *m_properties;
     ReportCommands m_report;
+    CommandState m_commands;
     QString m_caption;
     bool m_labelEditing = false;
     bool m_unloading = false; ///< Closed from code: nothing is asked.

@@ -14,9 +14,7 @@ public:
     QStringList words; ///< Queued command words.
     QStringList warnings;
     QStringList opened; ///< Paths handed over with openFile().
-    QMap<QString, bool> groups;
-    QMap<QString, bool> enabled;
-    QMap<QString, bool> pressed;
+    CommandState commands; ///< Of the window that told last.
     QMap<int, QString> panels;
     QList<DocumentWindow *> documents;
     QList<Arrangement> arranged;
@@ -26,9 +24,10 @@ public:
     void setAction(const QString &word) override { words.append(word); }
     void openFile(const QString &path) override { opened.append(path); }
     void closeFrame() override { ++closes; }
-    void setCommandGroup(const QString &group, bool on) override { groups[group] = on; }
-    void setButtonEnabled(const QString &key, bool on) override { enabled[key] = on; }
-    void setButtonPressed(const QString &key, bool on) override { pressed[key] = on; }
+    void commandStateChanged(const DocumentWindow &document) override
+    {
+        commands = document.commandState();
+    }
     QString panelText(int panel) const override { return panels.value(panel); }
     void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
     void showProgress(const QString &, int) override { }

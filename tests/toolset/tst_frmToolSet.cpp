@@ -51,7 +51,7 @@ private Q_SLOTS:
             texts.append(model->index(1, column).data(Qt::DisplayRole).toString());
         }
         QCOMPARE(texts.join(u'|'), u"Tool Description|y|Position|002|Tool Location|C:\\Y"_qs);
-        QCOMPARE(m_frame->groups[u"P"_qs], true);
+        QCOMPARE(m_frame->commands.needsTool, true);
     }
 
     /// Help texts of files below version 2 come out in the form that the rich-text box gives them.
@@ -64,7 +64,7 @@ private Q_SLOTS:
         frmToolSet *form = window(path("old.bmt"));
         for (const auto &[tool, text] : {std::pair(1, u"help of x"_qs), std::pair(2, QString())}) {
             const QString help = form->Tools().Item(tool)->HelpString;
-            QCOMPARE(help, RichTextBox::ownForm(text, u"MS Sans Serif"_qs, 8.5));
+            QCOMPARE(help, RichTextBox::ownForm(text, u"MS Sans Serif"_qs, 8.5, 1252));
             QVERIFY(help.startsWith(u"{\\rtf1"_qs));
         }
         QCOMPARE(form->Tools().FLAGS() & 1, 1);
@@ -138,10 +138,10 @@ private Q_SLOTS:
         form->setAction(u"list"_qs); // has no headers, so it shows positions
         QCOMPARE(order(), u"bca"_qs);
         QCOMPARE(form->View(), int(ListView::lvwList));
-        QVERIFY(m_frame->pressed[u"list"_qs] && !m_frame->pressed[u"details"_qs]);
+        QCOMPARE(m_frame->commands.view, int(ListView::lvwList));
         form->setAction(u"details"_qs);
         QCOMPARE(form->View(), int(ListView::lvwReport));
-        QVERIFY(!m_frame->pressed[u"list"_qs] && m_frame->pressed[u"details"_qs]);
+        QCOMPARE(m_frame->commands.view, int(ListView::lvwReport));
     }
 
     void savingInPositionOrder()
@@ -299,7 +299,7 @@ private Q_SLOTS:
         QCOMPARE(enabled(), u"xxx-xx"_qs);
         form->setAction(u"copy"_qs);
         QCOMPARE(enabled(), u"xxxxxx"_qs);
-        QCOMPARE(m_frame->enabled[u"paste"_qs], true);
+        QCOMPARE(m_frame->commands.needsClipboard, true);
         QTest::keyClick(listOf(form)->currentView(), Qt::Key_Escape);
         QCOMPARE(enabled(), u"xxx-xx"_qs);
         QCOMPARE(text(form), u"Tool(1)"_qs); // the release has cleared the selection
@@ -429,7 +429,7 @@ private Q_SLOTS:
         answers.message(u"Do you want to delete the 3 items selected?"_qs, QMessageBox::Yes);
         run(form, u"abc"_qs, "delete");
         QCOMPARE(modelOf(form)->rowCount(), 0);
-        QCOMPARE(m_frame->groups[u"P"_qs], false);
+        QCOMPARE(m_frame->commands.needsTool, false);
     }
 
     /// Each command is one step, whose text the menu shows; another one where it opens a dialog.
@@ -792,7 +792,7 @@ private Q_SLOTS:
         QCOMPARE(text(form), u"a b [Edit.exe] [Sort.bas] [Notes.txt]"_qs);
         QCOMPARE(m_frame->opened, QStringList(path("a.bmt")));
         QVERIFY(form->Dirty());
-        QVERIFY(m_frame->groups.value(u"P"_qs));
+        QVERIFY(m_frame->commands.needsTool);
         QVERIFY(m_frame->panels.value(1).isEmpty() && m_frame->panels.value(2).isEmpty());
         const auto tool = [&](int row) { return *modelOf(form)->toolAt(row); };
         QCOMPARE(tool(2).Location(), path("EDIT.EXE"));

@@ -2,6 +2,7 @@
 
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
+#include "platform/text/CodePage.h"
 #include "platform/text/Twips.h"
 
 #include <QPainter>
@@ -107,6 +108,7 @@ QString PageDocument::RichTextPart::text() const
 }
 
 PageDocument::PageDocument()
+    : m_codePage(CodePage::systemNumber())
 {
     RichText::substituteFonts();
 }
@@ -368,7 +370,8 @@ void PageDocument::setTextRTF(const QString &rtf)
     standard.setPointSizeF(double(standard.pixelSize()) / Twips::perPoint);
     body->document.setDefaultFont(standard);
     if (first < last)
-        RichText::read(QString(first, last - first), body->document);
+        RichText::read(
+            QString(first, last - first), body->document, RichText::reader(m_codePage));
     const int length = body->document.characterCount() - 1;
 
     m_x = m_column = lineStart();

@@ -96,6 +96,9 @@ public:
     void setFooter(const QString &text) { m_footer = text; }
     void setHeaderFont(const QString &family, double points, bool bold); ///< Of both.
 
+    /// Of rich texts written from now on that do not tell theirs; at first the system's.
+    void setCodePage(int number) { m_codePage = number; }
+
     // --- Position and font ---
     int CurrentX() const { return qRound(m_x); }
     void setCurrentX(int x); ///< Text that is wrapped goes on below this place.
@@ -153,5 +156,6 @@ private:
     double m_y = 0;
     double m_column = 0; ///< Where wrapped text goes on.
     int m_indent = 0;
+    int m_codePage;
     std::vector<Page> m_pages;
 };

@@ -46,10 +46,10 @@ void RichText::substituteFonts()
     Q_UNUSED(done)
 }
 
-RtfReader RichText::reader()
+RtfReader RichText::reader(int codePage)
 {
     RtfReader reader;
-    reader.options.defaultCodePage = RtfText::systemCodePage();
+    reader.options.defaultCodePage = codePage;
     reader.options.metafileDecoder = playMetafile(std::make_shared<qint64>(0));
     return reader;
 }
@@ -57,7 +57,7 @@ RtfReader RichText::reader()
 void RichText::read(const QString &text, QTextDocument &document, RtfReader reader)
 {
     if (RtfText::isRtf(text))
-        reader.read(RtfText::toBytes(text), document);
+        reader.read(RtfText::toBytes(text, reader.options.defaultCodePage), document);
     else
         reader.readPlainText(text, document);
 }

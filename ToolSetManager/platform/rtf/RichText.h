@@ -11,12 +11,13 @@ namespace RichText {
 /// would break elsewhere. Once is enough.
 void substituteFonts();
 
-/// A reader for the system's code page which plays metafiles. Playing those of one reader may take
+/// A reader for texts of that code page which plays metafiles. Playing those of one reader may take
 /// some seconds in all; those beyond are shown as a frame.
-RtfReader reader();
+RtfReader reader(int codePage);
 
-/// Replaces the document's content by the text, which is RTF or plain.
-void read(const QString &text, QTextDocument &document, RtfReader reader = RichText::reader());
+/// Replaces the document's content by the text, which is RTF or plain; what the reader takes as
+/// its code page is that of the text.
+void read(const QString &text, QTextDocument &document, RtfReader reader);
 
 /// Names of the fonts to choose from: those of the screen, and those that documents mostly name,
 /// which have stand-ins of the same widths where they are missing. Sorted.

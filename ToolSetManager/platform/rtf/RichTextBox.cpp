@@ -6,6 +6,7 @@
 #include "platform/rtf/RtfMimeData.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
+#include "platform/text/CodePage.h"
 #include "platform/text/Twips.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -56,6 +57,7 @@ bool hasEndlessWord(const QTextBlock &block)
 
 RichTextBox::RichTextBox(const QString &family, double points, QWidget *parent)
     : QTextEdit(parent)
+    , m_codePage(CodePage::systemNumber())
     , m_colours(std::make_unique<ReadableColours>(*document()))
 {
     RichText::substituteFonts();
@@ -88,7 +90,7 @@ void RichTextBox::load(const QString &rtf)
     m_mostHeight = 0;
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDefaultFont(font());
-    RichText::read(rtf, *document());
+    RichText::read(rtf, *document(), RichText::reader(m_codePage));
     setTextCursor(QTextCursor(document()));
     wrap();
 }
@@ -114,13 +116,14 @@ void RichTextBox::setText(const QString &plain)
     m_given = RtfText::isRtf(plain) ? plain : ownRTF();
 }
 
-QString RichTextBox::ownForm(const QString &rtf, const QString &family, double points)
+QString RichTextBox::ownForm(
+    const QString &rtf, const QString &family, double points, int codePage)
 {
     QTextDocument document;
     QFont standard(family);
     standard.setPointSizeF(points);
     document.setDefaultFont(standard);
-    RtfReader reader = RichText::reader();
+    RtfReader reader = RichText::reader(codePage);
     reader.options.metafileDecoder = nullptr; // what pictures show is not written
     RichText::read(rtf, document, std::move(reader));
     return QString::fromLatin1(RtfWriter::write(document));
@@ -306,8 +309,8 @@ void RichTextBox::setSelRTF(const QString &rtf)
     }
     QTextDocument source;
     source.setDefaultFont(font());
-    RtfReader from = RichText::reader();
-    from.read(RtfText::toBytes(rtf), source);
+    RtfReader from = RichText::reader(m_codePage);
+    from.read(RtfText::toBytes(rtf, m_codePage), source);
     insertDocument(source, from.endedWithParagraph());
 }
 
@@ -750,7 +753,7 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
     dropLockedFormat();
     QTextDocument text;
     text.setDefaultFont(font());
-    RtfReader from = RichText::reader();
+    RtfReader from = RichText::reader(m_codePage);
     const auto refused = [this](const QTextDocumentFragment &pasted, const QImage &picture) {
         const qint64 length = lengthWith(pasted);
         if (length > m_longestRTF)
@@ -788,9 +791,9 @@ void RichTextBox::SelPrint(
     QTextDocument part;
     part.setDefaultFont(font());
     if (selectionOnly && SelLength() > 0)
-        RichText::reader().read(RtfWriter::writeSelection(textCursor()), part);
+        RichText::reader(m_codePage).read(RtfWriter::writeSelection(textCursor()), part);
     else
-        RichText::reader().read(RtfWriter::write(*document()), part);
+        RichText::reader(m_codePage).read(RtfWriter::write(*document()), part);
     RichTextPages pages(part);
     const int length = part.characterCount() - 1;
     for (int first = 0;;) {

@@ -44,7 +44,9 @@ public:
     QString Text() const { return toPlainText(); }
     void setText(const QString &plain); ///< Also counts as text that was put in.
     /// What a RichTextBox of that font would write for a text.
-    static QString ownForm(const QString &rtf, const QString &family, double points);
+    static QString ownForm(const QString &rtf, const QString &family, double points, int codePage);
+    /// Of texts put in from now on that do not tell theirs; at first the system's.
+    void setCodePage(int number) { m_codePage = number; }
 
     // --- The box ---
     int BorderStyle() const { return m_borderStyle; }
@@ -165,6 +167,7 @@ private:
     QString m_given; ///< What was put in.
     int m_borderStyle = rtfFixedSingle;
     int m_rightMargin = 0;
+    int m_codePage;
     qsizetype m_longestRTF = 0;
     std::pair<int, int> m_reportedSelection {0, 0};
     double m_mostHeight = 0; ///< What the text can take on the screen at most; pixels.

@@ -300,7 +300,7 @@ QString RtfPlainText::read(const QString &text)
 {
     if (!RtfText::isRtf(text))
         return text;
-    return Run(*this, RtfText::toBytes(text)).run();
+    return Run(*this, RtfText::toBytes(text, m_codePage)).run();
 }
 
 const RtfCharset &RtfPlainText::charset(int codePage)

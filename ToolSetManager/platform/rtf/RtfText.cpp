@@ -6,18 +6,12 @@
 
 namespace RtfText {
 
-int systemCodePage()
-{
-    static const int number = CodePage::numberForLocale(QLocale::system());
-    return number;
-}
-
-QByteArray toBytes(const QString &rtf)
+QByteArray toBytes(const QString &rtf, int codePage)
 {
     const bool ascii = std::all_of(rtf.cbegin(), rtf.cend(), [](QChar c) { return c < u'\x80'; });
     if (ascii)
         return rtf.toLatin1();
-    const CodePage page(systemCodePage());
+    const CodePage page(codePage);
     if (const auto bytes = page.encode(rtf))
         return *bytes;
     QByteArray bytes;

@@ -3,15 +3,12 @@
 #include <QByteArray>
 #include <QString>
 
-/// Rich text as the program's strings hold it: bytes decoded by the system's code page, because
-/// that is what tool set files do with them.
+/// Rich text as the program's strings hold it: bytes decoded by the code page of the tool set file,
+/// because that is what loading does with all text.
 namespace RtfText {
 
-/// Number of the system's code page.
-int systemCodePage();
-
 /// The bytes of a rich text; characters that the code page does not have are written as `\u`.
-QByteArray toBytes(const QString &rtf);
+QByteArray toBytes(const QString &rtf, int codePage);
 
 bool isRtf(const QString &text);
 

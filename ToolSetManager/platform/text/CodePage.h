@@ -21,6 +21,7 @@ public:
 
     /// The code page that Windows would use as its "ANSI code page" for that locale.
     static int numberForLocale(const QLocale &locale);
+    static int systemNumber() { return numberForLocale(QLocale::system()); }
 
     int number() const { return m_number; }
 
