@@ -70,6 +70,15 @@ ToolSetState ToolSetUpdate::stateOf(const ToolSetDocument &document)
     return {document.properties(), document.toolsInOrder()};
 }
 
+ToolSetState ToolSetUpdate::stateOf(const CVBATools &set)
+{
+    ToolSetState state {{set.Description(), set.LongDescription(), set.FLAGS()}, {}};
+    state.tools.reserve(size_t(set.Count()));
+    for (const ToolPtr &tool : set)
+        state.tools.push_back(tool);
+    return state;
+}
+
 ToolSetUpdate::Target ToolSetUpdate::unchanged(const ToolSetDocument &document)
 {
     Target target {document.properties(), {}};

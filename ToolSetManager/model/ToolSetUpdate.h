@@ -22,7 +22,8 @@ struct Target
     std::vector<Entry> tools;
 };
 
-ToolSetState stateOf(const ToolSetDocument &document); ///< With the document's own tools.
+ToolSetState stateOf(const ToolSetDocument &document); ///< With its own tools, as the next.
+ToolSetState stateOf(const CVBATools &set);
 Target unchanged(const ToolSetDocument &document);
 /// The state in place of the document's own, tool by tool as ToolSetDiff matches them.
 Target replacement(const ToolSetDocument &document, const ToolSetState &state);

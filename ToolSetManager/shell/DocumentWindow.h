@@ -5,9 +5,11 @@
 #include <QList>
 #include <QString>
 
+class Frame;
 class QMenu;
 class QWidget;
 class RecentFileMenu;
+class ToolSetDocument;
 
 /// What the main frame knows of a document window. The frame drives it by command words and asks
 /// it before it closes it.
@@ -30,6 +32,8 @@ public:
     virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.
 
     virtual CommandState commandState() const = 0;
+    /// The set that it shows, as far as it shows one of its own; else null.
+    virtual ToolSetDocument *toolSet() { return nullptr; }
 
     // --- Operations ---
     /// Offers to save a changed document. True when the user *cancelled*.
@@ -45,4 +49,8 @@ public:
     // --- Menus ---
     virtual QList<QMenu *> menus() const = 0; ///< Shown in the frame while the window is active.
     virtual RecentFileMenu &mnuFileList() = 0;
+
+    /// What Exit does in each document window: closes them all, after their questions, and the
+    /// frame.
+    static void exit(Frame &frame);
 };

@@ -71,8 +71,6 @@ private:
     /// What the status bar says when the save has written over somebody else's content.
     QString noticeOfOthers() const;
     ToolSetSnapshot snapshot() const;
-    /// Help texts of old files come out in the form that the rich-text box gives them.
-    void rewriteHelpTexts(CVBATools &tools);
 
     DocumentWindow &m_document;
     QWidget *m_form;

@@ -50,6 +50,7 @@ public:
     CommandState commandState() const override { return m_commands; }
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
+    ToolSetDocument *toolSet() override { return &m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.
 
     // --- Operations ---

@@ -1,0 +1,57 @@
+#include "shell/ToolSetLoader.h"
+
+#include "model/CVBATools.h"
+#include "model/ToolSetSnapshot.h"
+#include "model/ToolSetStorage.h"
+#include "platform/rtf/RichTextBox.h"
+
+namespace {
+
+void rewriteHelpTexts(CVBATools &tools, int codePage)
+{
+    const auto ownForm = [codePage](const QString &text) {
+        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5, codePage);
+    };
+    const QString empty = ownForm(QString());
+    for (const ToolPtr &tool : tools)
+        tool->HelpString = tool->HelpString.isEmpty() ? empty : ownForm(tool->HelpString);
+}
+
+} // namespace
+
+ToolSetLoader::Loaded ToolSetLoader::fromFile(
+    const QString &path, ToolSetStorage &storage, const Progress &progress)
+{
+    auto loaded = std::make_unique<CVBATools>(storage);
+    loaded->setAllowDupes(true);
+    loaded->Progress = progress;
+    const bool ok = loaded->Load(path);
+    loaded->Progress = nullptr;
+    if (!ok)
+        return {nullptr, loaded->ErrorDescription};
+    if (loaded->FileVersion() < BmtFormat::currentVersion)
+        rewriteHelpTexts(*loaded, storage.codePage.number());
+    return {std::move(loaded), {}};
+}
+
+std::unique_ptr<CVBATools> ToolSetLoader::fromSnapshot(
+    const ToolSetSnapshot &snapshot, ToolSetStorage &storage)
+{
+    auto tools = std::make_unique<CVBATools>(storage);
+    tools->setFLAGS(snapshot.FLAGS);
+    tools->setDescription(snapshot.Description);
+    tools->setLongDescription(snapshot.LongDescription);
+    for (const CVBATool &tool : snapshot.tools) {
+        const auto copy = std::make_shared<CVBATool>(tool);
+        tools->setAllowDupes(false); // the names come back as they were
+        if (tools->Add(copy))
+            continue;
+        tools->setAllowDupes(true);
+        if (!tools->Add(copy)) { // a name that was typed and not applied: there is no room for it
+            copy->Description.clear();
+            tools->Add(copy);
+        }
+    }
+    tools->setAllowDupes(true);
+    return tools;
+}
