@@ -134,11 +134,11 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    show(CommandState());
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
+    show(CommandState());
 }
 
 void ToolSetMenus::show(const CommandState &state)
