@@ -123,6 +123,12 @@ QVariant ComparisonModel::data(const QModelIndex &index, int role) const
         return name.isEmpty() ? QStringLiteral("not there") : name;
     }
     case Qt::DecorationRole:
+        if (row.ofSet && !isDifference) {
+            // As high as the others, which have the first row's height.
+            QPixmap blank(CVBATool::pictureSide, CVBATool::pictureSide);
+            blank.fill(Qt::transparent);
+            return blank;
+        }
         if (const CVBATool *tool =
                 isDifference ? nullptr : m_comparison.tool(row, sideOf(index.column())))
             return QPixmap::fromImage(tool->Picture);

@@ -59,6 +59,8 @@ QString FieldsModel::caption(int field) const
 
 QString FieldsModel::mark(int row) const
 {
+    if (this->row().onlyLeft() || this->row().onlyRight())
+        return {}; // nothing stands beside it
     if (isConflict(row))
         return QStringLiteral("! ");
     return differs(row) ? QStringLiteral("\u2260 ") : QStringLiteral("= ");

@@ -70,15 +70,16 @@ void HelpComparison::setTexts(const QString &what, const QString &left, const QS
 
 void HelpComparison::show()
 {
-    setVisible(!m_leftRtf.isEmpty() || !m_rightRtf.isEmpty());
     const QString left = DifferenceTexts::plainText(m_leftRtf, m_codePage);
     const QString right = DifferenceTexts::plainText(m_rightRtf, m_codePage);
     txtLeft->setPlainText(left);
     txtRight->setPlainText(right);
     txtLeft->setAccessibleName(m_what + QStringLiteral(", left"));
     txtRight->setAccessibleName(m_what + QStringLiteral(", right"));
-    QString says = QStringLiteral("the same");
-    if (left != right) {
+    QString says = left.isEmpty() ? QStringLiteral("none") : QStringLiteral("the same");
+    if (left.isEmpty() != right.isEmpty()) {
+        says = right.isEmpty() ? QStringLiteral("only left") : QStringLiteral("only right");
+    } else if (left != right) {
         const WordDiff::Ranges ranges = WordDiff::between(left, right);
         QTextCharFormat onlyLeft;
         onlyLeft.setFontStrikeOut(true);

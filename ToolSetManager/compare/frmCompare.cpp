@@ -125,6 +125,7 @@ void frmCompare::makeToolbar()
 
 void frmCompare::refreshIcons()
 {
+    Icons::followPalette(); // the frame may hear of another palette later
     for (const Button &button : buttons) {
         tbCompare->button(word(button.word))
             ->setIcon(Icons::named(QString::fromUtf16(button.icon), button.fallbackIcon));

@@ -4,7 +4,7 @@
 #include "compare/DifferenceTexts.h"
 #include "model/CVBATools.h"
 #include "model/ToolSetStorage.h"
-#include "platform/desktop/Accessible.h"
+#include "platform/desktop/MsgBox.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -111,7 +111,7 @@ void frmVersions::layOut(bool all)
     layout->addWidget(lblDetails);
     layout->addLayout(commands);
     const int letter = fontMetrics().averageCharWidth();
-    const int widths[] = {22, 17, 8, 11, 45, 60};
+    const int widths[] = {24, 18, 9, 12, 45, 60};
     for (int column = 0; column < columnCount; ++column)
         tvVersions->setColumnWidth(column, letter * widths[column]);
     resize(QSize(letter * (all ? 150 : 112), 400).boundedTo(screen()->availableSize() * 0.9));
@@ -132,6 +132,11 @@ void frmVersions::fill()
         item->setTextAlignment(Size, Qt::AlignRight | Qt::AlignVCenter);
         m_unread.append(i);
         m_readable.append(true);
+    }
+    for (const int column : {int(When), int(What)}) {
+        tvVersions->resizeColumnToContents(column);
+        tvVersions->setColumnWidth(
+            column, tvVersions->columnWidth(column) + tvVersions->indentation());
     }
     // Each set as it is now is read once.
     std::stable_sort(m_unread.begin(), m_unread.end(),
@@ -214,7 +219,12 @@ void frmVersions::cmdFolder_Click()
     const int index = selected();
     const QString folder = index < 0 ? m_storage.backups.folder()
                                      : QFileInfo(m_versions[index].copy.path).absolutePath();
-    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder))) {
+        MsgBox::show(this,
+            QStringLiteral("There is no program that shows folders. The versions are in \"%1\".")
+                .arg(QDir::toNativeSeparators(folder)),
+            MsgBox::Buttons::Ok, MsgBox::Icon::Information);
+    }
 }
 
 void frmVersions::close(Wish wish)

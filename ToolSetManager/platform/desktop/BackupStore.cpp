@@ -64,7 +64,7 @@ const QString originalName = QStringLiteral("/.original");
 void noteOriginal(const QString &folder, const QString &path)
 {
     QFile note(folder + originalName);
-    if (note.exists() || !note.open(QIODevice::WriteOnly, SafeFiles::filePermissions))
+    if (note.size() > 0 || !note.open(QIODevice::WriteOnly, SafeFiles::filePermissions))
         return; // without it only the list of all copies says less
     note.write(path.toUtf8());
 }
