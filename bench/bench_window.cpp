@@ -14,6 +14,7 @@
 #include "support/Ratios.h"
 #include "support/SampleSet.h"
 #include "toolset/EditCommands.h"
+#include "toolset/FindBar.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/frmToolSet.h"
 
@@ -21,6 +22,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QTreeView>
 
 #include <algorithm>
@@ -322,7 +324,7 @@ void fill(benchmark::State &state)
     auto set = std::make_unique<CVBATools>(samples->storage());
     set->Load(samples->file(countOf(state)));
     document.setTools(std::move(set), true);
-    ToolListModel model(document);
+    ToolListModel model(document, 1252);
     ListView list(QStringLiteral("Tools"), QSize(18, 18));
     list.setModel(&model);
     list.resize(620, 380);
@@ -488,6 +490,41 @@ void compareSets(benchmark::State &state)
     }
 }
 
+/// A keystroke in the find field that no former result helps, until its matches are painted: two
+/// texts in turns. The help texts have been read before.
+void find(benchmark::State &state, const QString &one, const QString &other)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    opened.form->findChild<FindBar *>()->open();
+    auto *field = opened.form->findChild<QLineEdit *>(QStringLiteral("txtFind"));
+    const auto type = [&](const QString &text) {
+        field->setText(text);
+        while (!opened.model->finder().isComplete())
+            QCoreApplication::processEvents();
+        opened.painted.wait(state);
+    };
+    type(one);
+    type(other);
+    bool first = true;
+    for (auto _ : state) {
+        type(first ? one : other);
+        first = !first;
+    }
+    if (opened.model->rowCount() == countOf(state))
+        state.SkipWithError("not narrowed");
+}
+
+void findInNames(benchmark::State &state)
+{
+    find(state, QStringLiteral("name:9 location:8"), QStringLiteral("name:8 location:9"));
+}
+
+void findInHelps(benchmark::State &state)
+{
+    find(state, QStringLiteral("9 refresher"), QStringLiteral("8 settinx"));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -512,6 +549,8 @@ int main(int argc, char *argv[])
     ratios.compare({"move a tenth to the end", move}, {"bare view, a tenth moved", bareMove});
     ratios.compare({"undo of delete all", undoDeleteAll}, {"copy all and paste", paste}, 2);
     ratios.compare({"undo of a move of a tenth", undoMove}, {"bare view, a tenth moved", bareMove});
+    ratios.compare({"find: keystroke on names", findInNames}, {"bare tree view", bareFill});
+    ratios.compare({"find: keystroke on help texts", findInHelps}, {"bare tree view", bareFill});
     ratios.compare({"compare with 100 changes", compareSets}, {"load", load}, 1);
     return ratios.run(argc, argv);
 }

@@ -214,9 +214,16 @@ QString frmCompare::Caption() const
             shortTitle(m_comparison->set(Comparison::Right)));
 }
 
-QString frmCompare::notice() const
+DocumentStatus frmCompare::status() const
 {
-    return m_comparison->summary();
+    return {Caption(), m_comparison->summary(), {}};
+}
+
+void frmCompare::setNotice(const QString &text)
+{
+    m_notice = text;
+    if (m_frame.activeDocument() == this)
+        m_frame.setPanelText(Frame::noticePanel, text);
 }
 
 int frmCompare::View() const
@@ -237,6 +244,7 @@ RecentFileMenu &frmCompare::mnuFileList()
 void frmCompare::setAction(const QString &chosen)
 {
     namespace Words = CompareWords;
+    setNotice({});
     m_comparison->refresh(); // the command is about what the user sees of the sets as they are
     if (chosen == word(Words::nextChange))
         goToChange(1);
@@ -329,8 +337,7 @@ void frmCompare::showDifferences()
 {
     const QString summary = m_comparison->summary();
     lblSummary->setText(summary);
-    if (m_frame.activeDocument() == this)
-        m_frame.setPanelText(Frame::noticePanel, summary);
+    m_frame.statusChanged(*this);
     lstConflicts->clear();
     for (const ToolSetMerge::Conflict &conflict : m_comparison->conflicts()) {
         lstConflicts->addItem(conflict.tool.isEmpty()
@@ -426,9 +433,8 @@ void frmCompare::goToChange(int step)
     if (row >= 0)
         goTo(row);
     else
-        m_frame.setPanelText(Frame::noticePanel,
-            step > 0 ? QStringLiteral("This is the last change.")
-                     : QStringLiteral("This is the first change."));
+        setNotice(step > 0 ? QStringLiteral("This is the last change.")
+                           : QStringLiteral("This is the first change."));
 }
 
 void frmCompare::setChangesOnly(bool on)

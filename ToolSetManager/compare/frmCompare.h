@@ -45,7 +45,8 @@ public:
     void setCaption(const QString &) override { } // it follows from the sets
     QString FileName() const override { return {}; }
     void setFileName(const QString &) override { }
-    QString notice() const override;
+    QString notice() const override { return m_notice; }
+    DocumentStatus status() const override;
     int View() const override;
     void setView(int) override { }
     void setAction(const QString &word) override;
@@ -91,6 +92,7 @@ private:
     QList<int> selectedFields() const; ///< Of those that differ, as the next.
     std::vector<size_t> selectedRows() const;
     void undo(bool again);
+    void setNotice(const QString &text);
 
     Frame &m_frame;
     std::unique_ptr<Comparison> m_comparison;
@@ -111,5 +113,6 @@ private:
     // --- State ---
     int m_current = 0; ///< The row that is current, by its index in Comparison::rows().
     QPointer<ToolSetDocument> m_changed; ///< The set that was changed from here last.
+    QString m_notice; ///< Of the last command.
     bool m_unloading = false;
 };

@@ -55,4 +55,46 @@ void move(std::vector<T> &all, const QList<int> &from, const QList<int> &to)
     insert(all, to, take(all, from));
 }
 
+// Where each element of so many is afterwards, by its position before; element 0 is not used.
+
+/// 0 for those that are gone.
+inline std::vector<int> afterRemoval(size_t count, const QList<int> &positions)
+{
+    std::vector<int> after(count + 1, 0);
+    qsizetype next = 0;
+    int position = 0;
+    for (size_t before = 1; before <= count; ++before) {
+        if (next < positions.size() && static_cast<size_t>(positions[next]) == before)
+            ++next;
+        else
+            after[before] = ++position;
+    }
+    return after;
+}
+
+/// \a positions are those of the inserted ones.
+inline std::vector<int> afterInsertion(size_t count, const QList<int> &positions)
+{
+    std::vector<int> after(count + 1, 0);
+    qsizetype next = 0;
+    int position = 0;
+    for (size_t before = 1; before <= count; ++before) {
+        for (++position; next < positions.size() && positions[next] == position; ++next)
+            ++position;
+        after[before] = position;
+    }
+    return after;
+}
+
+inline std::vector<int> afterMove(size_t count, const QList<int> &from, const QList<int> &to)
+{
+    std::vector<int> after = afterRemoval(count, from);
+    const std::vector<int> stay = afterInsertion(count - static_cast<size_t>(from.size()), to);
+    for (int &position : after)
+        position = stay[static_cast<size_t>(position)];
+    for (qsizetype i = 0; i < from.size(); ++i)
+        after[static_cast<size_t>(from[i])] = to[i];
+    return after;
+}
+
 } // namespace Positions

@@ -19,24 +19,24 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
 {
     connect(&m_timer, &QTimer::timeout, this, &ToolFinder::workOn);
     connect(&document, &ToolSetDocument::reset, this, [this] {
-        if (!isActive())
+        if (!m_following)
             return;
+        const ToolFilter filter = m_filter;
         release();
-        setFilter(m_filter);
-        Q_EMIT matchesChanged();
+        prepare();
+        setFilter(filter);
     });
     connect(&document, &ToolSetDocument::toolsRemoved, this, [this](const QList<int> &positions) {
-        if (!isActive())
+        if (!m_following)
             return;
         for (Entry &entry : Positions::take(m_entries, positions)) {
             setVerdict(entry, Verdict::No);
             forgetHelp(entry);
         }
         m_nextUnread = 0;
-        Q_EMIT matchesChanged();
     });
     connect(&document, &ToolSetDocument::toolsInserted, this, [this](const QList<int> &positions) {
-        if (!isActive())
+        if (!m_following)
             return;
         std::vector<Entry> entries(static_cast<size_t>(positions.size()));
         Positions::insert(m_entries, positions, std::move(entries));
@@ -51,25 +51,20 @@ ToolFinder::ToolFinder(const ToolSetDocument &document, int codePage, QObject *p
             }
         }
         startWork();
-        Q_EMIT matchesChanged();
     });
     connect(&document, &ToolSetDocument::toolsMoved, this,
         [this](const QList<int> &from, const QList<int> &to) {
-            if (!isActive())
+            if (!m_following)
                 return;
             Positions::move(m_entries, from, to);
             m_nextUnread = 0;
-            Q_EMIT matchesChanged();
         });
     connect(&document, &ToolSetDocument::toolChanged, this, [this](int position) {
-        if (!isActive())
+        if (!m_following)
             return;
         Entry &entry = m_entries[static_cast<size_t>(position) - 1];
         forgetHelp(entry);
-        const Verdict before = entry.verdict;
         decide(entry, position);
-        if (entry.verdict != before)
-            Q_EMIT matchesChanged();
     });
 }
 
@@ -80,27 +75,28 @@ int ToolFinder::total() const
 
 bool ToolFinder::matches(int position) const
 {
-    return !isActive() || m_entries[static_cast<size_t>(position) - 1].verdict == Verdict::Yes;
-}
-
-int ToolFinder::next(int position, bool forward) const
-{
-    const int count = total();
-    int at = position;
-    for (int i = 0; i < count; ++i) {
-        at += forward ? 1 : -1;
-        if (at < 1 || at > count)
-            at = forward ? 1 : count;
-        if (matches(at))
-            return at;
-    }
-    return 0;
+    return !m_following || m_entries[static_cast<size_t>(position) - 1].verdict == Verdict::Yes;
 }
 
 // --- Searching ---
 
+void ToolFinder::prepare()
+{
+    if (m_following)
+        return;
+    m_following = true;
+    m_entries.resize(static_cast<size_t>(total()));
+    for (size_t i = 0; i < m_entries.size(); ++i) {
+        m_entries[i].texts = ToolTexts(*m_document.toolsInOrder()[i]);
+        m_entries[i].verdict = Verdict::Yes; // the filter is empty
+    }
+    m_matchCount = total();
+}
+
 void ToolFinder::release()
 {
+    m_following = false;
+    m_filter = {};
     m_entries.clear();
     m_entries.shrink_to_fit();
     m_helpBytes = 0;
@@ -111,19 +107,11 @@ void ToolFinder::release()
 
 void ToolFinder::setFilter(const ToolFilter &filter)
 {
-    if (filter.isEmpty()) {
-        m_filter = filter;
-        release();
+    if (!m_following && filter.isEmpty())
         return;
-    }
-    const bool fresh = m_entries.empty();
-    const bool narrower = !fresh && filter.narrows(m_filter);
+    prepare();
+    const bool narrower = filter.narrows(m_filter);
     m_filter = filter;
-    if (fresh) {
-        m_entries.resize(static_cast<size_t>(total()));
-        for (size_t i = 0; i < m_entries.size(); ++i)
-            m_entries[i].texts = ToolTexts(*m_document.toolsInOrder()[i]);
-    }
     m_unread = false;
     for (Entry &entry : m_entries) {
         if (narrower && entry.verdict == Verdict::No)

@@ -24,26 +24,29 @@ public:
     /// The document is borrowed. \a codePage is that of help texts that do not tell theirs.
     ToolFinder(const ToolSetDocument &document, int codePage, QObject *parent = nullptr);
 
+    /// Folds all texts but the help, so that the first search is as fast as the others. From here
+    /// on, or from the first filter, until release() it keeps what it reads of the tools.
+    void prepare();
+    void release(); ///< Empties the filter, too.
+
     const ToolFilter &filter() const { return m_filter; }
-    /// One that is narrower than the last looks at the tools that matched that one only. An empty
-    /// filter releases the memory.
+    /// One that is narrower than the last looks at the tools that matched that one only.
     void setFilter(const ToolFilter &filter);
 
     bool matches(int position) const;
-    int matchCount() const { return isActive() ? m_matchCount : total(); }
+    int matchCount() const { return m_following ? m_matchCount : total(); }
     int total() const;
     bool isComplete() const { return !m_unread; } ///< No help text is left to be searched.
     /// Searches the rest without the event loop.
     void finish();
-    /// The position of the next match behind (or before) \a position, past the end on from the
-    /// start; 0 when nothing matches. From the position 0 on it is the first (or last) one.
-    int next(int position, bool forward) const;
 
     static constexpr qint64 keptHelpBytes = 256LL * 1024 * 1024;
     void setKeptHelpBytes(qint64 bytes) { m_helpLimit = bytes; }
 
 Q_SIGNALS:
-    /// Other tools match than before; not emitted from within setFilter().
+    /// More tools match than before, by help texts that were read in the meantime. Changes of the
+    /// document are followed without it: whoever connects to the document after this object was
+    /// made, hears of them when they have been followed.
     void matchesChanged();
     void completed(); ///< The last help text has been searched.
 
@@ -56,8 +59,6 @@ private:
         Verdict verdict = Verdict::No;
     };
 
-    bool isActive() const { return !m_filter.isEmpty(); }
-    void release();
     /// What the tool's help says; \a scratch is for a text that is not kept.
     std::string_view help(Entry &entry, int position, std::string &scratch);
     void decide(Entry &entry, int position); ///< With the help, where that is needed.
@@ -71,7 +72,8 @@ private:
     const ToolSetDocument &m_document;
     RtfPlainText m_plainText;
     ToolFilter m_filter;
-    std::vector<Entry> m_entries; ///< By position; none without a filter.
+    bool m_following = false; ///< There is an entry for each tool.
+    std::vector<Entry> m_entries; ///< By position.
     int m_matchCount = 0;
     bool m_unread = false; ///< Some entry from m_nextUnread on may depend on its help.
     size_t m_nextUnread = 0;

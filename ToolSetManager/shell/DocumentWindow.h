@@ -11,6 +11,14 @@ class QWidget;
 class RecentFileMenu;
 class ToolSetDocument;
 
+/// What the status bar says of a document, at its right end.
+struct DocumentStatus
+{
+    QString name; ///< Of the file, without its folder.
+    QString contents; ///< How much is in it, and how much of that is selected.
+    QString state; ///< Whether there is something to save.
+};
+
 /// What the main frame knows of a document window. The frame drives it by command words and asks
 /// it before it closes it.
 class DocumentWindow
@@ -32,6 +40,7 @@ public:
     virtual void setAction(const QString &word) = 0; ///< Runs a command; unknown words do nothing.
 
     virtual CommandState commandState() const = 0;
+    virtual DocumentStatus status() const = 0;
     /// The set that it shows, as far as it shows one of its own; else null.
     virtual ToolSetDocument *toolSet() { return nullptr; }
 

@@ -32,6 +32,8 @@ public:
     virtual void commandStateChanged(const DocumentWindow &document) = 0;
 
     // --- Status bar ---
+    /// The status() of \a document is another one now.
+    virtual void statusChanged(const DocumentWindow &document) = 0;
     // The panels count from 1.
     static constexpr int toolPanel = 1; ///< The tool whose properties are open.
     static constexpr int effectPanel = 1; ///< What a drop would do, during a drag; ...

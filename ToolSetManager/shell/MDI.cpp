@@ -20,6 +20,7 @@
 #include "shell/RecentFileMenu.h"
 #include "shell/RecoveryOffer.h"
 #include "shell/Settings.h"
+#include "shell/StartPage.h"
 #include "shell/ToolSetFiles.h"
 #include "shell/WindowArranger.h"
 #include "shell/frmAbout.h"
@@ -114,6 +115,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
     connect(this, &MDI::firstPainted, this, [this] {
         m_painted = true;
         refreshIcons();
+        makeStartPage();
     });
     MDIForm_Load(commandLine);
 }
@@ -154,6 +156,19 @@ void MDI::refreshIcons()
 {
     Icons::followPalette();
     tbTools->showIcons();
+}
+
+void MDI::makeStartPage()
+{
+    // Anew with each change of the desktop's colours, for its icons.
+    auto *page = new StartPage(mdi);
+    page->setRecentFiles(*m_files);
+    connect(page, &StartPage::commandChosen, this, &MDI::setAction);
+    connect(page, &StartPage::fileChosen, this, &MDI::openFile);
+    connect(page, &StartPage::manualChosen, this,
+        [this] { showHelp(QString::fromUtf16(programHelp)); });
+    connect(m_files, &CFileList::FileAdded, page, [this, page] { page->setRecentFiles(*m_files); });
+    mdi->setEmptyPage(page);
 }
 
 void MDI::makeMenus()
@@ -347,6 +362,23 @@ void MDI::showCommandState()
     tbTools->show(document ? document->commandState() : CommandState());
 }
 
+void MDI::statusChanged(const DocumentWindow &document)
+{
+    if (&document != activeDocument() || m_statusPending)
+        return;
+    // Once for all that one command changes.
+    m_statusPending = true;
+    QMetaObject::invokeMethod(this, &MDI::showStatus, Qt::QueuedConnection);
+}
+
+void MDI::showStatus()
+{
+    m_statusPending = false;
+    const DocumentWindow *document = activeDocument();
+    const DocumentStatus shown = document ? document->status() : DocumentStatus();
+    status->setFacts({shown.name, shown.contents, shown.state});
+}
+
 QString MDI::panelText(int panel) const
 {
     return status->panelText(panel);
@@ -406,6 +438,9 @@ void MDI::takeIn(DocumentWindow *document)
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
     giveIcon({window});
+    window->setGeometry(WindowArranger::placeFor(mdi->viewport()->rect(),
+        static_cast<int>(m_documents.size()),
+        window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
 }
@@ -461,6 +496,7 @@ void MDI::mdi_SubWindowActivated()
     if (document)
         document->Form_Activate();
     showCommandState();
+    showStatus();
 }
 
 void MDI::showMenusOf(DocumentWindow *document)
@@ -554,8 +590,10 @@ void MDI::giveIcon(const QList<QMdiSubWindow *> &windows) const
 void MDI::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_painted)
+    if (event->type() == QEvent::PaletteChange && m_painted) {
         refreshIcons();
+        makeStartPage();
+    }
 }
 
 // --- Files dragged from the desktop ---

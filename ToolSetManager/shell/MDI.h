@@ -12,7 +12,7 @@
 
 class CommandQueue;
 class CommandToolbar;
-class QMdiArea;
+class MdiArea;
 class QMdiSubWindow;
 class QTimer;
 class RecentFileMenu;
@@ -52,6 +52,7 @@ public:
     void openFile(const QString &path) override;
     void closeFrame() override;
     void commandStateChanged(const DocumentWindow &document) override;
+    void statusChanged(const DocumentWindow &document) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
     void showProgress(const QString &what, int percent) override;
@@ -118,6 +119,8 @@ private:
     void giveIcon(const QList<QMdiSubWindow *> &windows) const;
     int currentView() const;
     void showCommandState();
+    void showStatus();
+    void makeStartPage();
     void showMenusOf(DocumentWindow *document);
     /// Shows in the status bar what a drop of these files would do.
     void tellDrag(const QString &effect, const QString &names);
@@ -130,7 +133,7 @@ private:
     // --- Controls ---
     CommandToolbar *tbTools;
     StatusBar *status;
-    QMdiArea *mdi;
+    MdiArea *mdi;
     RecoveryOffer *m_recovery; ///< Its bar stands above the windows.
     QMenu *mnuFile = nullptr;
     QMenu *mnuHelp = nullptr;
@@ -143,6 +146,7 @@ private:
     CommandQueue *m_commands;
     QHash<QString, std::function<void()>> m_ownCommands; ///< By their words.
     QStringList m_warnings; ///< All that have been shown.
+    bool m_statusPending = false; ///< showStatus() is about to run.
     bool m_painted = false; ///< The buttons have their icons.
     /// The files for the next "open" words, one for each; without one the user is asked.
     QQueue<QString> m_pendingPaths;

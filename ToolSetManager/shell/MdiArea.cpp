@@ -1,54 +1,59 @@
 #include "shell/MdiArea.h"
 
-#include "platform/desktop/EmptyHint.h"
+#include "shell/StartPage.h"
 
 #include <QEvent>
-#include <QPainter>
-
-namespace {
-
-EmptyHint hint()
-{
-    return {QStringLiteral("No tool set is open"),
-        QStringLiteral(
-            "Ctrl+N makes a new one, Ctrl+O opens one; or drag tool sets (.bmt) from the "
-            "desktop onto this window. F1 shows the manual.")};
-}
-
-} // namespace
 
 MdiArea::MdiArea(QWidget *parent)
     : QMdiArea(parent)
 {
     setObjectName(QStringLiteral("mdi"));
     setAccessibleName(QStringLiteral("Tool sets"));
-    describe();
+    showEmptiness();
 }
 
-void MdiArea::paintEvent(QPaintEvent *event)
+void MdiArea::setEmptyPage(QWidget *page)
 {
-    QMdiArea::paintEvent(event);
-    if (!subWindowList().isEmpty())
-        return;
-    QPainter painter(viewport());
-    hint().paint(painter, viewport()->rect(), palette(), QPalette::Dark);
+    delete std::exchange(m_emptyPage, page);
+    if (m_emptyPage)
+        m_emptyPage->setParent(this);
+    showEmptiness();
+}
+
+void MdiArea::resizeEvent(QResizeEvent *event)
+{
+    QMdiArea::resizeEvent(event);
+    placeEmptyPage();
 }
 
 bool MdiArea::viewportEvent(QEvent *event)
 {
-    if (event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildRemoved) {
-        QMetaObject::invokeMethod(this, &MdiArea::describe, Qt::QueuedConnection);
-        viewport()->update();
-    }
+    if (event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildRemoved)
+        QMetaObject::invokeMethod(this, &MdiArea::showEmptiness, Qt::QueuedConnection);
     return QMdiArea::viewportEvent(event);
 }
 
-void MdiArea::describe()
+void MdiArea::showEmptiness()
 {
     const bool empty = subWindowList().isEmpty();
-    setAccessibleDescription(empty ? hint().spoken() : QString());
+    setAccessibleDescription(empty ? StartPage::spoken() : QString());
     // Screen readers read what has the focus; with a window in it the area must not take it.
     setFocusPolicy(empty ? Qt::TabFocus : Qt::NoFocus);
     if (empty)
         setFocus();
+    if (m_emptyPage) {
+        m_emptyPage->setVisible(empty);
+        placeEmptyPage();
+    }
+}
+
+void MdiArea::placeEmptyPage()
+{
+    if (!m_emptyPage || m_emptyPage->isHidden())
+        return;
+    // A little above the middle, where the eye looks first.
+    const QSize size = m_emptyPage->sizeHint().boundedTo(viewport()->size());
+    const QSize room = viewport()->size() - size;
+    m_emptyPage->setGeometry(
+        QRect(viewport()->pos() + QPoint(room.width() / 2, room.height() * 2 / 5), size));
 }

@@ -64,6 +64,14 @@ QList<QRect> tiles(const QRect &area, int count, bool horizontal)
     return places;
 }
 
+QRect placeFor(const QRect &area, int others, int title)
+{
+    // At least two thirds of the area's height are left to each window.
+    const int steps = qMax(1, area.height() / 3 / qMax(1, title));
+    const int inset = others % (steps + 1) * title;
+    return area.adjusted(inset, inset, 0, 0);
+}
+
 void arrangeIcons(QMdiArea &area)
 {
     const QRect room = area.viewport()->rect();

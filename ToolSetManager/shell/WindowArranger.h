@@ -12,6 +12,11 @@ namespace WindowArranger {
 /// more than three stand in a grid, the odd ones out in its last row or column.
 void tileHorizontally(QMdiArea &area);
 void tileVertically(QMdiArea &area);
+/// The place of one more window when \a others are open: it fills \a area, less a step of \a title
+/// (the height of a title bar) for each of the others, so that all titles can be seen. Where that
+/// would leave too little, the steps begin anew.
+QRect placeFor(const QRect &area, int others, int title);
+
 /// The minimised windows in rows along the bottom.
 void arrangeIcons(QMdiArea &area);
 

@@ -51,6 +51,7 @@ QList<int> EditCommands::selectedPositions() const
 
 void EditCommands::selectPositions(const QList<int> &positions)
 {
+    m_model.reveal(positions);
     m_list.selectRows(m_model.rowsOf(positions));
 }
 
@@ -200,7 +201,7 @@ void EditCommands::paste(int effect)
     } else if (effect != MoveEffect) {
         const ToolSetDocument::Step step(
             m_document, describe(QStringLiteral("Paste"), m_state.ToolClipboard->Count()));
-        PasteTools();
+        m_model.reveal(PasteTools());
     } else {
         const int target = m_list.SelectedItem();
         if (target < 0)
@@ -265,7 +266,7 @@ void EditCommands::CompleteCut()
 
 void EditCommands::selectGhosted()
 {
-    m_list.selectRows(m_model.ghostedRows());
+    selectPositions(m_model.ghostedPositions());
 }
 
 // --- Delete, move ---
@@ -275,6 +276,8 @@ void EditCommands::deleteTools(bool asking)
     const QList<int> rows = m_list.selectedRows();
     if (rows.isEmpty())
         return;
+    // Before the question: meanwhile, help texts that are read may bring more rows.
+    const QList<int> positions = m_model.positionsOf(rows);
     if (asking) {
         const QString question = rows.size() == 1
             ? QStringLiteral("Do you want to delete '%1'?")
@@ -289,10 +292,11 @@ void EditCommands::deleteTools(bool asking)
     {
         const ToolSetDocument::Step step(m_document,
             describe(asking ? QStringLiteral("Delete") : QStringLiteral("Cut"), rows.size()));
-        m_document.remove(m_model.positionsOf(rows));
+        const int first = m_model.rowsOf(positions).constFirst();
+        m_document.remove(positions);
         // The keyboard goes on from the neighbour, which is not selected: a second Delete does
         // nothing.
-        m_list.setFocusedItem(qMin(rows.constFirst(), m_model.rowCount() - 1));
+        m_list.setFocusedItem(qMin(first, m_model.rowCount() - 1));
     }
 }
 
@@ -304,21 +308,24 @@ void EditCommands::moveSelection(Direction direction)
     // Moved is what the Position column says; so that the user sees it, the list shows that order.
     sortByPosition();
     const QList<int> positions = selectedPositions();
-    int target = 1;
+    // Past hidden tools: the place is above or below a tool that is seen.
+    int target = 0;
     switch (direction) {
     case Direction::Up:
-        target = qMax(positions.constFirst() - 1, 1);
+        target = m_model.nextShown(positions.constFirst(), false);
         break;
     case Direction::Down:
-        target = qMin(positions.constLast() + 1, m_document.count());
+        target = m_model.nextShown(positions.constLast(), true);
         break;
     case Direction::ToStart:
-        target = 1;
+        target = m_model.nextShown(0, true);
         break;
     case Direction::ToEnd:
-        target = m_document.count();
+        target = m_model.nextShown(m_document.count() + 1, false);
         break;
     }
+    if (target == 0) // they are at that end
+        target = direction == Direction::Up ? positions.constFirst() : positions.constLast();
     const ToolSetDocument::Step step(
         m_document, describe(QStringLiteral("Move"), positions.size()));
     selectPositions(m_document.move(positions, target));

@@ -1,5 +1,6 @@
 #include "toolset/ToolListModel.h"
 
+#include "model/Positions.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/ItemRoles.h"
 
@@ -28,19 +29,16 @@ QCollator makeCollator()
 
 } // namespace
 
-ToolListModel::ToolListModel(ToolSetDocument &document, QObject *parent)
+ToolListModel::ToolListModel(ToolSetDocument &document, int codePage, QObject *parent)
     : QAbstractTableModel(parent)
     , m_document(document)
+    , m_finder(document, codePage)
 {
     connect(&document, &ToolSetDocument::reset, this, &ToolListModel::showAll);
     connect(&document, &ToolSetDocument::toolsRemoved, this, &ToolListModel::removeRowsAt);
     connect(&document, &ToolSetDocument::toolsInserted, this, &ToolListModel::insertRowsAt);
     connect(&document, &ToolSetDocument::toolsMoved, this, &ToolListModel::reorder);
-    connect(&document, &ToolSetDocument::toolChanged, this, [this](int position) {
-        const int row = rowOf(position);
-        if (row >= 0)
-            Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
-    });
+    connect(&document, &ToolSetDocument::toolChanged, this, &ToolListModel::refreshRowAt);
     showAll();
 }
 
@@ -52,9 +50,12 @@ void ToolListModel::showAll()
     m_rows.clear();
     m_rows.reserve(m_document.toolsInOrder().size());
     int position = 0;
-    for (const ToolPtr &tool : m_document.toolsInOrder())
-        m_rows.push_back({tool, ++position, false});
+    for (const ToolPtr &tool : m_document.toolsInOrder()) {
+        ++position;
+        m_rows.push_back({tool, position, false, m_finder.matches(position)});
+    }
     sortRows(m_rows);
+    collectShown();
     endResetModel();
 }
 
@@ -85,89 +86,160 @@ void ToolListModel::renumber(const std::vector<int> &newPosition)
         row.position = newPosition[static_cast<size_t>(row.position)];
 }
 
+void ToolListModel::collectShown()
+{
+    m_shown.clear();
+    m_shown.reserve(m_rows.size());
+    for (size_t i = 0; i < m_rows.size(); ++i) {
+        if (m_rows[i].shown)
+            m_shown.push_back(i);
+    }
+}
+
 void ToolListModel::removeRowsAt(const QList<int> &positions)
 {
     const auto ranges = rangesOf(rowsOf(positions));
-    std::vector<int> newPosition(m_rows.size() + 1, 0); // 0 for those that go
-    qsizetype next = 0;
-    int position = 0;
-    for (int old = 1; old <= rowCount(); ++old) {
-        if (next < positions.size() && positions[next] == old)
-            ++next;
-        else
-            newPosition[static_cast<size_t>(old)] = ++position;
-    }
-    renumber(newPosition);
+    renumber(Positions::afterRemoval(m_rows.size(), positions));
+    const auto isGone = [](const Row &row) { return row.position == 0; };
     if (ranges.size() > fewRanges) {
         beginResetModel();
-        std::erase_if(m_rows, [](const Row &row) { return row.position == 0; });
+        std::erase_if(m_rows, isGone);
+        collectShown();
         endResetModel();
         return;
     }
     for (auto range = ranges.crbegin(); range != ranges.crend(); ++range) {
         beginRemoveRows({}, range->first, range->second);
-        m_rows.erase(m_rows.begin() + range->first, m_rows.begin() + range->second + 1);
+        m_shown.erase(m_shown.begin() + range->first, m_shown.begin() + range->second + 1);
         endRemoveRows();
     }
+    std::erase_if(m_rows, isGone);
+    collectShown();
     positionsChanged();
 }
 
 void ToolListModel::insertRowsAt(const QList<int> &positions)
 {
-    std::vector<int> newPosition(m_rows.size() + 1, 0);
-    qsizetype next = 0;
-    int position = 0;
-    for (size_t old = 1; old <= m_rows.size(); ++old) {
-        for (++position; next < positions.size() && positions[next] == position; ++next)
-            ++position;
-        newPosition[old] = position;
-    }
-    renumber(newPosition);
-    const auto rowAt = [this](int at) { return Row {m_document.toolAt(at), at, false}; };
+    renumber(Positions::afterInsertion(m_rows.size(), positions));
     const bool inOrder = isInPositionOrder();
-    const auto ranges = rangesOf(positions);
-    if (ranges.size() > fewRanges) {
-        beginResetModel();
-        for (const int at : positions)
-            m_rows.push_back(rowAt(at));
-        sortRows(m_rows);
-        endResetModel();
-        return;
+    const size_t formerCount = m_rows.size();
+    std::vector<Row> rows;
+    rows.reserve(static_cast<size_t>(positions.size()));
+    for (const int at : positions)
+        rows.push_back({m_document.toolAt(at), at, false, false});
+    std::vector<size_t> matching;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        if (m_finder.matches(rows[i].position))
+            matching.push_back(inOrder ? static_cast<size_t>(rows[i].position) - 1
+                                       : formerCount + i);
     }
-    for (const auto &[first, last] : ranges) {
-        const int row = inOrder ? first - 1 : rowCount();
-        std::vector<Row> rows;
-        rows.reserve(static_cast<size_t>(last - first) + 1);
-        for (int at = first; at <= last; ++at)
-            rows.push_back(rowAt(at));
-        beginInsertRows({}, row, row + last - first);
-        m_rows.insert(m_rows.begin() + row, rows.begin(), rows.end());
-        endInsertRows();
-    }
+    if (inOrder)
+        Positions::insert(m_rows, positions, std::move(rows));
+    else
+        m_rows.insert(m_rows.end(), rows.begin(), rows.end());
+    collectShown();
+    show(matching);
     if (!inOrder)
         sort(m_sortKey, m_sortOrder);
     positionsChanged();
 }
 
+void ToolListModel::refreshRowAt(int position)
+{
+    const int row = rowOf(position);
+    if (row >= 0)
+        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    else if (m_finder.matches(position))
+        showNewMatches();
+}
+
 void ToolListModel::reorder(const QList<int> &from, const QList<int> &to)
 {
-    std::vector<int> newPosition(m_rows.size() + 1, 0);
-    for (qsizetype i = 0; i < from.size(); ++i)
-        newPosition[static_cast<size_t>(from[i])] = to[i];
-    qsizetype next = 0;
-    int position = 1;
-    for (size_t old = 1; old <= m_rows.size(); ++old) {
-        if (newPosition[old] != 0)
-            continue;
-        for (; next < to.size() && to[next] == position; ++next)
-            ++position;
-        newPosition[old] = position++;
-    }
     rearrange([&] {
-        renumber(newPosition);
+        renumber(Positions::afterMove(m_rows.size(), from, to));
         sortRows(m_rows); // by location, too: equal ones stand by position
+        collectShown();
     });
     positionsChanged();
+}
+
+// --- Filter ---
+
+void ToolListModel::show(const std::vector<size_t> &indexes)
+{
+    QList<int> rows; // that they will have
+    rows.reserve(static_cast<qsizetype>(indexes.size()));
+    for (const size_t i : indexes)
+        rows.append(rowOfIndex(i) + static_cast<int>(rows.size()));
+    const auto ranges = rangesOf(rows);
+    if (ranges.size() > fewRanges) {
+        Q_EMIT shownAboutToChange();
+        beginResetModel();
+        for (const size_t i : indexes)
+            m_rows[i].shown = true;
+        collectShown();
+        endResetModel();
+        Q_EMIT shownChanged();
+        return;
+    }
+    auto from = indexes.begin();
+    for (const auto &[first, last] : ranges) {
+        const auto to = from + (last - first + 1);
+        beginInsertRows({}, first, last);
+        for (auto each = from; each != to; ++each)
+            m_rows[*each].shown = true;
+        m_shown.insert(m_shown.begin() + first, from, to);
+        endInsertRows();
+        from = to;
+    }
+}
+
+void ToolListModel::setFilter(const ToolFilter &filter)
+{
+    m_finder.setFilter(filter);
+    std::vector<size_t> shown;
+    shown.reserve(m_rows.size());
+    for (size_t i = 0; i < m_rows.size(); ++i) {
+        if (m_finder.matches(m_rows[i].position))
+            shown.push_back(i);
+    }
+    if (shown == m_shown) {
+        changed(0, ColumnCount - 1, MarksRole);
+        return;
+    }
+    Q_EMIT shownAboutToChange();
+    beginResetModel();
+    for (const size_t i : m_shown)
+        m_rows[i].shown = false;
+    for (const size_t i : shown)
+        m_rows[i].shown = true;
+    m_shown = std::move(shown);
+    endResetModel();
+    Q_EMIT shownChanged();
+}
+
+void ToolListModel::endFilter()
+{
+    setFilter({});
+    m_finder.release();
+}
+
+void ToolListModel::showNewMatches()
+{
+    std::vector<size_t> indexes;
+    for (size_t i = 0; i < m_rows.size(); ++i) {
+        if (!m_rows[i].shown && m_finder.matches(m_rows[i].position))
+            indexes.push_back(i);
+    }
+    show(indexes);
+}
+
+void ToolListModel::reveal(const QList<int> &positions)
+{
+    if (rowsOf(positions).size() == positions.size())
+        return;
+    setFilter({});
+    Q_EMIT filterGivenUp();
 }
 
 // --- Look-up ---
@@ -187,13 +259,22 @@ QList<int> ToolListModel::positionsOf(const QList<int> &rows) const
     return positions;
 }
 
+int ToolListModel::rowOfIndex(size_t index) const
+{
+    return static_cast<int>(
+        std::lower_bound(m_shown.begin(), m_shown.end(), index) - m_shown.begin());
+}
+
 int ToolListModel::rowOf(int position) const
 {
-    if (isInPositionOrder() && position >= 1 && position <= rowCount())
-        return position - 1;
-    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
-        [position](const Row &row) { return row.position == position; });
-    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+    if (position < 1 || static_cast<size_t>(position) > m_rows.size())
+        return -1;
+    auto found = m_rows.begin() + (position - 1);
+    if (!isInPositionOrder()) {
+        found = std::find_if(m_rows.begin(), m_rows.end(),
+            [position](const Row &row) { return row.position == position; });
+    }
+    return found->shown ? rowOfIndex(static_cast<size_t>(found - m_rows.begin())) : -1;
 }
 
 QList<int> ToolListModel::rowsOf(const QList<int> &positions) const
@@ -201,8 +282,11 @@ QList<int> ToolListModel::rowsOf(const QList<int> &positions) const
     QList<int> rows;
     rows.reserve(positions.size());
     if (isInPositionOrder()) {
-        for (const int position : positions)
-            rows.append(position - 1);
+        for (const int position : positions) {
+            const auto index = static_cast<size_t>(position) - 1;
+            if (index < m_rows.size() && m_rows[index].shown)
+                rows.append(rowOfIndex(index));
+        }
         return rows;
     }
     for (int row = 0; row < rowCount(); ++row) {
@@ -212,14 +296,26 @@ QList<int> ToolListModel::rowsOf(const QList<int> &positions) const
     return rows;
 }
 
-QList<int> ToolListModel::ghostedRows() const
+int ToolListModel::nextShown(int position, bool forward) const
 {
-    QList<int> rows;
-    for (size_t row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].ghosted)
-            rows.append(static_cast<int>(row));
+    int next = 0;
+    for (int row = 0; row < rowCount(); ++row) {
+        const int at = positionAt(row);
+        if (forward ? at > position && (next == 0 || at < next) : at < position && at > next)
+            next = at;
     }
-    return rows;
+    return next;
+}
+
+QList<int> ToolListModel::ghostedPositions() const
+{
+    QList<int> positions;
+    for (const Row &row : m_rows) {
+        if (row.ghosted)
+            positions.append(row.position);
+    }
+    std::sort(positions.begin(), positions.end());
+    return positions;
 }
 
 void ToolListModel::sortRows(std::vector<Row> &rows) const
@@ -263,7 +359,10 @@ void ToolListModel::sort(int column, Qt::SortOrder order)
         return;
     m_sortKey = column;
     m_sortOrder = order;
-    rearrange([this] { sortRows(m_rows); });
+    rearrange([this] {
+        sortRows(m_rows);
+        collectShown();
+    });
 }
 
 template <class Change>
@@ -281,8 +380,8 @@ void ToolListModel::rearrange(Change change)
     QHash<const CVBATool *, int> rowOfTool;
     if (!before.isEmpty()) {
         rowOfTool.reserve(rowCount());
-        for (size_t row = 0; row < m_rows.size(); ++row)
-            rowOfTool.insert(m_rows[row].tool.get(), static_cast<int>(row));
+        for (int row = 0; row < rowCount(); ++row)
+            rowOfTool.insert(toolAt(row).get(), row);
     }
     QModelIndexList after;
     after.reserve(before.size());
@@ -292,46 +391,39 @@ void ToolListModel::rearrange(Change change)
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
+void ToolListModel::changed(int firstColumn, int lastColumn, int role)
+{
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, firstColumn), index(rowCount() - 1, lastColumn), {role});
+}
+
 void ToolListModel::positionsChanged()
 {
-    if (!m_rows.empty()) {
-        Q_EMIT dataChanged(
-            index(0, PositionColumn), index(rowCount() - 1, PositionColumn), {Qt::DisplayRole});
-    }
+    changed(PositionColumn, PositionColumn, Qt::DisplayRole);
 }
 
 void ToolListModel::setGhosted(const QList<int> &rows, bool ghosted)
 {
     for (const int row : rows)
-        m_rows[static_cast<size_t>(row)].ghosted = ghosted;
-    ghostsChanged();
+        m_rows[m_shown[static_cast<size_t>(row)]].ghosted = ghosted;
+    changed(0, ColumnCount - 1, GhostedRole);
 }
 
 void ToolListModel::clearGhosted()
 {
     for (Row &row : m_rows)
         row.ghosted = false;
-    ghostsChanged();
-}
-
-void ToolListModel::ghostsChanged()
-{
-    if (!m_rows.empty()) {
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1), {GhostedRole});
-    }
+    changed(0, ColumnCount - 1, GhostedRole);
 }
 
 void ToolListModel::RefreshIcons()
 {
-    if (!m_rows.empty()) {
-        Q_EMIT dataChanged(
-            index(0, NameColumn), index(rowCount() - 1, NameColumn), {Qt::DecorationRole});
-    }
+    changed(NameColumn, NameColumn, Qt::DecorationRole);
 }
 
 int ToolListModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
 int ToolListModel::columnCount(const QModelIndex &parent) const
@@ -343,7 +435,7 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
         return {};
-    const Row &row = m_rows[static_cast<size_t>(index.row())];
+    const Row &row = shownAt(index.row());
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
@@ -359,9 +451,25 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
         return {};
     case GhostedRole:
         return row.ghosted;
+    case MarksRole:
+        return marks(index);
     default:
         return {};
     }
+}
+
+QVariant ToolListModel::marks(const QModelIndex &index) const
+{
+    using Scope = ToolFilter::Scope;
+    const ToolFilter &filter = m_finder.filter();
+    if (filter.isEmpty() || index.column() == PositionColumn)
+        return {};
+    TextMarks marks;
+    const Scope scope = index.column() == NameColumn ? Scope::Name : Scope::Location;
+    const QString text = data(index, Qt::DisplayRole).toString();
+    for (const auto &[start, length] : filter.ranges(scope, text))
+        marks.append({static_cast<int>(start), static_cast<int>(length)});
+    return QVariant::fromValue(marks);
 }
 
 QVariant ToolListModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -60,8 +60,8 @@ void ToolPropertiesLink::ShowToolProperties()
 
 void ToolPropertiesLink::showToolIn(int row)
 {
-    m_item = QPersistentModelIndex(m_model.index(row, 0));
-    ToolProperties->setTool(m_model.toolAt(row));
+    m_tool = m_model.toolAt(row);
+    ToolProperties->setTool(m_tool);
     m_frame.setPanelText(Frame::toolPanel, ToolProperties->CaptionText());
     Q_EMIT draftChanged();
 }
@@ -88,20 +88,22 @@ void ToolPropertiesLink::ToolProperties_NameChange()
 
 void ToolPropertiesLink::ToolProperties_RequestNextTool()
 {
-    goBy(1);
+    go(true);
 }
 
 void ToolPropertiesLink::ToolProperties_RequestPriorTool()
 {
-    goBy(-1);
+    go(false);
 }
 
-void ToolPropertiesLink::goBy(int positions)
+void ToolPropertiesLink::go(bool forward)
 {
-    const int row = m_model.rowOf(m_model.positionAt(m_item.row()) + positions);
-    if (row < 0)
+    const int position = m_document.positionOf(m_tool.get());
+    const int next = m_model.nextShown(position, forward);
+    if (next == 0)
         return;
-    m_list.moveSelection(m_item.row(), row);
+    const int row = m_model.rowOf(next);
+    m_list.moveSelection(m_model.rowOf(position), row);
     m_frame.setPanelText(Frame::namesPanel, QString());
     showToolIn(row);
 }

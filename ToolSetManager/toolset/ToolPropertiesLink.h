@@ -3,7 +3,6 @@
 #include "model/CVBATool.h"
 
 #include <QObject>
-#include <QPersistentModelIndex>
 #include <QPointer>
 
 class Frame;
@@ -46,8 +45,8 @@ private Q_SLOTS:
 
 private:
     void showToolIn(int row);
-    /// Goes to the tool that many positions away, if there is one.
-    void goBy(int positions);
+    /// Goes to the shown tool next behind (or before) this one by position, if there is one.
+    void go(bool forward);
 
     QWidget *m_form;
     Frame &m_frame;
@@ -58,5 +57,5 @@ private:
     ListView &m_list;
     ToolListModel &m_model;
     QPointer<frmToolProps> ToolProperties;
-    QPersistentModelIndex m_item; ///< Of the tool that the dialog shows.
+    ToolPtr m_tool; ///< That the dialog shows.
 };

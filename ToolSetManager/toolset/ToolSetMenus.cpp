@@ -134,11 +134,26 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    addFindItems();
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
     show(CommandState());
+}
+
+void ToolSetMenus::addFindItems()
+{
+    mnuEdit->addSeparator();
+    const auto item = [this](const char16_t *name, const char16_t *caption, QKeySequence keys) {
+        QAction *made = mnuEdit->addAction(QString::fromUtf16(caption));
+        made->setObjectName(QString::fromUtf16(name));
+        made->setShortcut(keys);
+        return made;
+    };
+    mnuEditFind = item(u"mnuEditFind", u"&Find...", Qt::CTRL | Qt::Key_F);
+    mnuEditFindNext = item(u"mnuEditFindNext", u"Find Ne&xt", Qt::Key_F3);
+    mnuEditFindPrevious = item(u"mnuEditFindPrevious", u"Find Pre&vious", Qt::SHIFT | Qt::Key_F3);
 }
 
 void ToolSetMenus::show(const CommandState &state)

@@ -61,6 +61,9 @@ public:
     QAction *mnuFilePrintPreview;
     QAction *mnuEditUndo;
     QAction *mnuEditRedo;
+    QAction *mnuEditFind;
+    QAction *mnuEditFindNext;
+    QAction *mnuEditFindPrevious;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
@@ -71,4 +74,7 @@ public:
 
 Q_SIGNALS:
     void chosen(const QString &commandWord);
+
+private:
+    void addFindItems();
 };

@@ -1,5 +1,6 @@
 #include "toolset/frmToolSet.h"
 
+#include "model/ToolSetStorage.h"
 #include "platform/desktop/Captions.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/ListView.h"
@@ -13,6 +14,7 @@
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
 #include "toolset/FileDrop.h"
+#include "toolset/FindBar.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolHelp.h"
 #include "toolset/ToolListModel.h"
@@ -23,6 +25,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -59,7 +62,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , tmrPopUp(makeTimer(this, 25))
     , tmrResize(makeTimer(this, 50))
     , m_set(storage)
-    , m_list(new ToolListModel(m_set, this))
+    , m_list(new ToolListModel(m_set, storage.codePage.number(), this))
     , m_file(new ToolSetFile(*this, this, frame, state, settings, storage, m_set, *lvTools))
     , m_edit(new EditCommands(*this, this, frame, state, storage, m_set, *lvTools, *m_list))
     , m_properties(
@@ -84,6 +87,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connectEdits();
     new FileDrop(*this, frame, state, settings, *lvTools, *m_edit, this);
     connectMenus();
+    connectFind();
     new WindowMenu(*m_menus->mnuWindow, *this, frame, this);
     Form_Load();
 }
@@ -121,6 +125,7 @@ void frmToolSet::connectList()
         m_labelEditing = false;
         showCommandState();
     });
+    connect(lvTools, &ListView::selectionChanged, this, [this] { m_frame.statusChanged(*this); });
     connect(lvTools, &ListView::Click, this, &frmToolSet::lvTools_Click);
     connect(lvTools, &ListView::DblClick, this, &frmToolSet::lvTools_DblClick);
     connect(lvTools, &ListView::KeyDown, this, &frmToolSet::Form_KeyDown);
@@ -165,6 +170,20 @@ void frmToolSet::connectMenus()
     connectItem(m_menus->mnuHelpx[Menus::HelpAbout], [this] { m_frame.showAbout(); });
 }
 
+void frmToolSet::connectFind()
+{
+    m_find = new FindBar(m_state, m_set, *lvTools, *m_list, this);
+    setTabOrder(m_find, lvTools);
+    connect(m_find, &FindBar::shown, this, &frmToolSet::layOut);
+    connect(m_find, &FindBar::countChanged, this, &frmToolSet::showEmptyHint);
+    const auto connectItem = [this](QAction *item, const std::function<void()> &command) {
+        connect(item, &QAction::triggered, this, [this, command] { runCommand(command); });
+    };
+    connectItem(m_menus->mnuEditFind, [this] { m_find->open(); });
+    connectItem(m_menus->mnuEditFindNext, [this] { m_find->findNext(true); });
+    connectItem(m_menus->mnuEditFindPrevious, [this] { m_find->findNext(false); });
+}
+
 // --- Properties ---
 
 QString frmToolSet::FileName() const
@@ -200,11 +219,27 @@ QString frmToolSet::Name() const
 void frmToolSet::setCaption(const QString &caption)
 {
     // A cut is completed in the window of this caption, also when it gets another one meanwhile.
-    if (m_state.SourceCaption == m_caption && !m_list->ghostedRows().isEmpty())
+    if (m_state.SourceCaption == m_caption && !m_list->ghostedPositions().isEmpty())
         m_state.SourceCaption = caption;
     m_caption = caption;
     setWindowTitle(Captions::forTitle(caption));
+    m_frame.statusChanged(*this);
     showEmptyHint();
+}
+
+DocumentStatus frmToolSet::status() const
+{
+    const auto tools = [](int count) {
+        return count == 1 ? QStringLiteral("1 tool") : QStringLiteral("%L1 tools").arg(count);
+    };
+    DocumentStatus status;
+    status.name = FileName().isEmpty() ? Caption() : QFileInfo(FileName()).fileName();
+    status.contents = m_set.count() == 0 ? QStringLiteral("no tools") : tools(m_set.count());
+    if (const qsizetype selected = lvTools->selectedRows().size())
+        status.contents += QStringLiteral(", %L1 selected").arg(selected);
+    if (Dirty())
+        status.state = QStringLiteral("changed");
+    return status;
 }
 
 int frmToolSet::View() const
@@ -289,6 +324,11 @@ void frmToolSet::showProperties()
 
 void frmToolSet::showEmptyHint()
 {
+    if (m_find->hidesAll()) {
+        lvTools->setEmptyHint({QStringLiteral("No tool matches"),
+            QStringLiteral("Press Escape in the field above to show all tools again.")});
+        return;
+    }
     lvTools->setEmptyHint({QStringLiteral("No tools yet"),
         QStringLiteral(
             "Press Ins to make a new tool, or drag programs, macros, help and text files "
@@ -366,6 +406,7 @@ void frmToolSet::showCommandState()
     }
     m_menus->show(m_commands);
     m_frame.commandStateChanged(*this);
+    m_frame.statusChanged(*this);
 }
 
 void frmToolSet::showList()
@@ -603,5 +644,12 @@ void frmToolSet::layOut()
         return;
     m_laidOut = true;
     lblToolSet->setGeometry(0, 0, width(), labelHeight);
-    lvTools->setGeometry(0, labelHeight, width(), height() - labelHeight);
+    const int top = labelHeight + heightOf(m_find);
+    m_find->setGeometry(0, labelHeight, width(), top - labelHeight);
+    lvTools->setGeometry(0, top, width(), qMax(0, height() - top));
+}
+
+int frmToolSet::heightOf(QWidget *bar) const
+{
+    return bar->isHidden() ? 0 : bar->sizeHint().height();
 }

@@ -10,6 +10,7 @@
 #include <functional>
 
 class EditCommands;
+class FindBar;
 class Frame;
 class ListView;
 class Printers;
@@ -48,6 +49,7 @@ public:
     void setView(int view) override;
     void setAction(const QString &word) override;
     CommandState commandState() const override { return m_commands; }
+    DocumentStatus status() const override;
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
     ToolSetDocument *toolSet() override { return &m_set; }
@@ -102,7 +104,9 @@ private:
     void Form_Load();
     void connectList();
     void connectMenus();
+    void connectFind();
     void layOut();
+    int heightOf(QWidget *bar) const; ///< 0 while it is hidden.
     void showEditMenu(const QPoint &globalPosition);
 
     void connectEdits();
@@ -139,6 +143,7 @@ private:
     // --- Controls ---
     QLabel *lblToolSet;
     ListView *lvTools;
+    FindBar *m_find;
     ToolSetMenus *m_menus;
     QTimer *tmrHelp; ///< 10 ms from "Tool Help" in the menu, which has gone then, to the help.
     QTimer *tmrPopUp;

@@ -68,8 +68,7 @@ private Q_SLOTS:
             QStringList({u"Tool set properties|≠ Changed: short description|Tool set properties"_qs,
                 u"a|= Same|a"_qs, u"|→ Only right|x"_qs, u"c|= Same|c"_qs, u"e|= Same|e"_qs,
                 u"b|↕ Moved: 2 left, 5 right|b"_qs, u"d|↕ Moved: 4 left, 6 right|d"_qs}));
-        QCOMPARE(frame().panelText(Frame::noticePanel),
-            u"1 only right, 2 moved, other set properties"_qs);
+        QCOMPARE(form->status().contents, u"1 only right, 2 moved, other set properties"_qs);
         // None of the list's commands is left, and the words of the others do nothing.
         for (const QAction *button : child<QToolBar>(&frame(), "tbTools")->actions()) {
             const QString key = Toolbar::key(button);

@@ -107,7 +107,7 @@ private Q_SLOTS:
         m_program->frame.activateDocument(m_window);
         choose(1, "cmdCompare");
         DocumentWindow *comparison = m_program->frame.activeDocument();
-        QCOMPARE(comparison->notice(), u"1 only left, 1 only right"_qs);
+        QCOMPARE(comparison->status().contents, u"1 only left, 1 only right"_qs);
         const auto *sets = child<QLabel>(comparison->widget(), "lblSets");
         QVERIFY(sets->text().contains(u"earlier version; stays as it is"_qs));
         QVERIFY(!child<QAction>(comparison->widget(), "copyleft")->isEnabled());

@@ -526,7 +526,7 @@ void Monkey::check(frmToolSet *window)
             caption + u": not in the set: "_qs + tool->Description);
     }
     const mTSM &state = m_program.state;
-    require(list.ghostedRows().isEmpty() || m_dragged
+    require(list.ghostedPositions().isEmpty() || m_dragged
             || (state.ClipboardMode == mTSM::CutPending && state.SourceCaption == caption),
         caption + u": faint, and not cut"_qs);
     require(caption == set.ToolSetName

@@ -28,6 +28,7 @@ public:
     {
         commands = document.commandState();
     }
+    void statusChanged(const DocumentWindow &) override { }
     QString panelText(int panel) const override { return panels.value(panel); }
     void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
     void showProgress(const QString &, int) override { }

@@ -389,6 +389,20 @@ private Q_SLOTS:
             {"copied into its own window", one, u"1 ab copy, 1 paste"_qs,
                 u"[a] [b] c d e a(1) b(1)! / a b"_qs},
             {"a new tool", one, u"1 sort, 1 ab newtool"_qs, u"a b c d e [Tool(1)]! / -"_qs},
+            // What find hides is in brackets.
+            {"a new tool that does not match", one, u"1 name:b find, 1 newtool"_qs,
+                u"a b c d e [Tool(1)]! / -"_qs},
+            {"a copy that matches", one, u"1 name:b find, 1 b copy, 1 paste"_qs,
+                u"(a) [b] (c) (d) (e) b(1)! / b"_qs},
+            {"pasted tools that do not match", two, u"1 b copy, 2 name:x find, 2 paste"_qs,
+                u"a [b] c / x y z [b]! / b"_qs},
+            {"hidden cut tools, moved", one, u"1 ab cut, 1 name:d find, 1 d paste"_qs,
+                u"c d [a] [b] e! / -"_qs},
+            {"hidden cut tools, pasted elsewhere", two,
+                u"1 b cut, 1 name:a find, 1 a select, 2 paste"_qs, u"a c! / x y z [b]! / -"_qs},
+            {"undone where it is hidden", one,
+                u"1 b silentdelete, 1 name:c find, 1 undo, 1 name:a find"_qs,
+                u"a (b) (c) (d) (e) / -"_qs},
         });
     }
 
@@ -849,6 +863,59 @@ private Q_SLOTS:
         QCOMPARE(inFile("a.bmt"), u"a b A(1)"_qs);
     }
 
+    void find()
+    {
+        frmToolSet *form = window(file("a.bmt", u"abcb"_qs)); // the last one becomes "b(1)"
+        QVERIFY(QTest::qWaitForWindowActive(form));
+        ListView *list = listOf(form);
+        auto *field = child<QLineEdit>(form, "txtFind");
+        auto *count = child<QLabel>(form, "lblFound");
+        QVERIFY(!field->isVisible());
+        const int top = list->y();
+        menusOf(form)->mnuEditFind->trigger();
+        QVERIFY(field->hasFocus() && list->y() > top);
+        QTest::keyClicks(field, u"help:\"of b\""_qs); // the help texts are read later
+        QTRY_COMPARE(count->text(), u"2 of 4"_qs);
+        QCOMPARE(text(form), u"(a) b (c) b(1)"_qs);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(text(form), u"(a) b (c) [b(1)]"_qs);
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(list->currentView(), Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(text(form), u"(a) [b(1)] b (c)"_qs);
+        menusOf(form)->mnuEditFindNext->trigger();
+        Answers answers;
+        answers.dialog(u"frmToolProps"_qs, [&](QDialog *dialog) {
+            child<QAbstractButton>(dialog, "cmdNext")->click(); // there is none that is shown
+            child<QLineEdit>(dialog, "txtDescription")->setText(u"q"_qs);
+            child<QAbstractButton>(dialog, "cmdOK")->click();
+        });
+        form->setAction(u"toolproperties"_qs);
+        field->setText(u"name:b"_qs);
+        QCOMPARE(text(form), u"(a) b(1) (q) (c)"_qs); // hidden tools are not selected
+        field->setText(u"name:z"_qs);
+        QCOMPARE(count->text(), u"0 of 4"_qs);
+        form->setAction(u"save"_qs);
+        QCOMPARE(inFile("a.bmt"), u"a b(1) q c"_qs);
+        QVERIFY(m_frame->groups[u"P"_qs]);
+        field->setText(u"name:b"_qs);
+        list->currentView()->selectAll();
+        answers.message(u"Do you want to delete 'b(1)'?"_qs, QMessageBox::No);
+        form->setAction(u"delete"_qs);
+        form->setAction(u"cut"_qs);
+        // Of the field's Escape the list sees neither the press nor the release.
+        form->activateWindow(); // the questions have had the keyboard
+        QVERIFY(QTest::qWaitForWindowActive(form));
+        field->setFocus();
+        QWindow *window = form->windowHandle();
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(!field->isVisible() && list->currentView()->hasFocus() && list->y() == top);
+        QCOMPARE(text(form), u"a [b(1)*] q c"_qs);
+        menusOf(form)->mnuEditFindNext->trigger(); // the last words once more
+        QCOMPARE(text(form), u"(a) [b(1)*] (q) (c)"_qs);
+        QVERIFY(field->isVisible() && !field->hasFocus());
+    }
+
     void toolSetProperties()
     {
         frmToolSet *form = window(file("a.bmt", u"abc"_qs));
@@ -920,7 +987,9 @@ private:
         for (const QString &step : steps.split(u", "_qs)) {
             const QStringList words = step.split(u' ');
             frmToolSet *form = forms.at(words.constFirst().toInt() - 1);
-            if (words.size() == 3)
+            if (words.constLast() == u"find")
+                child<QLineEdit>(form, "txtFind")->setText(words.at(1));
+            else if (words.size() == 3)
                 select(form, words.at(1));
             if (words.constLast() == u"sort")
                 modelOf(form)->sort(0, Qt::DescendingOrder);
@@ -978,17 +1047,19 @@ private:
         listOf(window)->selectRows(rows);
     }
 
-    /// Names by position; "b*" is ghosted, "[b]" selected.
+    /// Names by position; "b*" is ghosted, "[b]" selected, "(b)" hidden.
     static QString text(frmToolSet *window)
     {
         const ToolListModel *model = modelOf(window);
-        QStringList names(model->rowCount());
-        for (int row = 0; row < model->rowCount(); ++row) {
-            QString &name = names[model->positionAt(row) - 1];
-            name = model->toolAt(row)->Description;
-            if (model->isGhosted(row))
+        QStringList names = window->Document().keysInOrder();
+        for (int position = 1; position <= names.size(); ++position) {
+            QString &name = names[position - 1];
+            const int row = model->rowOf(position);
+            if (row < 0)
+                name = u'(' + name + u')';
+            else if (model->isGhosted(row))
                 name += u'*';
-            if (listOf(window)->currentView()->selectionModel()->isRowSelected(row))
+            if (row >= 0 && listOf(window)->currentView()->selectionModel()->isRowSelected(row))
                 name = u'[' + name + u']';
         }
         return names.join(u' ');

@@ -1,8 +1,15 @@
 #pragma once
 
-#include <Qt>
+#include <QList>
+#include <QMetaType>
+
+#include <utility>
+
+/// Parts of a text, each its start and its length.
+using TextMarks = QList<std::pair<int, int>>;
 
 /// What a list view asks of its model beside the toolkit's roles.
 enum ItemRole {
-    GhostedRole = Qt::UserRole + 1 ///< True for a row that is drawn faint.
+    GhostedRole = Qt::UserRole + 1, ///< True for a row that is drawn faint.
+    MarksRole ///< TextMarks of what is marked in an item's text: ascending, without overlaps.
 };

@@ -10,6 +10,8 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
 
 #include <limits>
@@ -21,6 +23,42 @@ QColor mixed(const QColor &colour, const QColor &ground, float share)
     const auto mix = [share](float of, float with) { return of * share + with * (1 - share); };
     return QColor::fromRgbF(mix(colour.redF(), ground.redF()),
         mix(colour.greenF(), ground.greenF()), mix(colour.blueF(), ground.blueF()));
+}
+
+/// The width that the text of an item has, as the style draws it.
+QRect textRect(const QStyleOptionViewItem &item)
+{
+    const QStyle *style = item.widget->style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 1;
+    return style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
+        .adjusted(margin, 0, -margin, 0);
+}
+
+/// The marks within what is left of a text that was cut off at one end; the dots are marked for
+/// what is not seen.
+QList<QTextLayout::FormatRange> formatsOf(
+    const TextMarks &marks, qsizetype length, qsizetype left, Qt::TextElideMode mode)
+{
+    QTextCharFormat marked; // like a pen's mark on paper, on any background
+    marked.setBackground(QColor(255, 221, 87));
+    marked.setForeground(Qt::black);
+    const bool cut = left < length;
+    const auto kept = static_cast<int>(left) - 1; // beside the dots
+    QList<QTextLayout::FormatRange> formats;
+    for (const auto &[start, count] : marks) {
+        int from = start;
+        int to = start + count;
+        if (cut && mode == Qt::ElideLeft) {
+            const auto gone = static_cast<int>(length) - kept - 1;
+            from = qMax(0, from - gone);
+            to = qMax(1, to - gone);
+        } else if (cut) {
+            from = qMin(from, kept);
+            to = qMin(to, kept + 1);
+        }
+        formats.append({from, to - from, marked});
+    }
+    return formats;
 }
 
 } // namespace
@@ -109,6 +147,46 @@ void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) con
     Q_EMIT editEnded();
 }
 
+void LabelDelegate::paint(
+    QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const auto marks = index.data(MarksRole).value<TextMarks>();
+    if (marks.isEmpty() || !option.widget) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    // The style draws everything but the text, in its place.
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const bool selected = item.state.testFlag(QStyle::State_Selected);
+    const auto group = item.state.testFlag(QStyle::State_Active) ? QPalette::Active
+                                                                 : QPalette::Inactive;
+    const QColor colour =
+        item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    item.palette.setColor(QPalette::Text, Qt::transparent);
+    item.palette.setColor(QPalette::HighlightedText, Qt::transparent);
+    item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+
+    const QRect room = textRect(item);
+    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+    QTextLayout layout(text, item.font, painter->device());
+    QTextOption how;
+    how.setWrapMode(QTextOption::NoWrap);
+    how.setTextDirection(item.direction);
+    how.setAlignment(QStyle::visualAlignment(item.direction, item.displayAlignment));
+    layout.setTextOption(how);
+    layout.setFormats(formatsOf(marks, item.text.size(), text.size(), item.textElideMode));
+    layout.beginLayout();
+    layout.createLine().setLineWidth(room.width());
+    layout.endLayout();
+    const int height = qRound(layout.boundingRect().height());
+    painter->save();
+    painter->setClipRect(room);
+    painter->setPen(colour);
+    layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - height) / 2));
+    painter->restore();
+}
+
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const auto *list = qobject_cast<const QListView *>(option.widget);
@@ -145,10 +223,7 @@ bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const QStyle *style = view->style();
-    const int room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, view).width()
-        - 2 * (style->pixelMetric(QStyle::PM_FocusFrameHMargin, &item, view) + 1);
-    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > room;
+    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > textRect(item).width();
     // A name may look like HTML, and a path must not be broken behind its drive.
     const QString tip = QStringLiteral("<p style='white-space:pre'>%1</p>");
     QToolTip::showText(

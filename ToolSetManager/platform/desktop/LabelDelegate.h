@@ -5,8 +5,8 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Edits the labels of a view in place and draws its ghosted rows (see `GhostedRole`). What was
-/// typed is reported and does not go to the model.
+/// Edits the labels of a view in place, draws its ghosted rows (see `GhostedRole`) and what is
+/// marked in its texts (`MarksRole`). What was typed is reported and does not go to the model.
 class LabelDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -26,6 +26,8 @@ public:
     void setModelData(
         QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
     void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+        const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /// The whole text of a label or location that is cut off.

@@ -105,6 +105,7 @@ void ListView::setModel(QAbstractItemModel *model)
 {
     m_model = model;
     m_selection = new QItemSelectionModel(model, this);
+    connect(m_selection, &QItemSelectionModel::selectionChanged, this, &ListView::selectionChanged);
     attach(currentView());
     for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(model, change, this, &ListView::describeEmptiness);
@@ -230,6 +231,11 @@ void ListView::selectRows(const QList<int> &rows)
     currentView()->scrollTo(first);
 }
 
+int ListView::focusedItem() const
+{
+    return m_selection->currentIndex().row();
+}
+
 void ListView::setFocusedItem(int row)
 {
     if (row >= 0) {
@@ -244,6 +250,11 @@ void ListView::moveSelection(int fromRow, int toRow)
     m_selection->select(m_model->index(toRow, 0), QItemSelectionModel::Select | wholeRow);
     setFocusedItem(toRow);
     EnsureVisible();
+}
+
+void ListView::scrollToTop(int row)
+{
+    currentView()->scrollTo(m_model->index(row, 0), QAbstractItemView::PositionAtTop);
 }
 
 void ListView::EnsureVisible()

@@ -56,10 +56,12 @@ public:
     /// Selects exactly these rows; the first one gets the focus and is scrolled to.
     void selectRows(const QList<int> &rows);
 
+    int focusedItem() const; ///< -1 for none.
     /// Gives that row the focus and changes no selection; nothing for row -1.
     void setFocusedItem(int row);
     /// Unselects the one row and selects the other one, which gets the focus and is scrolled to.
     void moveSelection(int fromRow, int toRow);
+    void scrollToTop(int row); ///< So that it is the first one to be seen.
     /// Scrolls to the selected item, if there is one.
     void EnsureVisible();
 
@@ -108,6 +110,7 @@ Q_SIGNALS:
     void BeforeLabelEdit();
     void AfterLabelEdit(int row, const QString &NewString); ///< The text was changed and accepted.
     void labelEditEnded(); ///< In whatever way.
+    void selectionChanged(); ///< Not what is in it, nor when the model is reset.
     void Click();
     void DblClick();
     void MouseDown(Qt::MouseButton button, const QPoint &position); ///< In the viewport.

@@ -50,6 +50,27 @@ void StatusBar::setPanelText(int panel, const QString &text)
     m_panels.at(panel - 1)->setText(text);
 }
 
+void StatusBar::setFacts(const QStringList &facts)
+{
+    while (m_facts.size() < facts.size()) {
+        auto *label = new QLabel(this);
+        label->setObjectName(QStringLiteral("fact%1").arg(m_facts.size() + 1));
+        label->setTextFormat(Qt::PlainText);
+        label->setContentsMargins(4, 0, 4, 0);
+        addPermanentWidget(label);
+        m_facts.append(label);
+    }
+    for (qsizetype i = 0; i < m_facts.size(); ++i) {
+        QLabel *label = m_facts[i];
+        // A long name must not make the frame wider.
+        const int room = label->fontMetrics().averageCharWidth() * 40;
+        const QString fact = facts.value(i);
+        label->setText(label->fontMetrics().elidedText(fact, Qt::ElideMiddle, room));
+        label->setAccessibleName(fact);
+        label->setVisible(!fact.isEmpty());
+    }
+}
+
 void StatusBar::showProgress(const QString &what, int percent)
 {
     if (!m_progress) {

@@ -6,7 +6,8 @@ class QLabel;
 class QProgressBar;
 
 /// A status bar of panels, counted from 1. Texts are shown as they stand, cut with an ellipsis
-/// where the panel is too narrow. In front of the panels there is room for a progress bar.
+/// where the panel is too narrow. In front of the panels there is room for a progress bar, behind
+/// them for facts, each as wide as its text.
 class StatusBar : public QStatusBar
 {
     Q_OBJECT
@@ -17,11 +18,15 @@ public:
     QString panelText(int panel) const;
     void setPanelText(int panel, const QString &text);
 
+    /// Shows these texts at the right end; empty ones take no room.
+    void setFacts(const QStringList &facts);
+
     /// Shows the progress bar, which tells \a what is under way.
     void showProgress(const QString &what, int percent);
     void endProgress(); ///< Hides it.
 
 private:
     QList<QLabel *> m_panels;
+    QList<QLabel *> m_facts;
     QProgressBar *m_progress = nullptr; ///< Made when it is first needed.
 };
