@@ -34,7 +34,8 @@ ComparedSet::ComparedSet(DocumentWindow &window)
     connect(m_document, &ToolSetDocument::reset, this, &ComparedSet::changed);
     connect(m_document, &ToolSetDocument::stateChanged, this, &ComparedSet::titleChanged);
     connect(m_widget, &QWidget::windowTitleChanged, this, &ComparedSet::titleChanged);
-    connect(m_widget, &QObject::destroyed, this, &ComparedSet::titleChanged);
+    // Later, because the window may go with its frame, of which nothing can be asked then.
+    connect(m_widget, &QObject::destroyed, this, &ComparedSet::titleChanged, Qt::QueuedConnection);
     refresh();
 }
 

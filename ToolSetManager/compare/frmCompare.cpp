@@ -3,9 +3,8 @@
 #include "compare/CompareMenus.h"
 #include "compare/ComparedSet.h"
 #include "compare/ComparisonModel.h"
-#include "compare/DifferenceTexts.h"
-#include "compare/FieldsModel.h"
-#include "compare/HelpComparison.h"
+#include "compare/RowDetails.h"
+#include "compare/RowTable.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/Accessible.h"
 #include "platform/desktop/Captions.h"
@@ -21,13 +20,11 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QSplitter>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -58,20 +55,6 @@ QString shortTitle(const ComparedSet &set)
     return title.contains(u'/') || title.contains(u'\\') ? QFileInfo(title).fileName() : title;
 }
 
-QTreeView *makeTable(const QString &name, const QString &accessibleName, QWidget *parent)
-{
-    auto *table = new QTreeView(parent);
-    table->setObjectName(name);
-    Accessible::setName(*table, accessibleName);
-    table->setRootIsDecorated(false);
-    table->setUniformRowHeights(name == QStringLiteral("tvRows"));
-    table->setAllColumnsShowFocus(true);
-    table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table->header()->setSectionsMovable(false);
-    table->header()->setStretchLastSection(true);
-    return table;
-}
-
 } // namespace
 
 frmCompare::frmCompare(
@@ -80,12 +63,10 @@ frmCompare::frmCompare(
     , m_comparison(std::move(comparison))
     , m_choose(std::move(choose))
     , m_rows(new ComparisonModel(*m_comparison, this))
-    , m_fields(new FieldsModel(*m_comparison, codePage, this))
     , m_menus(new CompareMenus(this))
     , lblSets(new QLabel(this))
-    , tvRows(makeTable(QStringLiteral("tvRows"), QStringLiteral("Tools of both sets"), this))
-    , tvFields(makeTable(QStringLiteral("tvFields"), QStringLiteral("Fields of the tool"), this))
-    , m_help(new HelpComparison(codePage, this))
+    , tvRows(RowTable::make(QStringLiteral("tvRows"), QStringLiteral("Tools of both sets"), this))
+    , m_details(new RowDetails(*m_comparison, codePage, this))
     , lstConflicts(new QListWidget(this))
     , lblSummary(new QLabel(this))
 {
@@ -149,13 +130,10 @@ void frmCompare::makeViews()
 
     const int letter = fontMetrics().averageCharWidth();
     tvRows->setModel(m_rows);
+    tvRows->setUniformRowHeights(true); // quick to lay out, whatever their number
     tvRows->setIconSize(QSize(CVBATool::pictureSide, CVBATool::pictureSide));
     tvRows->setColumnWidth(ComparisonModel::LeftColumn, letter * 40);
     tvRows->setColumnWidth(ComparisonModel::DifferenceColumn, letter * 44);
-    tvFields->setModel(m_fields);
-    tvFields->setIconSize(QSize(CVBATool::pictureSide, CVBATool::pictureSide) * 2);
-    tvFields->setColumnWidth(FieldsModel::FieldColumn, letter * 30);
-    tvFields->setColumnWidth(FieldsModel::LeftColumn, letter * 47);
     connect(tvRows->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
         &frmCompare::tvRows_Change);
     connect(tvRows->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -174,12 +152,10 @@ void frmCompare::layOut()
     panes->setChildrenCollapsible(false);
     panes->addWidget(tvRows);
     panes->addWidget(lstConflicts);
-    panes->addWidget(tvFields);
-    panes->addWidget(m_help);
-    panes->setStretchFactor(0, 3);
-    panes->setStretchFactor(2, 2);
-    panes->setStretchFactor(3, 1);
-    panes->setSizes({240, 60, 150, 100});
+    panes->addWidget(m_details);
+    panes->setStretchFactor(0, 1);
+    panes->setStretchFactor(2, 1);
+    panes->setSizes({250, 60, 250});
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -216,7 +192,7 @@ QString frmCompare::Caption() const
 
 DocumentStatus frmCompare::status() const
 {
-    return {Caption(), m_comparison->summary(), {}};
+    return {QStringLiteral("Comparison"), m_comparison->summary(), {}};
 }
 
 void frmCompare::setNotice(const QString &text)
@@ -372,28 +348,7 @@ void frmCompare::tvRows_Change()
     const int row = current.isValid() ? int(m_rows->rowAt(current.row())) : -1;
     if (row >= 0)
         m_current = row;
-    m_fields->setRow(row);
-    QString left;
-    QString right;
-    QString what = QStringLiteral("Help text");
-    if (row >= 0) {
-        const Comparison::Row &shown = m_comparison->rows()[size_t(row)];
-        const CVBATool *leftTool = m_comparison->tool(shown, Comparison::Left);
-        const CVBATool *rightTool = m_comparison->tool(shown, Comparison::Right);
-        left = leftTool ? leftTool->HelpString : QString();
-        right = rightTool ? rightTool->HelpString : QString();
-        if (shown.ofSet) {
-            what = QStringLiteral("Long description");
-            left = m_comparison->set(Comparison::Left).state().properties.LongDescription;
-            right = m_comparison->set(Comparison::Right).state().properties.LongDescription;
-        }
-    }
-    m_help->setTexts(what, left, right);
-    int first = 0;
-    while (first < m_fields->rowCount() && !m_fields->differs(first))
-        ++first;
-    tvFields->setCurrentIndex(
-        m_fields->index(first < m_fields->rowCount() ? first : 0, FieldsModel::FieldColumn));
+    m_details->setRow(row);
     refreshCommands();
 }
 
@@ -454,17 +409,6 @@ void frmCompare::lstConflicts_Activate(int row)
     tvRows->setFocus();
 }
 
-QList<int> frmCompare::selectedFields() const
-{
-    QList<int> fields;
-    const QModelIndexList selected = tvFields->selectionModel()->selectedRows();
-    for (const QModelIndex &index : selected) {
-        if (m_fields->differs(index.row()))
-            fields.append(m_fields->fieldAt(index.row()));
-    }
-    return fields;
-}
-
 std::vector<size_t> frmCompare::selectedRows() const
 {
     std::vector<size_t> rows;
@@ -479,11 +423,13 @@ std::vector<size_t> frmCompare::selectedRows() const
 
 void frmCompare::copy(Side to)
 {
+    if (!tvRows->currentIndex().isValid())
+        return;
     // Read first: opening a file gives the focus away.
     const auto index = size_t(m_current);
     const Comparison::Row &row = m_comparison->rows()[index];
-    const bool single = tvFields->hasFocus() && !row.onlyLeft() && !row.onlyRight();
-    const QList<int> fields = selectedFields();
+    const bool single = m_details->fieldsHaveFocus() && !row.onlyLeft() && !row.onlyRight();
+    const QList<int> fields = m_details->selectedFields();
     const std::vector<size_t> rows = selectedRows();
     if ((single ? fields.isEmpty() : rows.empty()) || !makeChangeable(to))
         return;
@@ -491,7 +437,7 @@ void frmCompare::copy(Side to)
     m_changed = m_comparison->set(to).document();
     if (single) {
         m_comparison->copyFields(index, fields, to);
-        tvFields->setFocus();
+        m_details->focusFields();
     } else {
         m_comparison->copy(rows, to);
     }

@@ -11,13 +11,12 @@
 
 class CompareMenus;
 class ComparisonModel;
-class FieldsModel;
 class Frame;
-class HelpComparison;
 class QItemSelectionModel;
 class QLabel;
 class QListWidget;
 class QTreeView;
+class RowDetails;
 class Toolbar;
 
 /// The window of a comparison: two sets side by side, the fields and help texts of the selected
@@ -89,8 +88,7 @@ private:
     /// Opens the side's file where that is needed to change it. False, after a message, when it
     /// cannot be changed.
     bool makeChangeable(Side side);
-    QList<int> selectedFields() const; ///< Of those that differ, as the next.
-    std::vector<size_t> selectedRows() const;
+    std::vector<size_t> selectedRows() const; ///< Of those that differ.
     void undo(bool again);
     void setNotice(const QString &text);
 
@@ -98,15 +96,13 @@ private:
     std::unique_ptr<Comparison> m_comparison;
     Choose m_choose;
     ComparisonModel *m_rows;
-    FieldsModel *m_fields;
 
     // --- Controls ---
     CompareMenus *m_menus;
     Toolbar *tbCompare = nullptr;
     QLabel *lblSets;
     QTreeView *tvRows;
-    QTreeView *tvFields;
-    HelpComparison *m_help;
+    RowDetails *m_details;
     QListWidget *lstConflicts;
     QLabel *lblSummary;
 

@@ -79,7 +79,7 @@ private Q_SLOTS:
         for (const char *word : {"save", "delete", "list", "paste", "properties"})
             m_program->run(QString::fromLatin1(word));
         // The keys of its menus reach it.
-        QVERIFY(QTest::qWaitForWindowActive(&frame()));
+        QVERIFY(activate());
         QTreeView *rows = table(form, "tvRows");
         rows->setFocus();
         QTest::keyClick(rows, Qt::Key_F8);
@@ -115,7 +115,7 @@ private Q_SLOTS:
         select(form, "c");
         QCOMPARE(child<QTextEdit>(form, "txtLeft")->toPlainText(), u"help of changed c"_qs);
         // A single field, by the focus.
-        QVERIFY(QTest::qWaitForWindowActive(&frame()));
+        QVERIFY(activate());
         QTreeView *fields = table(form, "tvFields");
         fields->setFocus();
         QCOMPARE(fields->currentIndex().data().toString(), u"≠ Command line"_qs);
@@ -211,6 +211,11 @@ private Q_SLOTS:
     }
 
 private:
+    bool activate()
+    {
+        frame().activateWindow(); // from where the dialog was
+        return QTest::qWaitForWindowActive(&frame());
+    }
     static void drop(DocumentWindow *window)
     {
         window->toolSet()->saved(); // nobody is asked

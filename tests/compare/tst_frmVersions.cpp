@@ -98,9 +98,11 @@ private Q_SLOTS:
         QCOMPARE(names(copy), u"a b c"_qs);
         QVERIFY(copy != m_window && copy->Caption().startsWith(u"Copy - set.bmt, "_qs));
         copy->Document().remove({1, 2});
-        Answers answers;
-        answers.file(u"Save Tool Set"_qs, m_home->filePath(u"new.bmt"_qs));
-        m_program->run(u"save"_qs); // never over the version
+        {
+            Answers answers;
+            answers.file(u"Save Tool Set"_qs, m_home->filePath(u"new.bmt"_qs));
+            m_program->run(u"save"_qs); // never over the version
+        }
         QCOMPARE(Sets::names(m_home->filePath(u"new.bmt"_qs), m_program->storage), u"c"_qs);
         QCOMPARE(Files::contentOf(version), kept);
 
