@@ -22,7 +22,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QToolButton>
 #include <QTreeView>
 
 #include <algorithm>
@@ -525,6 +528,33 @@ void findInHelps(benchmark::State &state)
     find(state, QStringLiteral("9 refresher"), QStringLiteral("8 settinx"));
 }
 
+/// F7, until the panel shows all findings.
+void check(benchmark::State &state)
+{
+    Desk desk;
+    Opened opened(desk, state);
+    for (auto _ : state) {
+        opened.form->setAction(QStringLiteral("check"));
+        const auto *text = opened.form->findChild<QLabel *>(QStringLiteral("lblFindings"));
+        do
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (text->text().isEmpty() || text->text().contains(QStringLiteral("left")));
+        state.PauseTiming();
+        opened.form->findChild<QToolButton *>(QStringLiteral("cmdCloseCheck"))->click();
+        state.ResumeTiming();
+    }
+}
+
+/// The least that the disk takes.
+void lookUpFiles(benchmark::State &state)
+{
+    const auto tools = SampleSet::tools(countOf(state));
+    for (auto _ : state) {
+        for (const ToolPtr &tool : tools)
+            benchmark::DoNotOptimize(QFile::exists(samples->path(tool->FileName)));
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -535,6 +565,10 @@ int main(int argc, char *argv[])
     QLocale::setDefault(QLocale(QLocale::English));
     SampleSet set;
     samples = &set;
+    // A drive C:, so that the check looks at the disk.
+    qputenv("WINEPREFIX", set.path(QStringLiteral("wine")).toUtf8());
+    QDir().mkpath(set.path(QStringLiteral("wine/dosdevices")));
+    QFile::link(set.path(QString()), set.path(QStringLiteral("wine/dosdevices/c:")));
     Ratios ratios({1000, 10000});
     ratios.compare({"open until painted", open}, {"load", load}, 2);
     ratios.compare({"list filled and painted", fill}, {"bare tree view", bareFill});
@@ -551,6 +585,7 @@ int main(int argc, char *argv[])
     ratios.compare({"undo of a move of a tenth", undoMove}, {"bare view, a tenth moved", bareMove});
     ratios.compare({"find: keystroke on names", findInNames}, {"bare tree view", bareFill});
     ratios.compare({"find: keystroke on help texts", findInHelps}, {"bare tree view", bareFill});
+    ratios.compare({"check, all findings shown", check}, {"files looked up", lookUpFiles});
     ratios.compare({"compare with 100 changes", compareSets}, {"load", load}, 1);
     return ratios.run(argc, argv);
 }

@@ -127,18 +127,22 @@ int main(int argc, char *argv[])
     measure("scroll through, 1,000 steps", program, scroll, Step::Many);
     auto *field = window->findChild<QLineEdit *>(u"txtFind"_qs);
     window->findChild<FindBar *>()->open();
-    const std::pair<const char *, QString> words[] = {{"find: first letter of a name", u"name:7"_qs},
-        {"find: second letter", u"name:77"_qs}, {"find: word of a help text, read first", u"refresh"_qs},
+    const std::pair<const char *, QString> words[] = {
+        {"find: first letter of a name", u"name:7"_qs}, {"find: second letter", u"name:77"_qs},
+        {"find: word of a help text, read first", u"refresh"_qs},
         {"find: another one", u"settings"_qs}, {"find: none", u"settinx"_qs},
         {"find: no word", QString()}};
     for (const int shown : {ListView::lvwReport, ListView::lvwList}) {
         window->setView(shown);
         for (const auto &[what, typed] : words) {
             measure(what, program, [=] { field->setText(typed); });
-            measure(" ... until all help texts were searched", program, [=] {
-                while (!model->finder().isComplete())
-                    QCoreApplication::processEvents();
-            }, Step::Many);
+            measure(
+                " ... until all help texts were searched", program,
+                [=] {
+                    while (!model->finder().isComplete())
+                        QCoreApplication::processEvents();
+                },
+                Step::Many);
         }
     }
     window->setView(ListView::lvwReport);

@@ -9,11 +9,17 @@
 #include "platform/text/CodePage.h"
 #include "platform/text/VbConvert.h"
 
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QSet>
 
 #include <algorithm>
 
 namespace {
+
+/// Milliseconds for one tool, after which it is found out whether the regular expression has
+/// failed.
+constexpr int suspiciousTime = 20;
 
 bool isSeparator(QChar c)
 {
@@ -195,45 +201,6 @@ void checkTexts(BulkChange::Row &row, const CodePage &codePage)
     }
 }
 
-/// The names of a set while its tools are renamed one after the other, as the set would do it.
-class Names
-{
-public:
-    explicit Names(const ToolSetDocument &document)
-        : m_document(document)
-    {
-    }
-
-    /// Empty when there is no free name.
-    QString rename(const QString &name, const QString &newName)
-    {
-        m_gone.insert(name.toCaseFolded());
-        m_added.remove(name.toCaseFolded());
-        m_free.released(name);
-        try {
-            const QString given =
-                m_free.nameFor(newName, [this](const QString &key) { return isTaken(key); });
-            m_added.insert(given.toCaseFolded());
-            return given;
-        } catch (const VbError &) {
-            return {};
-        }
-    }
-
-private:
-    bool isTaken(const QString &key) const
-    {
-        const QString folded = key.toCaseFolded();
-        return m_added.contains(folded)
-            || (!m_gone.contains(folded) && m_document.Tools().Items().contains(key));
-    }
-
-    const ToolSetDocument &m_document;
-    FreeNames m_free;
-    QSet<QString> m_gone;
-    QSet<QString> m_added;
-};
-
 } // namespace
 
 QString BulkChange::error() const
@@ -292,6 +259,19 @@ QString BulkChange::replaced(const QString &text, const QRegularExpression &expr
     return result + QStringView(text).sliced(end);
 }
 
+bool BulkChange::givesUp(const CVBATool &tool, const QRegularExpression &expression) const
+{
+    if (replacement.search != Search::RegularExpression || replacement.find.isEmpty())
+        return false;
+    const QString text = replacement.field == Field::Location ? tool.Location()
+        : replacement.field == Field::CommandLine             ? tool.CommandLine
+                                                              : tool.Description;
+    qsizetype end = 0;
+    for (auto matches = expression.globalMatch(text); matches.hasNext();)
+        end = matches.next().capturedEnd();
+    return !expression.match(text, end).isValid();
+}
+
 // --- Preview ---
 
 CVBATool BulkChange::changed(const CVBATool &tool, const QRegularExpression &expression) const
@@ -335,39 +315,106 @@ CVBATool BulkChange::changed(const CVBATool &tool, const QRegularExpression &exp
     return after;
 }
 
+/// The names of a set while its tools are renamed one after the other, as the set would do it.
+class BulkChange::Preview::Names
+{
+public:
+    explicit Names(const ToolSetDocument &document)
+        : m_document(document)
+    {
+    }
+
+    /// Empty when there is no free name.
+    QString rename(const QString &name, const QString &newName)
+    {
+        m_gone.insert(name.toCaseFolded());
+        m_added.remove(name.toCaseFolded());
+        m_free.released(name);
+        try {
+            const QString given =
+                m_free.nameFor(newName, [this](const QString &key) { return isTaken(key); });
+            m_added.insert(given.toCaseFolded());
+            return given;
+        } catch (const VbError &) {
+            return {};
+        }
+    }
+
+private:
+    bool isTaken(const QString &key) const
+    {
+        const QString folded = key.toCaseFolded();
+        return m_added.contains(folded)
+            || (!m_gone.contains(folded) && m_document.Tools().Items().contains(key));
+    }
+
+    const ToolSetDocument &m_document;
+    FreeNames m_free;
+    QSet<QString> m_gone;
+    QSet<QString> m_added;
+};
+
+BulkChange::Preview::Preview(const BulkChange &change, const ToolSetDocument &document,
+    const QList<int> &positions, const CodePage &codePage)
+    : m_change(change)
+    , m_document(document)
+    , m_codePage(codePage)
+    , m_expression(change.expression())
+    , m_names(std::make_unique<Names>(document))
+{
+    if (m_expression.isValid())
+        m_positions = positions;
+}
+
+BulkChange::Preview::~Preview() = default;
+
+bool BulkChange::Preview::work(int milliseconds)
+{
+    const QDeadlineTimer deadline(milliseconds); // a negative time is for ever
+    while (m_next < count()) {
+        add(m_positions[m_next++]);
+        if (deadline.hasExpired())
+            break;
+    }
+    return m_next == count();
+}
+
+void BulkChange::Preview::add(int position)
+{
+    Row row;
+    row.position = position;
+    row.tool = m_document.toolAt(position);
+    QElapsedTimer timer;
+    timer.start();
+    row.after = m_change.changed(*row.tool, m_expression);
+    if (timer.elapsed() > suspiciousTime && m_change.givesUp(*row.tool, m_expression))
+        m_givenUp.append(row.tool);
+    const QString &wanted = row.after.Description;
+    row.name = wanted;
+    if (wanted != row.tool->Description) {
+        row.name = m_names->rename(row.tool->Description, wanted);
+        if (row.name.isEmpty()) {
+            row.storable = false;
+            row.remark = QStringLiteral("No name like \"%1\" is free.").arg(wanted);
+        } else if (row.name != wanted) {
+            row.remark = wanted.isEmpty() || VbConvert::isNumeric(wanted)
+                ? QStringLiteral("\"%1\" cannot be a name.").arg(wanted)
+                : QStringLiteral("The name \"%1\" is taken.").arg(wanted);
+        }
+    }
+    row.changes = differences(*row.tool, row.after, row.name);
+    if (row.changes.isEmpty())
+        return;
+    checkTexts(row, m_codePage);
+    m_rows.append(row);
+}
+
 QList<BulkChange::Row> BulkChange::preview(
     const ToolSetDocument &document, const QList<int> &positions, const CodePage &codePage) const
 {
-    QList<Row> rows;
-    const QRegularExpression pattern = expression();
-    if (!pattern.isValid())
-        return rows;
-    Names names(document);
-    for (const int position : positions) {
-        Row row;
-        row.position = position;
-        row.tool = document.toolAt(position);
-        row.after = changed(*row.tool, pattern);
-        const QString &wanted = row.after.Description;
-        row.name = wanted;
-        if (wanted != row.tool->Description) {
-            row.name = names.rename(row.tool->Description, wanted);
-            if (row.name.isEmpty()) {
-                row.storable = false;
-                row.remark = QStringLiteral("No name like \"%1\" is free.").arg(wanted);
-            } else if (row.name != wanted) {
-                row.remark = wanted.isEmpty() || VbConvert::isNumeric(wanted)
-                    ? QStringLiteral("\"%1\" cannot be a name.").arg(wanted)
-                    : QStringLiteral("The name \"%1\" is taken.").arg(wanted);
-            }
-        }
-        row.changes = differences(*row.tool, row.after, row.name);
-        if (row.changes.isEmpty())
-            continue;
-        checkTexts(row, codePage);
-        rows.append(row);
-    }
-    return rows;
+    Preview preview(*this, document, positions, codePage);
+    preview.work(-1);
+    return preview.rows();
 }
 
 // --- Apply ---

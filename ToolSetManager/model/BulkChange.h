@@ -5,8 +5,8 @@
 #include <QRegularExpression>
 
 #include <functional>
+#include <memory>
 #include <optional>
-#include <vector>
 
 class CodePage;
 class ToolSetDocument;
@@ -73,6 +73,9 @@ public:
     QList<Row> preview(const ToolSetDocument &document, const QList<int> &positions,
         const CodePage &codePage) const;
 
+    /// The same in pieces, for windows that must not wait: a regular expression may need long.
+    class Preview;
+
     /// Changes the tools of those rows of a preview, in one step of undo. Returns the number of
     /// tools; rows that cannot be stored are left out.
     static int apply(ToolSetDocument &document, const QList<Row> &rows);
@@ -88,4 +91,42 @@ private:
     CVBATool changed(const CVBATool &tool, const QRegularExpression &expression) const;
     QString replaced(const QString &text, const QRegularExpression &expression) const;
     QRegularExpression expression() const;
+    /// Whether the matching in that tool's text is not completed: it ends after a number of steps.
+    bool givesUp(const CVBATool &tool, const QRegularExpression &expression) const;
+};
+
+/// A preview that is being made. What it was made from is copied; the document is borrowed and must
+/// not change meanwhile.
+class BulkChange::Preview
+{
+public:
+    Preview(const BulkChange &change, const ToolSetDocument &document, const QList<int> &positions,
+        const CodePage &codePage);
+    ~Preview();
+
+    /// Goes on for about so long, a negative time for as long as it takes. True when it is
+    /// complete.
+    bool work(int milliseconds);
+    int done() const { return m_next; } ///< Tools that were looked at.
+    int count() const { return static_cast<int>(m_positions.size()); }
+
+    const QList<Row> &rows() const { return m_rows; } ///< So far.
+    /// The tools for which the regular expression was given up, because it needs too many steps;
+    /// their rows lack what it would have changed.
+    const QList<ToolPtr> &givenUp() const { return m_givenUp; }
+
+private:
+    class Names;
+
+    void add(int position);
+
+    BulkChange m_change;
+    const ToolSetDocument &m_document;
+    QList<int> m_positions;
+    const CodePage &m_codePage;
+    QRegularExpression m_expression;
+    std::unique_ptr<Names> m_names;
+    int m_next = 0;
+    QList<Row> m_rows;
+    QList<ToolPtr> m_givenUp;
 };

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
 #include <vector>
 
 class ToolSetDocument;
@@ -47,6 +48,8 @@ struct ToolFinding
     const char *field = nullptr; ///< By its name in ToolFields.
     QString what; ///< One sentence.
     QString advice; ///< One sentence: what to do about it.
+
+    bool operator==(const ToolFinding &other) const = default;
 };
 
 /// Checks the tools of a document, in short pieces from the event loop, and follows the document:
@@ -79,17 +82,27 @@ public:
     void stop(); ///< Forgets all findings and follows the document no longer.
     /// Checks what is left without the event loop. Files may still be pending.
     void finish();
-    bool isComplete() const { return m_unchecked == 0 && m_waiting == 0; }
+    bool isComplete() const { return left() == 0; }
+    int left() const
+    {
+        return m_unchecked + m_waiting;
+    } ///< Tools that are not checked, or whose
+      ///< file is being looked up.
 
     /// Of the tool at that position, the most severe first; empty for one that was not checked yet.
     Findings findings(int position) const;
+    /// The greatest severity of these; nothing where there are none.
+    std::optional<Severity> severity(int position) const;
     /// A finding with its place. Invalidated by a change of the document.
     struct Row
     {
+        ToolPtr tool;
         int position;
         ToolFinding finding;
     };
     QList<Row> allFindings() const; ///< By position.
+    /// How many there are of each severity, in words: "1 error, 2 hints".
+    static QString summary(const QList<Row> &rows);
 
 Q_SIGNALS:
     void changed(); ///< There are other findings.

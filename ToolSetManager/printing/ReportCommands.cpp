@@ -4,6 +4,7 @@
 #include "platform/desktop/MsgBox.h"
 #include "platform/print/PrintSetupDialog.h"
 #include "platform/print/Printers.h"
+#include "printing/CheckReport.h"
 #include "printing/frmPrint.h"
 
 ReportCommands::ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers)
@@ -15,20 +16,32 @@ ReportCommands::ReportCommands(QWidget *owner, SettingsStore &store, Printers &p
 
 void ReportCommands::print(const CVBATools &tools, const QString &fileName)
 {
-    if (!printerIsInstalled())
-        return;
-    frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, tools, fileName);
-    report.PrintToolset();
+    run([&](frmPrint &report) { hand(report, tools, fileName); }, &frmPrint::PrintToolset);
 }
 
 void ReportCommands::preview(const CVBATools &tools, const QString &fileName)
 {
+    run([&](frmPrint &report) { hand(report, tools, fileName); }, &frmPrint::PreviewToolset);
+}
+
+void ReportCommands::print(const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    run([&](frmPrint &report) { hand(report, findings, fileName); }, &frmPrint::PrintToolset);
+}
+
+void ReportCommands::preview(const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    run([&](frmPrint &report) { hand(report, findings, fileName); }, &frmPrint::PreviewToolset);
+}
+
+void ReportCommands::run(
+    const std::function<void(frmPrint &)> &prepare, void (frmPrint::*operation)())
+{
     if (!printerIsInstalled())
         return;
     frmPrint report(m_store, m_printers, m_owner->window());
-    hand(report, tools, fileName);
-    report.PreviewToolset();
+    prepare(report);
+    (report.*operation)();
 }
 
 void ReportCommands::setUp()
@@ -53,4 +66,15 @@ void ReportCommands::hand(frmPrint &report, const CVBATools &tools, const QStrin
 {
     report.ToolSet = &tools;
     report.FileName = fileName;
+}
+
+void ReportCommands::hand(
+    frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName)
+{
+    report.FileName = fileName;
+    report.setReport({QStringLiteral("Tool Check Report"),
+        QStringLiteral("Writing finding %1 of %2"), static_cast<int>(findings.size()),
+        [=](PageDocument &page, const ToolsetReport::Progress &progress) {
+            return CheckReport::write(page, findings, fileName, progress);
+        }});
 }

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "model/ToolCheck.h"
+
 #include <QString>
+
+#include <functional>
 
 class CVBATools;
 class frmPrint;
@@ -18,11 +22,16 @@ public:
     /// Both tell the user when there is no printer. \a fileName is the set's path, or empty.
     void print(const CVBATools &tools, const QString &fileName);
     void preview(const CVBATools &tools, const QString &fileName);
+    /// The same of what a check found, by position.
+    void print(const QList<ToolCheck::Row> &findings, const QString &fileName);
+    void preview(const QList<ToolCheck::Row> &findings, const QString &fileName);
     void setUp(); ///< Lets the user choose printer and paper for the rest of the run.
 
 private:
+    void run(const std::function<void(frmPrint &)> &prepare, void (frmPrint::*operation)());
     bool printerIsInstalled();
     void hand(frmPrint &report, const CVBATools &tools, const QString &fileName);
+    void hand(frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName);
 
     QWidget *m_owner;
     SettingsStore &m_store;

@@ -129,20 +129,24 @@ void ToolsetReport::PrintToolEvents(qint32 events, PageDocument &page)
     }
 }
 
-bool ToolsetReport::write(
-    PageDocument &page, const CVBATools &tools, const QString &fileName, const Progress &progress)
+void ToolsetReport::begin(PageDocument &page, const QString &fileName, const QString &title)
 {
     page.setCurrentX(start);
     page.setCurrentY(start);
     // A per cent sign of the file's name must not be taken for the mark of the page's number.
     QString name = fileName;
     name.replace(u'%', QStringLiteral("%%"));
-    page.setHeader(QStringLiteral("File name: ") + name + QStringLiteral("||Tool Set Report"));
+    page.setHeader(QStringLiteral("File name: ") + name + QStringLiteral("||") + title);
     page.setFooter(QStringLiteral("VB Quillon||Page %d"));
     page.setHeaderFont(QStringLiteral("Arial"), 10, true);
     page.setFont(QStringLiteral("Arial"), 10, false);
     page.setText(lineEnd());
+}
 
+bool ToolsetReport::write(
+    PageDocument &page, const CVBATools &tools, const QString &fileName, const Progress &progress)
+{
+    begin(page, fileName, QStringLiteral("Tool Set Report"));
     int done = 0;
     for (const ToolPtr &tool : tools) {
         printTool(page, *tool);

@@ -20,6 +20,10 @@ using Progress = std::function<bool(int done)>;
 bool write(PageDocument &page, const CVBATools &tools, const QString &fileName,
     const Progress &progress = {});
 
+/// Sets header, footer, font and place of a document that has been started, as all reports of a set
+/// have them. \a title stands in the header beside the file's name.
+void begin(PageDocument &page, const QString &fileName, const QString &title);
+
 /// Writes the names of the subscribed events, a line each, with their groups' headings. \a events
 /// is CVBATool::VBEvents.
 void PrintToolEvents(qint32 events, PageDocument &page);

@@ -12,7 +12,6 @@
 #include "platform/print/PrintJob.h"
 #include "platform/print/Printers.h"
 #include "printing/PrintProgress.h"
-#include "printing/ToolsetReport.h"
 #include "shell/MWindowPosition.h"
 
 #include <QApplication>
@@ -132,6 +131,12 @@ void frmPrint::makeControls()
         press(Text("Print")));
 }
 
+void frmPrint::setReport(const OtherReport &report)
+{
+    m_other = report;
+    setWindowTitle(report.title);
+}
+
 // --- Operations ---
 
 void frmPrint::PreviewToolset()
@@ -198,10 +203,7 @@ bool frmPrint::WriteToolsetReport()
         page.StartDoc(m_printers.paper());
         switch (page.Error()) {
         case PageDocument::NoError: {
-            PrintProgress progress(
-                owner(), QStringLiteral("Writing tool %1 of %2"), ToolSet->Count());
-            const bool written = ToolsetReport::write(
-                page, *ToolSet, FileName, [&progress](int done) { return progress.step(done); });
+            const bool written = write(page);
             if (!written)
                 page.Clear();
             return written;
@@ -221,6 +223,17 @@ bool frmPrint::WriteToolsetReport()
     return false;
 }
 
+bool frmPrint::write(PageDocument &page)
+{
+    if (m_other.write) {
+        PrintProgress progress(owner(), m_other.progressText, m_other.steps);
+        return m_other.write(page, [&progress](int done) { return progress.step(done); });
+    }
+    PrintProgress progress(owner(), QStringLiteral("Writing tool %1 of %2"), ToolSet->Count());
+    return ToolsetReport::write(
+        page, *ToolSet, FileName, [&progress](int done) { return progress.step(done); });
+}
+
 QWidget *frmPrint::owner()
 {
     return isVisible() ? this : parentWidget();
@@ -231,8 +244,11 @@ std::optional<QString> frmPrint::choosePath()
     if (m_printers.name() != Printers::pdfFile())
         return QString();
     const QFileInfo set(FileName);
-    const QString path = askForPdfPath(
-        owner(), FileName.isEmpty() ? windowTitle() : set.path() + u'/' + set.completeBaseName());
+    QString proposed =
+        FileName.isEmpty() ? windowTitle() : set.path() + u'/' + set.completeBaseName();
+    if (m_other.write && !FileName.isEmpty())
+        proposed += QStringLiteral(" - ") + windowTitle(); // not over the listing
+    const QString path = askForPdfPath(owner(), proposed);
     return path.isEmpty() ? std::nullopt : std::optional(path);
 }
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "printing/PreviewPages.h"
+#include "printing/ToolsetReport.h"
 
 #include <QDialog>
 
+#include <functional>
 #include <optional>
 
 class CVBATools;
+class PageDocument;
 class PagePreview;
 class Printers;
 class QComboBox;
@@ -15,7 +18,8 @@ class SettingsStore;
 class StatusBar;
 class Toolbar;
 
-/// The report of a tool set: shown page by page, or printed without being shown. One use each.
+/// The report of a tool set, or another report about one: shown page by page, or printed without
+/// being shown. One use each.
 class frmPrint : public QDialog
 {
     Q_OBJECT
@@ -26,6 +30,16 @@ public:
     // --- To be set before either operation ---
     const CVBATools *ToolSet = nullptr;
     QString FileName; ///< Path of the set; stands in the header.
+
+    /// A report that is not the listing of the tools; ToolSet is not needed then.
+    struct OtherReport
+    {
+        QString title; ///< Of the window and the print job.
+        QString progressText; ///< "%1" is the step, "%2" their number.
+        int steps = 0;
+        std::function<bool(PageDocument &page, const ToolsetReport::Progress &progress)> write;
+    };
+    void setReport(const OtherReport &report);
 
     // --- Operations ---
     void PreviewToolset(); ///< Shows the window and returns when the user has closed it.
@@ -46,6 +60,7 @@ private:
     /// Lays the report out. False when there is no report: a message has told why, or the user
     /// has cancelled it.
     bool WriteToolsetReport();
+    bool write(PageDocument &page); ///< False when the user has cancelled.
     /// Where the printer "PDF file" shall write to; empty for other printers, nothing when the user
     /// cancels.
     std::optional<QString> choosePath();
@@ -65,4 +80,5 @@ private:
     StatusBar *status;
 
     PreviewPages m_pages;
+    OtherReport m_other; ///< Without a writer: none.
 };

@@ -8,6 +8,8 @@
 #include <QTabBar>
 #include <QTabWidget>
 
+#include <algorithm>
+
 EventsPage::EventsPage(QWidget *parent)
     : QWidget(parent)
     , sstEvents(new QTabWidget(this))
@@ -71,6 +73,20 @@ QSize EventsPage::sizeHint() const
     const QMargins margins = layout()->contentsMargins();
     const int tabs = sstEvents->tabBar()->sizeHint().width() + margins.left() + margins.right();
     return QWidget::sizeHint().expandedTo({tabs, 0});
+}
+
+void EventsPage::giveFocus()
+{
+    const auto ticked = std::find_if(
+        chkEvent.begin(), chkEvent.end(), [](const QCheckBox *box) { return box->isChecked(); });
+    const auto event = ticked == chkEvent.end() ? 0 : int(ticked - chkEvent.begin());
+    for (int group = 0; group < VbEvents::groupCount; ++group) {
+        if (event <= VbEvents::groups[std::size_t(group)].last) {
+            sstEvents->setCurrentIndex(group);
+            break;
+        }
+    }
+    chkEvent[std::size_t(event)]->setFocus(Qt::TabFocusReason);
 }
 
 void EventsPage::setEvents(qint32 mask)

@@ -23,6 +23,9 @@ public:
     /// The mask with the ticked events and no others; the bits above the last one as in \a former.
     qint32 events(qint32 former) const;
 
+    /// Goes to the first ticked box, or the first box of all.
+    void giveFocus();
+
     QSize sizeHint() const override; ///< Wide enough for all tabs.
 
 Q_SIGNALS:

@@ -311,6 +311,28 @@ void frmToolProps::setTool(const ToolPtr &tool)
     setDirty(false);
 }
 
+void frmToolProps::showField(const QString &field)
+{
+    const QHash<QString, QWidget *> controls {
+        {QStringLiteral("name"), txtDescription},
+        {QStringLiteral("enabled switch"), chkEnabled},
+        {QStringLiteral("access switches"), chkInToolBar},
+        {QStringLiteral("location"), txtLocation},
+        {QStringLiteral("application name"), txtLocation}, // stored together with it
+        {QStringLiteral("command line"), txtCommandLine},
+        {QStringLiteral("picture"), cmdBrowseImage},
+        {QStringLiteral("kind"), cboToolType},
+    };
+    if (field == QStringLiteral("help text"))
+        return giveFocusToHelp();
+    const bool isEvents = field == QStringLiteral("events");
+    sstAll->setCurrentIndex(isEvents ? EventsTab : GeneralTab);
+    if (isEvents)
+        m_events->giveFocus();
+    else if (QWidget *control = controls.value(field))
+        control->setFocus(Qt::TabFocusReason); // which selects a line's text
+}
+
 QString frmToolProps::CaptionText() const
 {
     return m_tool ? m_tool->Description : QString();

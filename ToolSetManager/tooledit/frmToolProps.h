@@ -36,6 +36,9 @@ public:
     ToolPtr Tool() const { return m_tool; }
     /// Fills the controls from the tool.
     void setTool(const ToolPtr &tool);
+    /// Goes to the page of a field, by its name in ToolFields, and gives its control the focus. A
+    /// field that the dialog does not show leaves the first page.
+    void showField(const QString &field);
     /// True when the dialog was closed by cmdOK.
     bool OK() const { return m_ok; }
     /// What the status bar shows for the tool: its name.

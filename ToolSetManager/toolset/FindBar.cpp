@@ -58,6 +58,7 @@ FindBar::FindBar(const mTSM &state, const ToolSetDocument &document, ListView &l
     row->addWidget(lblFound);
     cmdCloseFind =
         addButton(QStringLiteral("cmdCloseFind"), QStringLiteral("Show all tools (Escape)"));
+    setTabOrder(cmdCloseFind, &list);
     refreshIcons();
 
     tmrArrivals->setSingleShot(true);

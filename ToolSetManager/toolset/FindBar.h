@@ -63,10 +63,10 @@ private:
 
     // --- Controls ---
     QLineEdit *txtFind;
-    QToolButton *cmdFindPrior;
-    QToolButton *cmdFindNext;
+    QToolButton *cmdFindPrior = nullptr;
+    QToolButton *cmdFindNext = nullptr;
     QLabel *lblFound;
-    QToolButton *cmdCloseFind;
+    QToolButton *cmdCloseFind = nullptr;
     QTimer *tmrArrivals; ///< From the first new match to its row, so that many come at once.
 
     // --- State ---

@@ -139,8 +139,7 @@ void ToolDrag::lvTools_OLEDragOver(QDragMoveEvent *event)
     const bool moves = m_edit.isSource();
     m_list.setDropHighlight(row,
         moves && row >= 0
-            && ToolSetDocument::movesBelow(
-                m_model.ghostedPositions(), m_model.positionAt(row)));
+            && ToolSetDocument::movesBelow(m_model.ghostedPositions(), m_model.positionAt(row)));
     event->setDropAction(moves ? Qt::MoveAction : Qt::CopyAction);
     event->accept();
     // At once, not when the toolkit gets round to it: the drop goes by what the status bar says.

@@ -3,11 +3,15 @@
 #include "model/Positions.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/ItemRoles.h"
+#include "platform/picture/ButtonPicture.h"
 
 #include <QCollator>
+#include <QFont>
+#include <QGuiApplication>
 #include <QHash>
-#include <QIcon>
+#include <QPalette>
 #include <QPixmap>
+#include <QPixmapCache>
 
 #include <algorithm>
 
@@ -25,6 +29,33 @@ QCollator makeCollator()
     QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     return collator;
+}
+
+QFont italicFont()
+{
+    QFont font; // the delegate takes nothing but the slant from it
+    font.setItalic(true);
+    return font;
+}
+
+/// The tool's picture as the list shows it.
+QPixmap iconOf(const CVBATool &tool)
+{
+    const QPalette palette = QGuiApplication::palette();
+    const QColor background = palette.color(QPalette::Base);
+    const QString key = QStringLiteral("tool %1 %2 %3")
+                            .arg(tool.Picture.cacheKey())
+                            .arg(tool.ToolType)
+                            .arg(background.rgb());
+    QPixmap icon;
+    if (QPixmapCache::find(key, &icon))
+        return icon;
+    QImage shown = ButtonPicture::onBackground(tool.Picture, background);
+    if (tool.ToolType == CVBATool::Separator && ButtonPicture::isEmpty(shown))
+        shown = ButtonPicture::separatorLine(shown.size(), palette.color(QPalette::Mid));
+    icon = QPixmap::fromImage(shown);
+    QPixmapCache::insert(key, icon);
+    return icon;
 }
 
 } // namespace
@@ -130,8 +161,8 @@ void ToolListModel::insertRowsAt(const QList<int> &positions)
     std::vector<size_t> matching;
     for (size_t i = 0; i < rows.size(); ++i) {
         if (m_finder.matches(rows[i].position))
-            matching.push_back(inOrder ? static_cast<size_t>(rows[i].position) - 1
-                                       : formerCount + i);
+            matching.push_back(
+                inOrder ? static_cast<size_t>(rows[i].position) - 1 : formerCount + i);
     }
     if (inOrder)
         Positions::insert(m_rows, positions, std::move(rows));
@@ -254,6 +285,16 @@ QList<int> ToolListModel::positionsOf(const QList<int> &rows) const
     QList<int> positions;
     positions.reserve(rows.size());
     for (const int row : rows)
+        positions.append(positionAt(row));
+    std::sort(positions.begin(), positions.end());
+    return positions;
+}
+
+QList<int> ToolListModel::shownPositions() const
+{
+    QList<int> positions;
+    positions.reserve(rowCount());
+    for (int row = 0; row < rowCount(); ++row)
         positions.append(positionAt(row));
     std::sort(positions.begin(), positions.end());
     return positions;
@@ -416,6 +457,35 @@ void ToolListModel::clearGhosted()
     changed(0, ColumnCount - 1, GhostedRole);
 }
 
+void ToolListModel::setBadges(const Badges &badges)
+{
+    m_badges = badges;
+    badgesChanged();
+}
+
+void ToolListModel::badgesChanged()
+{
+    changed(NameColumn, NameColumn, BadgeRole);
+}
+
+QVariant ToolListModel::badge(const QModelIndex &index, int role) const
+{
+    if (index.column() != NameColumn)
+        return {};
+    const int position = positionAt(index.row());
+    if (role == BadgeRole) {
+        const QIcon icon = m_badges.icon ? m_badges.icon(position) : QIcon();
+        return icon.isNull() ? QVariant() : icon;
+    }
+    QStringList texts;
+    if (!toolAt(index.row())->Enabled)
+        texts.append(QStringLiteral("Not enabled"));
+    if (m_badges.text)
+        texts.append(m_badges.text(position));
+    texts.removeAll(QString());
+    return texts.isEmpty() ? QVariant() : texts.join(u'\n');
+}
+
 void ToolListModel::RefreshIcons()
 {
     changed(NameColumn, NameColumn, Qt::DecorationRole);
@@ -447,10 +517,18 @@ QVariant ToolListModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         // Made when a row is drawn: of ten thousand pictures only those in sight are needed.
         if (index.column() == NameColumn && !row.tool->Picture.isNull())
-            return QIcon(QPixmap::fromImage(row.tool->Picture));
+            return QIcon(iconOf(*row.tool));
         return {};
+    case Qt::FontRole:
+        return row.tool->Enabled ? QVariant() : italicFont();
+    case FaintRole:
+        return !row.tool->Enabled;
     case GhostedRole:
         return row.ghosted;
+    case BadgeRole:
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return badge(index, role);
     case MarksRole:
         return marks(index);
     default:

@@ -4,7 +4,9 @@
 #include "model/ToolFinder.h"
 
 #include <QAbstractTableModel>
+#include <QIcon>
 
+#include <functional>
 #include <vector>
 
 class ToolSetDocument;
@@ -30,6 +32,7 @@ public:
     int positionAt(int row) const { return shownAt(row).position; }
     QList<int> positionsOf(const QList<int> &rows) const; ///< Ascending.
     int rowOf(int position) const; ///< -1 when the tool is not shown.
+    QList<int> shownPositions() const; ///< Of all rows, ascending.
     QList<int> rowsOf(const QList<int> &positions) const; ///< Ascending; of those that are shown.
     /// The shown tool next behind (or before) a position; 0 for none.
     int nextShown(int position, bool forward) const;
@@ -60,6 +63,16 @@ public:
     void setGhosted(const QList<int> &rows, bool ghosted);
     void clearGhosted();
 
+    /// What rows have at the end of their names, by position: an icon, null for none, and what it
+    /// means.
+    struct Badges
+    {
+        std::function<QIcon(int position)> icon;
+        std::function<QString(int position)> text;
+    };
+    void setBadges(const Badges &badges); ///< No row has one without both.
+    void badgesChanged();
+
     void RefreshIcons(); ///< Redraws the pictures of all rows.
 
     // --- QAbstractItemModel ---
@@ -86,10 +99,7 @@ private:
     };
 
     // --- Rows ---
-    const Row &shownAt(int row) const
-    {
-        return m_rows[m_shown[static_cast<size_t>(row)]];
-    }
+    const Row &shownAt(int row) const { return m_rows[m_shown[static_cast<size_t>(row)]]; }
     /// The row of an element of m_rows that is shown.
     int rowOfIndex(size_t index) const;
     void collectShown();
@@ -113,6 +123,7 @@ private:
     void positionsChanged();
     void changed(int firstColumn, int lastColumn, int role); ///< In all rows.
     QVariant marks(const QModelIndex &index) const;
+    QVariant badge(const QModelIndex &index, int role) const;
 
     const ToolSetDocument &m_document;
     ToolFinder m_finder; ///< Hears of the document's changes first.
@@ -120,4 +131,5 @@ private:
     std::vector<size_t> m_shown; ///< Those that are: indexes into m_rows, ascending.
     int m_sortKey = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    Badges m_badges;
 };

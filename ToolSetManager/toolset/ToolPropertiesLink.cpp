@@ -21,7 +21,7 @@ ToolPropertiesLink::ToolPropertiesLink(QWidget *form, Frame &frame, const Settin
 {
 }
 
-void ToolPropertiesLink::ShowToolProperties()
+void ToolPropertiesLink::ShowToolProperties(const QString &field)
 {
     const int row = m_list.SelectedItem();
     if (row < 0 || ToolProperties)
@@ -42,6 +42,8 @@ void ToolPropertiesLink::ShowToolProperties()
     m_list.setFocusedItem(row);
     m_list.EnsureVisible();
     showToolIn(row);
+    if (!field.isEmpty())
+        dialog->showField(field);
     const qsizetype selected = m_list.selectedRows().size();
     if (selected > 1) {
         m_frame.setPanelText(Frame::namesPanel,

@@ -25,8 +25,9 @@ public:
     ToolPropertiesLink(QWidget *form, Frame &frame, const Settings &settings, SettingsStore &store,
         Printers &printers, ToolSetDocument &document, ListView &list, ToolListModel &model);
 
-    /// Returns when the dialog has closed; nothing happens when no tool is selected.
-    void ShowToolProperties();
+    /// Returns when the dialog has closed; nothing happens when no tool is selected. The dialog
+    /// begins with \a field, a name in ToolFields, if there is one.
+    void ShowToolProperties(const QString &field = {});
 
     /// The tool that the dialog shows while it has changes in its controls that are not applied;
     /// null for none.

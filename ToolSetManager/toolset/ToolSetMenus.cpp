@@ -1,7 +1,9 @@
 #include "toolset/ToolSetMenus.h"
 
 #include "platform/desktop/Captions.h"
+#include "platform/desktop/ListView.h"
 #include "platform/desktop/Tag.h"
+#include "shell/CommandTable.h"
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
 
@@ -123,23 +125,67 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuFileExit->setShortcut(QKeySequence::Quit);
     fill(mnuEdit, Text("mnuEditX"), mnuEditX, editItems, this);
     mnuEdit->addSeparator();
-    const auto commandItem = [this](const QString &name, const QString &word) {
-        QAction *item = mnuEdit->addAction(QString());
-        item->setObjectName(name);
-        connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
-        return item;
-    };
-    mnuEditUndo = commandItem(QStringLiteral("mnuEditUndo"), QStringLiteral("undo"));
+    mnuEditUndo = editItem(QStringLiteral("mnuEditUndo"), {}, QStringLiteral("undo"));
     mnuEditUndo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
-    mnuEditRedo = commandItem(QStringLiteral("mnuEditRedo"), QStringLiteral("redo"));
+    mnuEditRedo = editItem(QStringLiteral("mnuEditRedo"), {}, QStringLiteral("redo"));
     mnuEditRedo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    addListItems();
     addFindItems();
+    addWorkOnSets();
     mnuEditX[EditToolHelp]->setVisible(false); // offered in the context menu only
     fill(mnuView, Text("mnuViewX"), mnuViewX, viewItems, this);
+    for (const ViewItem view : {ViewList, ViewDetails})
+        mnuViewX[view]->setCheckable(true);
     fill(mnuWindow, Text("mnuWindowX"), mnuWindowX, windowItems, this);
     fill(mnuHelp, Text("mnuHelpx"), mnuHelpx, helpItems, this);
     show(CommandState());
+}
+
+QAction *ToolSetMenus::editItem(const QString &name, const QString &caption, const QString &word)
+{
+    QAction *item = mnuEdit->addAction(caption);
+    item->setObjectName(name);
+    connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
+    return item;
+}
+
+void ToolSetMenus::addWorkOnSets()
+{
+    mnuEditChangeTools = editItem(QStringLiteral("mnuEditChangeTools"),
+        QStringLiteral("Change &Several Tools..."), QStringLiteral("changetools"));
+    mnuEditCheck =
+        editItem(QStringLiteral("mnuEditCheck"), QStringLiteral("Chec&k"), QStringLiteral("check"));
+    mnuEditCheck->setShortcut(QKeySequence(Qt::Key_F7));
+}
+
+void ToolSetMenus::addListItems()
+{
+    mnuEdit->addSeparator();
+    auto *move = new QMenu(QStringLiteral("Mov&e"), mnuEdit);
+    move->setObjectName(QStringLiteral("mnuEditMove"));
+    // The list has the keys: in a field they mean its text.
+    const auto add = [this](QMenu *menu, const char16_t *name, const char16_t *caption,
+                         const char16_t *keys, const char16_t *word) {
+        QString text = QString::fromUtf16(caption);
+        const QKeySequence sequence(QString::fromUtf16(keys), QKeySequence::PortableText);
+        if (!sequence.isEmpty())
+            text += u'\t' + sequence.toString(QKeySequence::NativeText);
+        QAction *item = menu->addAction(text);
+        item->setObjectName(QString::fromUtf16(name));
+        Tag::set(*item, CommandTable::needsTool);
+        connect(item, &QAction::triggered, this,
+            [this, command = QString::fromUtf16(word)] { Q_EMIT chosen(command); });
+        m_listItems.append(item);
+    };
+    add(mnuEdit, u"mnuEditRename", u"Rena&me", u"F2", u"rename");
+    mnuEdit->addMenu(move);
+    add(move, u"mnuEditMoveUp", u"&Up", u"Ctrl+Shift+Up", u"moveup");
+    add(move, u"mnuEditMoveDown", u"&Down", u"Ctrl+Shift+Down", u"movedown");
+    add(move, u"mnuEditMoveToStart", u"To &Start", u"Ctrl+Shift+Home", u"movetostart");
+    add(move, u"mnuEditMoveToEnd", u"To &End", u"Ctrl+Shift+End", u"movetoend");
+    add(mnuEdit, u"mnuEditSelectAll", u"Select &All", u"Ctrl+A", u"selectall");
+    add(mnuEdit, u"mnuEditInvert", u"&Invert Selection", u"", u"invertselection");
 }
 
 void ToolSetMenus::addFindItems()
@@ -164,6 +210,10 @@ void ToolSetMenus::show(const CommandState &state)
     };
     enable(mnuEditX);
     enable(mnuViewX);
+    enable(m_listItems);
+    mnuViewX[ViewList]->setChecked(state.view == ListView::lvwList);
+    mnuViewX[ViewDetails]->setChecked(state.view == ListView::lvwReport);
+    mnuEditChangeTools->setEnabled(state.isEnabled(CommandTable::needsTool));
     showStep(*mnuEditUndo, QStringLiteral("Und&o"), state.undo);
     showStep(*mnuEditRedo, QStringLiteral("&Redo"), state.redo);
 }

@@ -64,6 +64,8 @@ public:
     QAction *mnuEditFind;
     QAction *mnuEditFindNext;
     QAction *mnuEditFindPrevious;
+    QAction *mnuEditCheck;
+    QAction *mnuEditChangeTools;
     QAction *mnuFileExit;
 
     QList<QMenu *> all() const { return {mnuFile, mnuEdit, mnuView, mnuWindow, mnuHelp}; }
@@ -76,5 +78,11 @@ Q_SIGNALS:
     void chosen(const QString &commandWord);
 
 private:
+    /// An item of this program's own with a command word, at the end of the Edit menu.
+    QAction *editItem(const QString &name, const QString &caption, const QString &word);
     void addFindItems();
+    void addListItems();
+    void addWorkOnSets();
+
+    QList<QAction *> m_listItems; ///< For what else only the list's keys do.
 };

@@ -9,18 +9,21 @@
 #include "shell/CommandTable.h"
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
+#include "shell/ToolPlaces.h"
 #include "shell/WindowMenu.h"
 #include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
 #include "toolset/FileDrop.h"
 #include "toolset/FindBar.h"
+#include "toolset/SetCheck.h"
 #include "toolset/ToolDrag.h"
 #include "toolset/ToolHelp.h"
 #include "toolset/ToolListModel.h"
 #include "toolset/ToolPropertiesLink.h"
 #include "toolset/ToolSetFile.h"
 #include "toolset/ToolSetMenus.h"
+#include "toolset/frmChangeTools.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -55,6 +58,9 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , m_frame(frame)
     , m_state(state)
     , m_printers(printers)
+    , m_settings(settings)
+    , m_store(store)
+    , m_codePage(storage.codePage)
     , lblToolSet(new QLabel(QStringLiteral("New Tool Set"), this))
     , lvTools(new ListView(QStringLiteral("Tools"), buttonPictureSize, this))
     , m_menus(new ToolSetMenus(this))
@@ -68,6 +74,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , m_properties(
           new ToolPropertiesLink(this, frame, settings, store, printers, m_set, *lvTools, *m_list))
     , m_report(this, store, printers)
+    , m_check(new SetCheck(this, m_codePage, settings, store, m_set, *m_list, m_report))
 {
     setObjectName(QStringLiteral("frmToolSet"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -88,6 +95,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     new FileDrop(*this, frame, state, settings, *lvTools, *m_edit, this);
     connectMenus();
     connectFind();
+    connectCheck();
     new WindowMenu(*m_menus->mnuWindow, *this, frame, this);
     Form_Load();
 }
@@ -173,7 +181,6 @@ void frmToolSet::connectMenus()
 void frmToolSet::connectFind()
 {
     m_find = new FindBar(m_state, m_set, *lvTools, *m_list, this);
-    setTabOrder(m_find, lvTools);
     connect(m_find, &FindBar::shown, this, &frmToolSet::layOut);
     connect(m_find, &FindBar::countChanged, this, &frmToolSet::showEmptyHint);
     const auto connectItem = [this](QAction *item, const std::function<void()> &command) {
@@ -268,8 +275,21 @@ void frmToolSet::setAction(const QString &word)
         {QStringLiteral("newtool"), [](frmToolSet &w) { w.m_edit->newTool(); }},
         {QStringLiteral("delete"), [](frmToolSet &w) { w.m_edit->deleteTools(true); }},
         {QStringLiteral("silentdelete"), [](frmToolSet &w) { w.m_edit->deleteTools(false); }},
+        {QStringLiteral("rename"), [](frmToolSet &w) { w.lvTools->StartLabelEdit(); }},
+        {QStringLiteral("moveup"),
+            [](frmToolSet &w) { w.m_edit->moveSelection(EditCommands::Direction::Up); }},
+        {QStringLiteral("movedown"),
+            [](frmToolSet &w) { w.m_edit->moveSelection(EditCommands::Direction::Down); }},
+        {QStringLiteral("movetostart"),
+            [](frmToolSet &w) { w.m_edit->moveSelection(EditCommands::Direction::ToStart); }},
+        {QStringLiteral("movetoend"),
+            [](frmToolSet &w) { w.m_edit->moveSelection(EditCommands::Direction::ToEnd); }},
+        {QStringLiteral("selectall"), [](frmToolSet &w) { w.lvTools->selectAll(); }},
+        {QStringLiteral("invertselection"), [](frmToolSet &w) { w.lvTools->invertSelection(); }},
         {QStringLiteral("toolproperties"),
             [](frmToolSet &w) { w.m_properties->ShowToolProperties(); }},
+        {QStringLiteral("check"), [](frmToolSet &w) { w.m_check->run(); }},
+        {QStringLiteral("changetools"), [](frmToolSet &w) { w.changeToolsCommand(); }},
         {QStringLiteral("properties"), [](frmToolSet &w) { w.propertiesCommand(); }},
         {QStringLiteral("print"), [](frmToolSet &w) { w.m_report.print(w.Tools(), w.FileName()); }},
     };
@@ -447,8 +467,8 @@ void frmToolSet::connectEdits()
     connect(&m_state, &mTSM::toolClipboardChanged, this, &frmToolSet::refreshPasteCommand);
     // Kept: also of a clipboard without tools, which a copy of nothing leaves.
     connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
-    connect(
-        m_edit, &EditCommands::toolAdded, m_properties, &ToolPropertiesLink::ShowToolProperties);
+    connect(m_edit, &EditCommands::toolAdded, m_properties,
+        [this] { m_properties->ShowToolProperties(); });
     m_file->setProperties(*m_properties);
     addMoveKeys();
 }
@@ -501,6 +521,35 @@ void frmToolSet::propertiesCommand()
     dialog.setPrinters(m_printers);
     dialog.Toolset = &m_set.Tools();
     dialog.exec();
+}
+
+void frmToolSet::changeToolsCommand()
+{
+    const frmChangeTools::Scope scope {
+        m_list->positionsOf(lvTools->selectedRows()), m_list->shownPositions()};
+    frmChangeTools(m_set, m_codePage, ToolPlaces::read(m_settings, m_store), scope, this).exec();
+}
+
+// --- The check ---
+
+void frmToolSet::connectCheck()
+{
+    connect(m_check, &SetCheck::layoutChanged, this, &frmToolSet::layOut);
+    connect(m_check, &SetCheck::closed, lvTools, qOverload<>(&QWidget::setFocus));
+    // Queued, so that no dialog opens inside the click on the finding.
+    connect(m_check, &SetCheck::fieldChosen, this, &frmToolSet::showField, Qt::QueuedConnection);
+}
+
+void frmToolSet::showField(const ToolPtr &tool, const QString &field)
+{
+    const int position = m_set.positionOf(tool.get());
+    if (position == 0)
+        return; // it was deleted meanwhile
+    runCommand([&] {
+        m_list->reveal({position});
+        lvTools->setSelectedItem(m_list->rowOf(position));
+        m_properties->ShowToolProperties(field);
+    });
 }
 
 // --- Undo ---
@@ -646,7 +695,7 @@ void frmToolSet::layOut()
     lblToolSet->setGeometry(0, 0, width(), labelHeight);
     const int top = labelHeight + heightOf(m_find);
     m_find->setGeometry(0, labelHeight, width(), top - labelHeight);
-    lvTools->setGeometry(0, top, width(), qMax(0, height() - top));
+    lvTools->setGeometry(m_check->layOut(QRect(0, top, width(), qMax(0, height() - top))));
 }
 
 int frmToolSet::heightOf(QWidget *bar) const

@@ -17,6 +17,7 @@ class Printers;
 class QLabel;
 class QLineEdit;
 class QTimer;
+class SetCheck;
 class Settings;
 class SettingsStore;
 class ToolListModel;
@@ -123,6 +124,9 @@ private:
     void cutCommand();
     void pasteCommand();
     void propertiesCommand();
+    void changeToolsCommand();
+    void connectCheck();
+    void showField(const ToolPtr &tool, const QString &field);
     void showToolHelp();
     void showProperties();
     void undoCommand();
@@ -139,6 +143,9 @@ private:
     Frame &m_frame;
     mTSM &m_state;
     Printers &m_printers;
+    const Settings &m_settings;
+    SettingsStore &m_store;
+    const CodePage &m_codePage; ///< Of files.
 
     // --- Controls ---
     QLabel *lblToolSet;
@@ -156,6 +163,7 @@ private:
     EditCommands *m_edit;
     ToolPropertiesLink *m_properties;
     ReportCommands m_report;
+    SetCheck *m_check;
     CommandState m_commands;
     QString m_caption;
     bool m_labelEditing = false;

@@ -5,6 +5,7 @@
 #include "shell/CommandTable.h"
 #include "support/Answers.h"
 #include "support/TestDrag.h"
+#include "toolset/FindBar.h"
 #include "toolset/ToolSetMenus.h"
 
 #include <QtWidgets>
@@ -147,12 +148,18 @@ bool Monkey::actInList(frmToolSet *window)
         rename(list);
         return true;
     }
-    if (rows > 80) {
+    if (window->Document().count() > 80) {
+        window->findChild<FindBar *>()->close();
         key(view, {Qt::Key_A}, Qt::ControlModifier);
         m_program.frame.setAction(u"delete"_qs);
         return true;
     }
-    switch (random(14)) {
+    auto *check = window->findChild<QWidget *>(u"checkPanel"_qs);
+    if (check && check->isVisible() && one(6)) {
+        actIn(check);
+        return true;
+    }
+    switch (random(15)) {
     case 0:
         key(view,
             {Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End, Qt::Key_PageDown, Qt::Key_T,
@@ -211,6 +218,9 @@ bool Monkey::actInList(frmToolSet *window)
     case 12:
         undo(window);
         break;
+    case 13:
+        find(window);
+        break;
     default:
         return false;
     }
@@ -224,6 +234,23 @@ void Monkey::undo(frmToolSet *window)
     tell(u"%1 of %2"_qs.arg(word).arg(steps));
     for (int i = 0; i < steps; ++i)
         window->setAction(word);
+}
+
+void Monkey::find(frmToolSet *window)
+{
+    auto *field = window->findChild<QLineEdit *>(u"txtFind"_qs);
+    if (field->parentWidget()->isHidden()) {
+        key(viewOf(window), {Qt::Key_F}, Qt::ControlModifier);
+    } else if (one(2)) {
+        const QString words[] = {u"n"_qs, u"name:n1"_qs, u"some words"_qs, u"help:words name:t"_qs,
+            u"kind:exec"_qs, u"toolbar:no \"tool"_qs, u"none at all"_qs, QString()};
+        field->setText(any(std::to_array(words)));
+        tell(u"finds "_qs + field->text());
+    } else {
+        key(field,
+            {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Down, Qt::Key_F3, Qt::Key_Backspace,
+                Qt::Key_T});
+    }
 }
 
 void Monkey::rename(ListView *list)
@@ -508,9 +535,10 @@ void Monkey::check(frmToolSet *window)
     const CVBATools &set = window->Tools();
     const ToolListModel &list = *Program::modelOf(window);
     const QString &caption = window->Caption();
-    require(set.Count() == list.rowCount(),
+    const bool finds = window->findChild<FindBar *>()->isVisibleTo(window);
+    require(finds ? list.rowCount() <= set.Count() : list.rowCount() == set.Count(),
         caption + u": %1 tools, %2 rows"_qs.arg(set.Count()).arg(list.rowCount()));
-    std::vector<bool> positions(static_cast<size_t>(list.rowCount()), false);
+    std::vector<bool> positions(static_cast<size_t>(set.Count()), false);
     QSet<QString> names;
     for (int row = 0; row < list.rowCount() && m_fault.isEmpty(); ++row) {
         const ToolPtr &tool = list.toolAt(row);
@@ -570,7 +598,7 @@ void Monkey::checkCommands()
         require(tools->button(QLatin1StringView(key))->isEnabled() == wanted,
             u"button %1 is %2"_qs.arg(QLatin1StringView(key), wanted ? u"disabled" : u"enabled"));
     };
-    const bool any = active && Program::modelOf(active)->rowCount() > 0;
+    const bool any = active && active->Document().count() > 0;
     for (const char *key : {"cut", "copy", "delete", "toolproperties"})
         needs(key, any);
     for (const char *key : {"save", "newtool", "print", "properties", "list", "details"})

@@ -48,6 +48,7 @@ private:
     void drag(QWidget *from);
     void moveDrag();
     void undo(frmToolSet *window);
+    void find(frmToolSet *window);
     void rename(ListView *list);
     void edit(QWidget *text);
     void key(

@@ -45,7 +45,7 @@ void useKey(CVBATool &tool, const QString &key)
 QStringList texts(const ToolCheck &check)
 {
     QStringList all;
-    for (const auto &[position, finding] : check.allFindings())
+    for (const auto &[tool, position, finding] : check.allFindings())
         all.append(u"%1 %2 %3"_qs.arg(position).arg(
             QLatin1StringView(finding.field), finding.what.section(u'"', 0, 0)));
     return all;

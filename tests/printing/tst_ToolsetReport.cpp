@@ -2,6 +2,7 @@
 #include "model/ToolSetStorage.h"
 #include "model/VbEvents.h"
 #include "platform/print/PageDocument.h"
+#include "printing/CheckReport.h"
 #include "printing/ToolsetReport.h"
 #include "support/PrintedPages.h"
 #include "support/TestRunner.h"
@@ -52,6 +53,25 @@ private Q_SLOTS:
         QVERIFY(lines[3].endsWith(u"@foot Page 1"_qs));
         const auto &header = std::get<PageDocument::Text>(page.steps(1).front());
         QVERIFY(page.fonts()[size_t(header.font)].bold());
+    }
+
+    void findings()
+    {
+        const auto tool = std::make_shared<CVBATool>();
+        tool->Description = u"Paint"_qs;
+        const auto finding = [](ToolFinding::Severity severity, const QString &what) {
+            return ToolFinding {
+                severity, ToolFinding::Problem::FileMissing, "location", what, u"Do it."_qs};
+        };
+        page.StartDoc(Paper {});
+        QVERIFY(CheckReport::write(page,
+            {{tool, 2, finding(ToolFinding::Severity::Warning, u"It is gone."_qs)},
+                {tool, 2, finding(ToolFinding::Severity::Note, u"Who knows."_qs)}},
+            u"x.bmt"_qs));
+        QCOMPARE(linesOf(page, 1).filter(QRegularExpression(u"@\\d"_qs)),
+            (QStringList {u"1440@1 Found: 1 warning, 1 not checked."_qs, u"1440@3 002  Paint"_qs,
+                u"1800@4 Warning "_qs, u"3240@4 It is gone. Do it."_qs, u"1800@5 Not checked "_qs,
+                u"3240@5 Who knows. Do it."_qs}));
     }
 
     void wholeTool()

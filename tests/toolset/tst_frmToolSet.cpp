@@ -897,7 +897,7 @@ private Q_SLOTS:
         QCOMPARE(count->text(), u"0 of 4"_qs);
         form->setAction(u"save"_qs);
         QCOMPARE(inFile("a.bmt"), u"a b(1) q c"_qs);
-        QVERIFY(m_frame->groups[u"P"_qs]);
+        QVERIFY(m_frame->commands.needsTool);
         field->setText(u"name:b"_qs);
         list->currentView()->selectAll();
         answers.message(u"Do you want to delete 'b(1)'?"_qs, QMessageBox::No);
@@ -987,10 +987,13 @@ private:
         for (const QString &step : steps.split(u", "_qs)) {
             const QStringList words = step.split(u' ');
             frmToolSet *form = forms.at(words.constFirst().toInt() - 1);
-            if (words.constLast() == u"find")
+            const bool finding = words.constLast() == u"find";
+            if (finding) {
+                menusOf(form)->mnuEditFind->trigger();
                 child<QLineEdit>(form, "txtFind")->setText(words.at(1));
-            else if (words.size() == 3)
+            } else if (words.size() == 3) {
                 select(form, words.at(1));
+            }
             if (words.constLast() == u"sort")
                 modelOf(form)->sort(0, Qt::DescendingOrder);
             else if (words.constLast() == u"rename")
@@ -1004,7 +1007,7 @@ private:
                 form->setCaption(u"another"_qs);
             else if (words.constLast() == u"newtool")
                 addTool(form);
-            else
+            else if (!finding)
                 form->setAction(words.constLast());
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }

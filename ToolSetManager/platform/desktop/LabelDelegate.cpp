@@ -25,6 +25,9 @@ QColor mixed(const QColor &colour, const QColor &ground, float share)
         mix(colour.greenF(), ground.greenF()), mix(colour.blueF(), ground.blueF()));
 }
 
+constexpr int badgeSide = 16;
+constexpr int badgeSpace = badgeSide + 4; ///< At the end of an item.
+
 /// The width that the text of an item has, as the style draws it.
 QRect textRect(const QStyleOptionViewItem &item)
 {
@@ -59,6 +62,39 @@ QList<QTextLayout::FormatRange> formatsOf(
         formats.append({from, to - from, marked});
     }
     return formats;
+}
+
+/// Draws an item whose text has marks, into the room for the text. The style draws everything but
+/// the text, in its place.
+void paintMarked(
+    QPainter *painter, QStyleOptionViewItem item, const TextMarks &marks, const QRect &room)
+{
+    const bool selected = item.state.testFlag(QStyle::State_Selected);
+    const auto group =
+        item.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    const QColor colour =
+        item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    item.palette.setColor(QPalette::Text, Qt::transparent);
+    item.palette.setColor(QPalette::HighlightedText, Qt::transparent);
+    item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+
+    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+    QTextLayout layout(text, item.font, painter->device());
+    QTextOption how;
+    how.setWrapMode(QTextOption::NoWrap);
+    how.setTextDirection(item.direction);
+    how.setAlignment(QStyle::visualAlignment(item.direction, item.displayAlignment));
+    layout.setTextOption(how);
+    layout.setFormats(formatsOf(marks, item.text.size(), text.size(), item.textElideMode));
+    layout.beginLayout();
+    layout.createLine().setLineWidth(room.width());
+    layout.endLayout();
+    const int height = qRound(layout.boundingRect().height());
+    painter->save();
+    painter->setClipRect(room);
+    painter->setPen(colour);
+    layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - height) / 2));
+    painter->restore();
 }
 
 } // namespace
@@ -151,40 +187,29 @@ void LabelDelegate::paint(
     QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const auto marks = index.data(MarksRole).value<TextMarks>();
-    if (marks.isEmpty() || !option.widget) {
+    const QIcon badge = index.data(BadgeRole).value<QIcon>();
+    if ((marks.isEmpty() && badge.isNull()) || !option.widget) {
         QStyledItemDelegate::paint(painter, option, index);
         return;
     }
-    // The style draws everything but the text, in its place.
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const bool selected = item.state.testFlag(QStyle::State_Selected);
-    const auto group = item.state.testFlag(QStyle::State_Active) ? QPalette::Active
-                                                                 : QPalette::Inactive;
-    const QColor colour =
-        item.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-    item.palette.setColor(QPalette::Text, Qt::transparent);
-    item.palette.setColor(QPalette::HighlightedText, Qt::transparent);
-    item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
-
-    const QRect room = textRect(item);
-    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
-    QTextLayout layout(text, item.font, painter->device());
-    QTextOption how;
-    how.setWrapMode(QTextOption::NoWrap);
-    how.setTextDirection(item.direction);
-    how.setAlignment(QStyle::visualAlignment(item.direction, item.displayAlignment));
-    layout.setTextOption(how);
-    layout.setFormats(formatsOf(marks, item.text.size(), text.size(), item.textElideMode));
-    layout.beginLayout();
-    layout.createLine().setLineWidth(room.width());
-    layout.endLayout();
-    const int height = qRound(layout.boundingRect().height());
-    painter->save();
-    painter->setClipRect(room);
-    painter->setPen(colour);
-    layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - height) / 2));
-    painter->restore();
+    QRect room = textRect(item);
+    if (!badge.isNull()) {
+        const bool mirrored = item.direction == Qt::RightToLeft;
+        room.adjust(mirrored ? badgeSpace : 0, 0, mirrored ? 0 : -badgeSpace, 0);
+    }
+    if (marks.isEmpty()) {
+        item.text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+        item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+    } else {
+        paintMarked(painter, item, marks, room);
+    }
+    if (!badge.isNull()) {
+        const QRect place(item.rect.right() - badgeSpace + 1,
+            item.rect.center().y() - (badgeSide - 1) / 2, badgeSide, badgeSide);
+        badge.paint(painter, QStyle::visualRect(item.direction, item.rect, place));
+    }
 }
 
 QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -198,7 +223,8 @@ QSize LabelDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIn
     const int margin = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option) + 1;
     const QSize icon = list->iconSize();
     const int text = widthOf(index.data(Qt::DisplayRole).toString(), option);
-    return {qMin(icon.width() + text + 6 * margin, longest),
+    const int badge = index.data(BadgeRole).isNull() ? 0 : badgeSpace;
+    return {qMin(icon.width() + text + 6 * margin, longest) + badge,
         qMax(icon.height(), option.fontMetrics.height()) + 2};
 }
 
@@ -223,11 +249,19 @@ bool LabelDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > textRect(item).width();
+    item.widget = view;
+    const int badge = index.data(BadgeRole).isNull() ? 0 : badgeSpace;
+    const bool cut = item.fontMetrics.horizontalAdvance(item.text) > textRect(item).width() - badge;
     // A name may look like HTML, and a path must not be broken behind its drive.
-    const QString tip = QStringLiteral("<p style='white-space:pre'>%1</p>");
-    QToolTip::showText(
-        event->globalPos(), cut ? tip.arg(item.text.toHtmlEscaped()) : QString(), view);
+    QString tip;
+    if (cut)
+        tip = QStringLiteral("<p style='white-space:pre'>%1</p>").arg(item.text.toHtmlEscaped());
+    const QString own = index.data(Qt::ToolTipRole).toString();
+    if (!own.isEmpty()) {
+        tip += QStringLiteral("<p>%1</p>")
+                   .arg(own.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+    }
+    QToolTip::showText(event->globalPos(), tip, view);
     return true;
 }
 
@@ -240,7 +274,7 @@ void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
         : option->decorationSize;
     if (index.column() == m_columnKeepingEnds)
         option->textElideMode = Qt::ElideLeft;
-    if (index.data(GhostedRole).toBool()) {
+    if (index.data(GhostedRole).toBool() || index.data(FaintRole).toBool()) {
         for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
             QPalette &palette = option->palette;
             const QColor base = palette.color(group, QPalette::Base);

@@ -5,8 +5,9 @@
 #include <QPointer>
 #include <QStyledItemDelegate>
 
-/// Edits the labels of a view in place, draws its ghosted rows (see `GhostedRole`) and what is
-/// marked in its texts (`MarksRole`). What was typed is reported and does not go to the model.
+/// Edits the labels of a view in place, draws its ghosted rows (see `GhostedRole`), what is marked
+/// in its texts (`MarksRole`) and badges (`BadgeRole`). What was typed is reported and does not go
+/// to the model.
 class LabelDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -30,7 +31,7 @@ public:
         const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
-    /// The whole text of a label or location that is cut off.
+    /// The whole text of a label or location that is cut off, and the item's own tool tip.
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
         const QModelIndex &index) override;
 

@@ -51,6 +51,8 @@ public:
     int SelectedItem() const;
     QList<int> selectedRows() const; ///< Ascending.
     void UnselectAll();
+    void selectAll();
+    void invertSelection(); ///< Selects the rows that are not, and only these.
     /// Selects that row alone and gives it the focus.
     void setSelectedItem(int row);
     /// Selects exactly these rows; the first one gets the focus and is scrolled to.
