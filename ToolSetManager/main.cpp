@@ -1,3 +1,4 @@
+#include "compare/CompareCommands.h"
 #include "model/ToolSetStorage.h"
 #include "platform/desktop/InformationOptions.h"
 #include "platform/desktop/ProgramEnd.h"
@@ -80,6 +81,7 @@ int main(int argc, char *argv[])
     };
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
+    new CompareCommands(frame, settings, storage);
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
     QObject::connect(&instance, &SingleInstance::openRequested, &frame, &MDI::openFile);
     // Drawing it takes a third of what the bare frame needs to appear.

@@ -1,6 +1,8 @@
 // The tool set window, with 1,000 and 10,000 tools, beside a bare tree view over the same texts and
 // beside the loading of the file.
 
+#include "compare/ComparedSet.h"
+#include "compare/frmCompare.h"
 #include "model/CVBATools.h"
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
@@ -456,6 +458,41 @@ void undoMove(benchmark::State &state)
     }
 }
 
+/// Two sets that were loaded, 100 tools changed in one of them, until their comparison has been
+/// painted.
+void compareSets(benchmark::State &state)
+{
+    FakeFrame frame;
+    const QString path = samples->file(countOf(state));
+    const auto loaded = [&](bool changed) {
+        auto tools = std::make_unique<CVBATools>(samples->storage());
+        if (!tools->Load(path))
+            state.SkipWithError("not loaded");
+        for (int i = 1; changed && i <= 100; ++i)
+            tools->Item(i * (tools->Count() / 100))->CommandLine += u'x';
+        return tools;
+    };
+    const auto side = [](std::unique_ptr<CVBATools> tools) {
+        return std::make_unique<ComparedSet>(
+            ComparedSet::File, QString(), QString(), std::move(tools));
+    };
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto left = loaded(false);
+        auto right = loaded(true);
+        state.ResumeTiming();
+        auto form = std::make_unique<frmCompare>(frame,
+            std::make_unique<Comparison>(side(std::move(left)), side(std::move(right))), 1252,
+            nullptr);
+        form->resize(860, 560);
+        form->show();
+        PaintWatch(form->findChild<QTreeView *>()).wait(state);
+        state.PauseTiming();
+        form.reset();
+        state.ResumeTiming();
+    }
+}
+
 /// A keystroke in the find field that no former result helps, until its matches are painted: two
 /// texts in turns. The help texts have been read before.
 void find(benchmark::State &state, const QString &one, const QString &other)
@@ -549,5 +586,6 @@ int main(int argc, char *argv[])
     ratios.compare({"find: keystroke on names", findInNames}, {"bare tree view", bareFill});
     ratios.compare({"find: keystroke on help texts", findInHelps}, {"bare tree view", bareFill});
     ratios.compare({"check, all findings shown", check}, {"files looked up", lookUpFiles});
+    ratios.compare({"compare with 100 changes", compareSets}, {"load", load}, 1);
     return ratios.run(argc, argv);
 }

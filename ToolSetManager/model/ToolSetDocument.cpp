@@ -1,5 +1,6 @@
 #include "model/ToolSetDocument.h"
 
+#include "model/ToolSetDiff.h"
 #include "model/ToolSetEdit.h"
 
 #include <algorithm>
@@ -142,6 +143,56 @@ QList<int> ToolSetDocument::move(const QList<int> &positions, int target)
     edit->apply(m_contents);
     keep(std::move(edit));
     return to;
+}
+
+void ToolSetDocument::arrange(const std::vector<int> &order)
+{
+    const std::vector<bool> stays = ToolSetDiff::inPlace(order);
+    QList<int> targets; // of the tools that move
+    for (size_t i = 0; i < order.size(); ++i) {
+        if (!stays[i])
+            targets.append(int(i) + 1);
+    }
+    if (targets.isEmpty())
+        return;
+    const Step step(*this, QStringLiteral("Move of %L1 Tools").arg(targets.size()));
+    const auto reorder = [this](const QList<int> &from, const QList<int> &to) {
+        if (from == to)
+            return;
+        auto edit = std::make_unique<MoveEdit>(from, to);
+        edit->apply(m_contents);
+        keep(std::move(edit));
+    };
+    // As they stand now, by the places that they get among themselves.
+    std::vector<int> ranks(size_t(targets.size()));
+    std::iota(ranks.begin(), ranks.end(), 0);
+    const auto present = [&](int rank) { return order[size_t(targets[rank]) - 1]; };
+    std::sort(ranks.begin(), ranks.end(), [&](int a, int b) { return present(a) < present(b); });
+    QList<int> from;
+    for (const int rank : ranks)
+        from.append(present(rank));
+    if (!std::is_sorted(ranks.begin(), ranks.end())) {
+        // An edit keeps the order of what it moves. So they are sorted at the end of the set, bit
+        // by bit of their ranks, which takes few edits for any order.
+        const int first = count() - int(ranks.size()) + 1;
+        QList<int> tail(from.size());
+        std::iota(tail.begin(), tail.end(), first);
+        reorder(from, tail);
+        for (int bit = 1; bit <= int(ranks.size()); bit <<= 1) {
+            QList<int> ones;
+            for (size_t i = 0; i < ranks.size(); ++i) {
+                if (ranks[i] & bit)
+                    ones.append(first + int(i));
+            }
+            QList<int> end(ones.size());
+            std::iota(end.begin(), end.end(), count() - int(ones.size()) + 1);
+            reorder(ones, end);
+            std::stable_partition(
+                ranks.begin(), ranks.end(), [bit](int rank) { return (rank & bit) == 0; });
+        }
+        from = tail;
+    }
+    reorder(from, targets);
 }
 
 bool ToolSetDocument::rename(const ToolPtr &tool, const QString &newName)

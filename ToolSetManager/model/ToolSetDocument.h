@@ -82,6 +82,8 @@ public:
     /// \a target: below it when one of them comes from above it, else above it. Where the target is
     /// one of them they gather at its place. Returns their positions then.
     QList<int> move(const QList<int> &positions, int target);
+    /// Gives the tools another order: the tool at the position order[i] gets the position i + 1.
+    void arrange(const std::vector<int> &order);
     /// True when move() would put them below the target.
     static bool movesBelow(const QList<int> &positions, int target);
     /// Renames a tool; the set may make the name unique. False, and nothing has changed, when no

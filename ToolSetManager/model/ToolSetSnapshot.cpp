@@ -173,20 +173,22 @@ std::optional<ToolSetSnapshot> ToolSetSnapshot::read(const QString &path)
     }
 }
 
-QString ToolSetSnapshot::readTitle(const QString &path)
+ToolSetSnapshot::Origin ToolSetSnapshot::readOrigin(const QString &path)
 {
     QFile file(path);
-    QString title;
+    Origin origin;
     if (file.open(QIODevice::ReadOnly)) {
         QDataStream stream(&file);
         try {
-            if (skipMagic(stream))
-                take(stream, title);
+            if (skipMagic(stream)) {
+                take(stream, origin.title);
+                take(stream, origin.path);
+            }
         } catch (const std::bad_alloc &) {
             return {};
         }
     }
-    return title;
+    return origin;
 }
 
 SnapshotWriter::SnapshotWriter(ToolSetSnapshot snapshot, const QString &path)

@@ -23,8 +23,13 @@ struct ToolSetSnapshot
 
     /// Empty when the file is no snapshot or not whole.
     static std::optional<ToolSetSnapshot> read(const QString &path);
-    /// Only its title; empty when that cannot be read.
-    static QString readTitle(const QString &path);
+    /// What its file begins with.
+    struct Origin
+    {
+        QString title; ///< As above; empty when it cannot be read.
+        QString path;
+    };
+    static Origin readOrigin(const QString &path);
 };
 
 /// Writes a snapshot to a file beside \a path, piece by piece, and puts that in its place when it

@@ -5,9 +5,11 @@
 #include <QList>
 #include <QString>
 
+class Frame;
 class QMenu;
 class QWidget;
 class RecentFileMenu;
+class ToolSetDocument;
 
 /// What the status bar says of a document, at its right end.
 struct DocumentStatus
@@ -39,6 +41,8 @@ public:
 
     virtual CommandState commandState() const = 0;
     virtual DocumentStatus status() const = 0;
+    /// The set that it shows, as far as it shows one of its own; else null.
+    virtual ToolSetDocument *toolSet() { return nullptr; }
 
     // --- Operations ---
     /// Offers to save a changed document. True when the user *cancelled*.
@@ -54,4 +58,8 @@ public:
     // --- Menus ---
     virtual QList<QMenu *> menus() const = 0; ///< Shown in the frame while the window is active.
     virtual RecentFileMenu &mnuFileList() = 0;
+
+    /// What Exit does in each document window: closes them all, after their questions, and the
+    /// frame.
+    static void exit(Frame &frame);
 };

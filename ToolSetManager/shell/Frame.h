@@ -20,6 +20,10 @@ public:
     virtual ~Frame() = default;
 
     // --- Commands ---
+    // Words of the frame's own that document windows offer, too.
+    static constexpr char16_t compareWord[] = u"compare";
+    static constexpr char16_t versionsWord[] = u"versions";
+
     virtual void setAction(const QString &word) = 0; ///< Queues a command word.
     virtual void openFile(const QString &path) = 0; ///< Queues "open" for that path.
     virtual void closeFrame() = 0; ///< As the user's closing of the frame.
@@ -52,6 +56,13 @@ public:
     virtual QList<DocumentWindow *> openDocuments() const = 0;
     virtual DocumentWindow *activeDocument() const = 0; ///< Null for none.
     virtual void activateDocument(DocumentWindow *document) = 0;
+    /// Takes in a window that was made elsewhere, which then shows.
+    virtual void addDocument(DocumentWindow *document) = 0;
+    /// A new window of a set called \a caption; it shows.
+    virtual DocumentWindow *newDocument(const QString &caption) = 0;
+    /// The window of that file, opened if need be, in front of the others. Null when the file
+    /// cannot be opened, which the user has been told then. At once: for commands only.
+    virtual DocumentWindow *openDocument(const QString &path) = 0;
     virtual void documentClosed(DocumentWindow *document) = 0; ///< It is on its way out.
     virtual void arrangeWindows(Arrangement arrangement) = 0;
 

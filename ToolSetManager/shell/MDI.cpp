@@ -181,6 +181,10 @@ void MDI::makeMenus()
         this, [this] { setAction(QStringLiteral("open")); });
     open->setObjectName(QStringLiteral("mnuFileX(1)"));
     mnuFile->addSeparator();
+    QAction *versions = mnuFile->addAction(QStringLiteral("&Earlier Versions..."), this,
+        [this] { setAction(QString::fromUtf16(versionsWord)); });
+    versions->setObjectName(QStringLiteral("mnuFileVersions"));
+    mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
     connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
     QAction *exit = mnuFile->addAction(QStringLiteral("E&xit"), this, &MDI::closeFrame);
@@ -209,6 +213,11 @@ void MDI::setAction(const QString &word)
     m_commands->append(word);
 }
 
+void MDI::setCommand(const QString &word, std::function<void()> command)
+{
+    m_ownCommands.insert(word, std::move(command));
+}
+
 void MDI::tmrDrag_Timer()
 {
     tmrDrag->stop();
@@ -225,6 +234,8 @@ void MDI::dispatch(const QString &word)
         recoverToolSets();
     } else if (word == discardWord) {
         m_recovery->discard(this);
+    } else if (const auto own = m_ownCommands.constFind(word); own != m_ownCommands.cend()) {
+        (*own)();
     } else if (DocumentWindow *document = activeDocument()) {
         document->setAction(word);
     }
@@ -241,11 +252,17 @@ int MDI::currentView() const
 void MDI::newToolSet()
 {
     ++m_newWindows;
+    newDocument(QStringLiteral("Untitled %1").arg(m_newWindows));
+}
+
+DocumentWindow *MDI::newDocument(const QString &itsCaption)
+{
     const int view = currentView();
-    DocumentWindow *document = addDocument();
-    document->setCaption(QStringLiteral("Untitled %1").arg(m_newWindows));
+    DocumentWindow *document = makeDocument();
+    document->setCaption(itsCaption);
     document->setView(view);
     subWindowOf(document)->show();
+    return document;
 }
 
 void MDI::openFile(const QString &path)
@@ -254,14 +271,20 @@ void MDI::openFile(const QString &path)
     setAction(QStringLiteral("open"));
 }
 
-void MDI::openToolSet(int view, QString path)
+DocumentWindow *MDI::openDocument(const QString &path)
+{
+    DocumentWindow *document = openToolSet(currentView(), path);
+    return document->FileName().isEmpty() ? nullptr : document;
+}
+
+DocumentWindow *MDI::openToolSet(int view, QString path)
 {
     m_state.setDragGate(false);
     if (path.isEmpty()) {
         path = openHelper();
         if (path.isEmpty()) {
             m_state.setDragGate(true);
-            return;
+            return nullptr;
         }
     }
     DocumentWindow *open = documentWithCaption(path);
@@ -280,15 +303,16 @@ void MDI::openToolSet(int view, QString path)
         activateDocument(open);
         if (!maximized)
             window->showNormal();
-        return; // Kept: on this path the drag gate stays closed until it is armed again.
+        return open; // Kept: on this path the drag gate stays closed until it is armed again.
     }
-    DocumentWindow *document = addDocument();
+    DocumentWindow *document = makeDocument();
     subWindowOf(document)->show();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     document->setView(view);
     document->setFileName(path);
     document->setAction(QStringLiteral("open"));
     m_state.setDragGate(true);
+    return document;
 }
 
 QString MDI::openHelper()
@@ -316,7 +340,7 @@ void MDI::recoverToolSets()
     const int view = currentView();
     const QStringList snapshots = m_recovery->take();
     for (const QString &snapshot : snapshots) {
-        DocumentWindow *document = addDocument();
+        DocumentWindow *document = makeDocument();
         document->setView(view);
         subWindowOf(document)->show();
         if (!document->Recover(snapshot))
@@ -396,9 +420,21 @@ void MDI::showWarning(const QString &text)
 
 // --- Document windows ---
 
-DocumentWindow *MDI::addDocument()
+DocumentWindow *MDI::makeDocument()
 {
     DocumentWindow *document = m_factory(*this);
+    takeIn(document);
+    return document;
+}
+
+void MDI::addDocument(DocumentWindow *document)
+{
+    takeIn(document);
+    subWindowOf(document)->show();
+}
+
+void MDI::takeIn(DocumentWindow *document)
+{
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
     giveIcon({window});
@@ -407,7 +443,6 @@ DocumentWindow *MDI::addDocument()
         window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
-    return document;
 }
 
 QMdiSubWindow *MDI::subWindowOf(DocumentWindow *document) const

@@ -3,6 +3,7 @@
 #include "platform/desktop/FrameIdentity.h"
 #include "shell/Frame.h"
 
+#include <QHash>
 #include <QMainWindow>
 #include <QPointer>
 #include <QQueue>
@@ -44,6 +45,9 @@ public:
     QString Action(); ///< Removes and returns the word at the head; empty when there is none.
     void setAction(const QString &word) override; ///< Appends a word.
 
+    /// Has the word run \a command, whichever window is active: what is beyond single windows.
+    void setCommand(const QString &word, std::function<void()> command);
+
     // --- Frame ---
     void openFile(const QString &path) override;
     void closeFrame() override;
@@ -57,6 +61,9 @@ public:
     QList<DocumentWindow *> openDocuments() const override { return m_documents; }
     DocumentWindow *activeDocument() const override;
     void activateDocument(DocumentWindow *document) override;
+    void addDocument(DocumentWindow *document) override;
+    DocumentWindow *newDocument(const QString &caption) override;
+    DocumentWindow *openDocument(const QString &path) override;
     void documentClosed(DocumentWindow *document) override;
     void arrangeWindows(Arrangement arrangement) override;
     CFileList &FileListHandler() override { return *m_files; }
@@ -100,11 +107,13 @@ private:
     void refreshIcons();
     void dispatch(const QString &word);
     void newToolSet();
-    void openToolSet(int view, QString path);
+    /// The window of the set; null when the user has chosen none.
+    DocumentWindow *openToolSet(int view, QString path);
     /// The path chosen in the open dialog; empty when cancelled.
     QString openHelper();
     DocumentWindow *documentWithCaption(const QString &caption) const;
-    DocumentWindow *addDocument();
+    DocumentWindow *makeDocument();
+    void takeIn(DocumentWindow *document);
     void recoverToolSets();
     QMdiSubWindow *subWindowOf(DocumentWindow *document) const;
     void giveIcon(const QList<QMdiSubWindow *> &windows) const;
@@ -135,6 +144,7 @@ private:
     // --- State ---
     CFileList *m_files;
     CommandQueue *m_commands;
+    QHash<QString, std::function<void()>> m_ownCommands; ///< By their words.
     QStringList m_warnings; ///< All that have been shown.
     bool m_statusPending = false; ///< showStatus() is about to run.
     bool m_painted = false; ///< The buttons have their icons.

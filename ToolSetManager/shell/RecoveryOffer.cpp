@@ -23,7 +23,7 @@ void RecoveryOffer::add(const QStringList &snapshots)
         return;
     QStringList titles;
     for (const QString &snapshot : std::as_const(m_snapshots)) {
-        const QString title = ToolSetSnapshot::readTitle(snapshot);
+        const QString title = ToolSetSnapshot::readOrigin(snapshot).title;
         titles.append(title.isEmpty() ? QFileInfo(snapshot).fileName() : title);
     }
     delete m_bar;

@@ -1,7 +1,6 @@
 #include "toolset/ToolSetFile.h"
 
 #include "model/BmtTool.h"
-#include "model/OldHelp.h"
 #include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
@@ -14,6 +13,7 @@
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
 #include "shell/Settings.h"
+#include "shell/ToolSetLoader.h"
 #include "shell/mTSM.h"
 #include "toolset/SnapshotKeeper.h"
 #include "toolset/ToolPropertiesLink.h"
@@ -135,25 +135,20 @@ bool ToolSetFile::openSet()
     if (path.isEmpty())
         return false;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    auto loaded = std::make_unique<CVBATools>(m_storage);
-    loaded->setAllowDupes(true);
     QString failure;
     {
         BusyProgress progress(m_frame, QStringLiteral("Opening"));
-        loaded->Progress = [&progress](qint64 done, qint64 total) { progress.show(done, total); };
-        const bool ok = loaded->Load(path);
-        loaded->Progress = nullptr;
-        if (ok) {
-            OldHelp::update(*loaded, m_storage.codePage.number());
+        auto loaded = ToolSetLoader::fromFile(path, m_storage,
+            [&progress](qint64 done, qint64 total) { progress.show(done, total); });
+        if (loaded.tools) {
             m_snapshots->discard();
             m_origin = {};
-            m_set.setTools(std::move(loaded), true);
+            m_set.setTools(std::move(loaded.tools), true);
             m_document.setCaption(m_set.Tools().ToolSetName);
             setNotice(noticeOf(m_set.Tools()));
             return true;
         }
-        failure = loaded->ErrorDescription;
-        loaded.reset(); // It may have taken the memory that the message needs.
+        failure = loaded.error; // what was loaded may have taken the memory that the message needs
     }
     // The window keeps what it showed, and so the file that belongs to it: a save must not
     // overwrite the file that could not be read.
@@ -313,22 +308,7 @@ bool ToolSetFile::recover(const QString &snapshotPath)
             MsgBox::Buttons::Ok, MsgBox::Icon::Critical);
         return false;
     }
-    auto tools = std::make_unique<CVBATools>(m_storage);
-    tools->setFLAGS(kept->FLAGS);
-    tools->setDescription(kept->Description);
-    tools->setLongDescription(kept->LongDescription);
-    for (const CVBATool &tool : kept->tools) {
-        const auto copy = std::make_shared<CVBATool>(tool);
-        tools->setAllowDupes(false); // the names come back as they were
-        if (tools->Add(copy))
-            continue;
-        tools->setAllowDupes(true);
-        if (!tools->Add(copy)) { // a name that was typed and not applied: there is no room for it
-            copy->Description.clear();
-            tools->Add(copy);
-        }
-    }
-    tools->setAllowDupes(true);
+    auto tools = ToolSetLoader::fromSnapshot(*kept, m_storage);
     m_set.setFileName({});
     m_origin = {kept->title, kept->path};
     m_snapshots->adopt(snapshotPath);

@@ -4,7 +4,7 @@
 #include "platform/desktop/ListView.h"
 #include "platform/desktop/Tag.h"
 #include "shell/CommandTable.h"
-#include "shell/CommandTable.h"
+#include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
 
 #include <QAction>
@@ -108,6 +108,16 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
     mnuFilePrintPreview->setObjectName(QStringLiteral("mnuFilePrintPreview"));
     mnuFilePrintPreview->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
     mnuFile->insertAction(mnuFilex[FilePrintSetup], mnuFilePrintPreview);
+    const auto fileItem = [this](const QString &name, const QString &caption, const QString &word) {
+        QAction *item = mnuFile->addAction(caption);
+        item->setObjectName(name);
+        connect(item, &QAction::triggered, this, [this, word] { Q_EMIT chosen(word); });
+    };
+    mnuFile->addSeparator();
+    fileItem(QStringLiteral("mnuFileCompare"), QStringLiteral("Compare &With..."),
+        QString::fromUtf16(Frame::compareWord));
+    fileItem(QStringLiteral("mnuFileVersions"), QStringLiteral("&Earlier Versions..."),
+        QString::fromUtf16(Frame::versionsWord));
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
     mnuFileExit = mnuFile->addAction(QStringLiteral("E&xit"));

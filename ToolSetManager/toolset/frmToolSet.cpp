@@ -10,6 +10,7 @@
 #include "shell/Frame.h"
 #include "shell/RecentFileMenu.h"
 #include "shell/ToolPlaces.h"
+#include "shell/WindowMenu.h"
 #include "shell/frmTSProps.h"
 #include "shell/mTSM.h"
 #include "toolset/EditCommands.h"
@@ -22,7 +23,6 @@
 #include "toolset/ToolPropertiesLink.h"
 #include "toolset/ToolSetFile.h"
 #include "toolset/ToolSetMenus.h"
-#include "toolset/WindowMenu.h"
 #include "toolset/frmChangeTools.h"
 
 #include <QAction>
@@ -96,7 +96,7 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     connectMenus();
     connectFind();
     connectCheck();
-    new WindowMenu(*m_menus, *this, frame, this);
+    new WindowMenu(*m_menus->mnuWindow, *this, frame, this);
     Form_Load();
 }
 
@@ -668,15 +668,7 @@ void frmToolSet::showEditMenu(const QPoint &globalPosition)
 
 void frmToolSet::mnuFileExit_Click()
 {
-    const auto documents = m_frame.openDocuments();
-    for (DocumentWindow *document : documents) {
-        if (document->Name() != Name())
-            continue;
-        if (document->CleanIfDirty())
-            return; // Kept: the windows closed so far stay closed.
-        document->Unload();
-    }
-    m_frame.closeFrame();
+    DocumentWindow::exit(m_frame);
 }
 
 // --- Layout ---

@@ -53,6 +53,7 @@ public:
     DocumentStatus status() const override;
     const CVBATools &Tools() const;
     ToolSetDocument &Document() { return m_set; }
+    ToolSetDocument *toolSet() override { return &m_set; }
     bool Dirty() const; ///< Changed since it was loaded or saved.
 
     // --- Operations ---

@@ -1,9 +1,15 @@
 #include "model/ToolSetDiff.h"
+#include "model/ToolSetDocument.h"
 #include "model/ToolSetMerge.h"
+#include "model/ToolSetStorage.h"
+#include "model/ToolSetUpdate.h"
 #include "support/SetDump.h"
 #include "support/TestRunner.h"
 
 #include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <algorithm>
 
 namespace {
 
@@ -149,6 +155,45 @@ private Q_SLOTS:
                 conflicts.append(conflict.tool);
             QVERIFY2(conflicts == row.conflicts,
                 qPrintable(QString::fromLatin1(row.result) + u": "_qs + conflicts.join(u' ')));
+        }
+    }
+
+    /// From any state to any other one in one step, and back, with names and places exchanged.
+    void updates()
+    {
+        const QTemporaryDir home;
+        ToolSetStorage storage(1252, home.path(), home.path());
+        QRandomGenerator random(77);
+        for (int round = 0; round < 300; ++round) {
+            ToolSetState before;
+            for (int i = random.bounded(40); i > 0; --i)
+                before.tools.push_back(state(u"T%1=%1"_qs.arg(i)).tools.front());
+            ToolSetState after = varied(before, random);
+            after.properties.Description = QString::number(round);
+            if (round % 3 == 0)
+                std::shuffle(after.tools.begin(), after.tools.end(), random);
+            for (size_t i = 1; round % 2 == 0 && i < after.tools.size(); i += 2) {
+                auto &one = after.tools[i - 1];
+                auto &other = after.tools[i];
+                one = std::make_shared<CVBATool>(*one);
+                other = std::make_shared<CVBATool>(*other);
+                std::swap(one->Description, other->Description);
+            }
+            ToolSetDocument document(storage);
+            QList<ToolPtr> tools;
+            for (const ToolPtr &tool : before.tools)
+                tools.append(std::make_shared<CVBATool>(*tool));
+            document.append(tools);
+            before.properties = document.properties();
+            ToolSetUpdate::apply(
+                document, ToolSetUpdate::replacement(document, after), u"Restore"_qs);
+            QCOMPARE(lines(ToolSetUpdate::stateOf(document)), lines(after));
+            QCOMPARE(document.undoText(), u"Restore"_qs);
+            document.undo();
+            QCOMPARE(lines(ToolSetUpdate::stateOf(document)), lines(before));
+            // What is there already makes no step.
+            ToolSetUpdate::apply(document, ToolSetUpdate::unchanged(document), u"Nothing"_qs);
+            QVERIFY(document.canRedo());
         }
     }
 

@@ -58,7 +58,7 @@ private Q_SLOTS:
     {
         const ToolSetSnapshot put = everything();
         QVERIFY(SnapshotWriter(put, path(u"s"_qs)).finish() == SnapshotWriter::State::Done);
-        QCOMPARE(ToolSetSnapshot::readTitle(path(u"s"_qs)), put.title);
+        QCOMPARE(ToolSetSnapshot::readOrigin(path(u"s"_qs)).title, put.title);
         const auto got = ToolSetSnapshot::read(path(u"s"_qs));
         QVERIFY(got);
         QCOMPARE(std::tuple(got->title, got->path, got->Description, got->LongDescription,

@@ -37,6 +37,9 @@ public:
     QList<DocumentWindow *> openDocuments() const override { return documents; }
     DocumentWindow *activeDocument() const override { return documents.value(0); }
     void activateDocument(DocumentWindow *) override { }
+    void addDocument(DocumentWindow *document) override { documents.append(document); }
+    DocumentWindow *newDocument(const QString &) override { return nullptr; }
+    DocumentWindow *openDocument(const QString &) override { return nullptr; }
     void documentClosed(DocumentWindow *document) override { documents.removeOne(document); }
     void arrangeWindows(Arrangement arrangement) override { arranged.append(arrangement); }
     CFileList &FileListHandler() override { return files; }

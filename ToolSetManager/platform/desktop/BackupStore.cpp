@@ -13,9 +13,11 @@
 namespace {
 
 /// Universal time: local time repeats an hour a year, and the names must sort by age.
+const QString stampFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");
+
 QString dateStamp()
 {
-    return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    return QDateTime::currentDateTimeUtc().toString(stampFormat);
 }
 
 /// The end of a name, which holds its extension, short enough that a date fits before it: file
@@ -56,6 +58,50 @@ bool copyWhole(const QString &path, const QString &scratch, const QString &copy)
     return false;
 }
 
+/// In the folder of a file: its path. Hidden, so that it is no copy.
+const QString originalName = QStringLiteral("/.original");
+
+void noteOriginal(const QString &folder, const QString &path)
+{
+    QFile note(folder + originalName);
+    if (note.size() > 0 || !note.open(QIODevice::WriteOnly, SafeFiles::filePermissions))
+        return; // without it only the list of all copies says less
+    note.write(path.toUtf8());
+}
+
+QString notedOriginal(const QString &folder)
+{
+    constexpr qint64 longestPath = 16384;
+    QFile note(folder + originalName);
+    return note.open(QIODevice::ReadOnly) ? QString::fromUtf8(note.read(longestPath)) : QString();
+}
+
+/// The dated copies right in a folder; other files are none.
+QList<BackupStore::Copy> copiesIn(const QString &folder, const QString &original)
+{
+    QList<BackupStore::Copy> found;
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files | QDir::NoSymLinks);
+    for (const QFileInfo &file : files) {
+        const QString name = file.fileName();
+        QDateTime made = QDateTime::fromString(name.left(stampFormat.size()), stampFormat);
+        if (!made.isValid())
+            continue;
+        made.setTimeSpec(Qt::UTC);
+        // Behind the date stands the number that makes it unique.
+        const QString rest = name.mid(stampFormat.size() + 1);
+        found.append({QDir::toNativeSeparators(file.filePath()),
+            original.isEmpty() ? rest.section(u'-', 1) : QFileInfo(original).fileName(),
+            QDir::toNativeSeparators(original), made, file.size()});
+    }
+    return found;
+}
+
+void sortByAge(QList<BackupStore::Copy> &copies)
+{
+    std::stable_sort(
+        copies.begin(), copies.end(), [](const auto &a, const auto &b) { return a.made > b.made; });
+}
+
 /// Two files of one name in different folders must not push each other's copies out.
 QString folderNameFor(const QFileInfo &file)
 {
@@ -77,14 +123,42 @@ QString BackupStore::backup(const QString &path, const QString &contentPath)
     const QFileInfo content(contentPath);
     if (!content.isFile() || content.size() == 0 || m_folder.isEmpty())
         return {};
-    const QString folder = m_folder + u'/' + folderNameFor(file);
+    const QString folder = folderOf(path);
     if (!SafeFiles::makeFolder(m_folder) || !SafeFiles::makeFolder(folder))
         return {};
     const QString copy = freePath(folder, file.fileName());
     if (!copyWhole(contentPath, folder + unfinished, copy))
         return {};
+    noteOriginal(folder, file.absoluteFilePath());
     prune(folder, copy);
     return QDir::toNativeSeparators(copy);
+}
+
+QString BackupStore::folderOf(const QString &path) const
+{
+    return m_folder + u'/' + folderNameFor(QFileInfo(path));
+}
+
+QList<BackupStore::Copy> BackupStore::copiesOf(const QString &path) const
+{
+    QList<Copy> found;
+    if (!m_folder.isEmpty() && !path.isEmpty())
+        found = copiesIn(folderOf(path), QFileInfo(path).absoluteFilePath());
+    sortByAge(found);
+    return found;
+}
+
+QList<BackupStore::Copy> BackupStore::copies() const
+{
+    if (m_folder.isEmpty())
+        return {};
+    QList<Copy> found = copiesIn(m_folder, {});
+    const auto folders =
+        QDir(m_folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &folder : folders)
+        found += copiesIn(folder.filePath(), notedOriginal(folder.filePath()));
+    sortByAge(found);
+    return found;
 }
 
 QString BackupStore::newPathFor(const QString &name)

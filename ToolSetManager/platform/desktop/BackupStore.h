@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDateTime>
+#include <QList>
 #include <QString>
 
 /// Keeps copies of files that are about to be overwritten or of work that would otherwise be lost.
@@ -23,11 +25,24 @@ public:
     /// The same with the content of another file in its place.
     QString backup(const QString &path, const QString &contentPath);
 
+    /// A copy that is kept.
+    struct Copy
+    {
+        QString path;
+        QString name; ///< Of the file that it was made of; the end of it where that is long.
+        QString original; ///< Path of that file; empty where it is not known.
+        QDateTime made;
+        qint64 size = 0; ///< Bytes.
+    };
+    QList<Copy> copies() const; ///< Newest first, as the next.
+    QList<Copy> copiesOf(const QString &path) const;
+
     /// A path at which a copy of a file named \a name may be written; it does not exist yet, its
     /// folder does. Empty when the folder cannot be made.
     QString newPathFor(const QString &name);
 
 private:
+    QString folderOf(const QString &path) const;
     void prune(const QString &folder, const QString &newest);
 
     QString m_folder;

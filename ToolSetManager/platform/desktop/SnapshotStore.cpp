@@ -19,6 +19,16 @@ QString lockPath(const QString &folder)
     return folder + u'/' + lockName;
 }
 
+QStringList byAge(QFileInfoList &files)
+{
+    std::stable_sort(files.begin(), files.end(),
+        [](const QFileInfo &a, const QFileInfo &b) { return a.lastModified() < b.lastModified(); });
+    QStringList paths;
+    for (const QFileInfo &file : std::as_const(files))
+        paths.append(file.filePath());
+    return paths;
+}
+
 } // namespace
 
 SnapshotStore::SnapshotStore(const QString &folder)
@@ -90,12 +100,21 @@ QStringList SnapshotStore::abandoned()
         }
         m_abandoned.push_back(std::move(session));
     }
-    std::stable_sort(found.begin(), found.end(),
-        [](const QFileInfo &a, const QFileInfo &b) { return a.lastModified() < b.lastModified(); });
-    QStringList paths;
-    for (const QFileInfo &file : std::as_const(found))
-        paths.append(file.filePath());
-    return paths;
+    return byAge(found);
+}
+
+QStringList SnapshotStore::ofOthers() const
+{
+    QFileInfoList found;
+    if (!SafeFiles::isOwnFolder(m_folder))
+        return {};
+    const auto folders =
+        QDir(m_folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &folder : folders) {
+        if (folder.filePath() != m_own.folder)
+            found += QDir(folder.filePath()).entryInfoList({u'*' + suffix}, QDir::Files);
+    }
+    return byAge(found);
 }
 
 void SnapshotStore::enroll(const void *owner, std::function<void()> write)

@@ -34,6 +34,10 @@ public:
     /// next.
     QStringList abandoned();
 
+    /// All snapshots that other programs have written, running or not, oldest first. They stay
+    /// theirs.
+    QStringList ofOthers() const;
+
     /// Work that may be in no snapshot yet: \a write puts it into one at once. To be withdrawn by
     /// its owner.
     void enroll(const void *owner, std::function<void()> write);

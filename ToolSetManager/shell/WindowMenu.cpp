@@ -1,41 +1,45 @@
-#include "toolset/WindowMenu.h"
+#include "shell/WindowMenu.h"
 
 #include "platform/desktop/Captions.h"
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
-#include "toolset/ToolSetMenus.h"
 
 #include <QAction>
 #include <QMenu>
 
-WindowMenu::WindowMenu(ToolSetMenus &menus, DocumentWindow &document, Frame &frame, QObject *parent)
+namespace {
+
+constexpr Frame::Arrangement arrangements[] = {Frame::Arrangement::TileHorizontally,
+    Frame::Arrangement::TileVertically, Frame::Arrangement::Cascade,
+    Frame::Arrangement::ArrangeIcons};
+
+} // namespace
+
+WindowMenu::WindowMenu(QMenu &menu, DocumentWindow &document, Frame &frame, QObject *parent)
     : QObject(parent)
-    , m_menus(menus)
+    , m_menu(menu)
     , m_document(document)
     , m_frame(frame)
 {
-    constexpr Frame::Arrangement arrangements[] = {Frame::Arrangement::TileHorizontally,
-        Frame::Arrangement::TileVertically, Frame::Arrangement::Cascade,
-        Frame::Arrangement::ArrangeIcons};
     for (size_t i = 0; i < std::size(arrangements); ++i) {
-        connect(menus.mnuWindowX[i], &QAction::triggered, this,
+        connect(menu.actions().at(qsizetype(i)), &QAction::triggered, this,
             [this, arrangement = arrangements[i]] { m_frame.arrangeWindows(arrangement); });
     }
-    connect(menus.mnuWindow, &QMenu::aboutToShow, this, &WindowMenu::mnuWindow_aboutToShow);
+    connect(&menu, &QMenu::aboutToShow, this, &WindowMenu::mnuWindow_aboutToShow);
 }
 
 void WindowMenu::mnuWindow_aboutToShow()
 {
-    const QList<QAction *> items = m_menus.mnuWindow->actions();
-    for (qsizetype i = ToolSetMenus::WindowItems; i < items.size(); ++i)
+    const QList<QAction *> items = m_menu.actions();
+    for (qsizetype i = std::size(arrangements); i < items.size(); ++i)
         delete items[i]; // the list of the last time
-    m_menus.mnuWindow->addSeparator();
+    m_menu.addSeparator();
     const auto documents = m_frame.openDocuments();
     int number = 0;
     for (DocumentWindow *document : documents) {
         const QString caption = Captions::forMenu(document->Caption());
         ++number;
-        QAction *item = m_menus.mnuWindow->addAction(
+        QAction *item = m_menu.addAction(
             number <= 9 ? QStringLiteral("&%1 %2").arg(number).arg(caption) : caption);
         item->setCheckable(true);
         item->setChecked(document == &m_document);
