@@ -48,7 +48,7 @@ constexpr int wholeSize = 2; ///< Index of "100".
 
 QString positionName()
 {
-    return QStringLiteral("Printer");
+    return QString::fromUtf16(MWindowPosition::preview);
 }
 
 QString reportTitle()

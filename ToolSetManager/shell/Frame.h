@@ -23,6 +23,7 @@ public:
     // Words of the frame's own that document windows offer, too.
     static constexpr char16_t compareWord[] = u"compare";
     static constexpr char16_t versionsWord[] = u"versions";
+    static constexpr char16_t preferencesWord[] = u"preferences";
 
     virtual void setAction(const QString &word) = 0; ///< Queues a command word.
     virtual void openFile(const QString &path) = 0; ///< Queues "open" for that path.

@@ -43,7 +43,7 @@ namespace {
 
 const QString fileListSection = QStringLiteral("FileList");
 const QString recentFilePrefix = QStringLiteral("Recent File ");
-const QString positionName = QStringLiteral("Main");
+const QString positionName = QString::fromUtf16(MWindowPosition::mainWindow);
 // Of the frame itself; no button and no window has them.
 const QString recoverWord = QStringLiteral("recover");
 const QString discardWord = QStringLiteral("discardsnapshots");
@@ -184,6 +184,10 @@ void MDI::makeMenus()
     QAction *versions = mnuFile->addAction(QStringLiteral("&Earlier Versions..."), this,
         [this] { setAction(QString::fromUtf16(versionsWord)); });
     versions->setObjectName(QStringLiteral("mnuFileVersions"));
+    mnuFile->addSeparator();
+    QAction *preferences = mnuFile->addAction(QStringLiteral("Pre&ferences..."), this,
+        [this] { setAction(QString::fromUtf16(preferencesWord)); });
+    preferences->setObjectName(QStringLiteral("mnuFilePreferences"));
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
     connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
@@ -438,9 +442,9 @@ void MDI::takeIn(DocumentWindow *document)
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
     giveIcon({window});
-    window->setGeometry(WindowArranger::placeFor(mdi->viewport()->rect(),
-        static_cast<int>(m_documents.size()),
-        window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
+    window->setGeometry(
+        WindowArranger::placeFor(mdi->viewport()->rect(), static_cast<int>(m_documents.size()),
+            window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
 }

@@ -210,6 +210,24 @@ void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWid
     Watcher::on(window).placeWhenFramed(stored);
 }
 
+void Center(QWidget &window)
+{
+    if (!screen())
+        return;
+    window.showNormal();
+    const QRect area = screen()->availableGeometry();
+    window.resize(area.size() * 2 / 3);
+    window.move(area.center() - window.frameGeometry().center() + window.pos());
+}
+
+void ForgetWindowPosition(SettingsStore &store, const QString &name)
+{
+    QList<QPair<QString, QString>> pairs; // a value that is no number counts as missing
+    for (const char16_t *key : {u"Left", u"Top", u"Height", u"Width"})
+        pairs.append({QString::fromUtf16(key), QString()});
+    store.SaveSettings(QString::fromUtf16(SettingsStore::addIn), name, pairs);
+}
+
 void WriteWhenChanged(SettingsStore &store, const QString &name, QWidget &window)
 {
     Watcher::on(window).changed = [&store, name, &window] {
