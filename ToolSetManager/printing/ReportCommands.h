@@ -3,6 +3,7 @@
 #include <QString>
 
 class CVBATools;
+class Frame;
 class frmPrint;
 class Printers;
 class QWidget;
@@ -13,7 +14,7 @@ class ReportCommands
 {
 public:
     /// What is handed in is borrowed; \a owner is the window that asks.
-    ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers);
+    ReportCommands(QWidget *owner, Frame &frame, SettingsStore &store, Printers &printers);
 
     /// Both tell the user when there is no printer. \a fileName is the set's path, or empty.
     void print(const CVBATools &tools, const QString &fileName);
@@ -25,6 +26,7 @@ private:
     void hand(frmPrint &report, const CVBATools &tools, const QString &fileName);
 
     QWidget *m_owner;
+    Frame &m_frame; ///< Says what was produced.
     SettingsStore &m_store;
     Printers &m_printers;
 };

@@ -50,6 +50,7 @@ public:
     void commandStateChanged(const DocumentWindow &document) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
+    void showResult(const QString &text, const QString &file) override;
     void showProgress(const QString &what, int percent) override;
     void endProgress() override;
     void showWarning(const QString &text) override;
@@ -59,7 +60,7 @@ public:
     void documentClosed(DocumentWindow *document) override;
     void arrangeWindows(Arrangement arrangement) override;
     CFileList &FileListHandler() override { return *m_files; }
-    void showHelp(const QString &helpFile) override;
+    void showHelp(const QString &helpFile, const QString &topic = {}) override;
     void showAbout() override;
 
     /// Offers to open what these snapshots hold, in a bar above the windows (RecoveryOffer).
