@@ -70,6 +70,19 @@ int ProgramIcons::count() const
     return m_library ? m_library->count() : 0;
 }
 
+std::vector<int> ProgramIcons::sizes(int index) const
+{
+    std::vector<int> sizes;
+    if (!m_library)
+        return sizes;
+    const auto frames = m_library->frames(index);
+    for (const IconFrame &frame : frames)
+        sizes.push_back(frame.size);
+    std::sort(sizes.begin(), sizes.end());
+    sizes.erase(std::unique(sizes.begin(), sizes.end()), sizes.end());
+    return sizes;
+}
+
 bool ProgramIcons::has(int index) const
 {
     if (!m_library)

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 class IconLibrary;
 
@@ -25,6 +26,9 @@ public:
     ~ProgramIcons();
 
     int count() const;
+
+    /// The sizes in which the icon has a picture, smallest first.
+    std::vector<int> sizes(int index) const;
 
     /// True when the icon has a picture that looks as if it could be read; much cheaper than
     /// reading it.
