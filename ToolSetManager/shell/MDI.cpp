@@ -15,6 +15,7 @@
 #include "shell/CommandQueue.h"
 #include "shell/CommandToolbar.h"
 #include "shell/DocumentWindow.h"
+#include "shell/HelpKey.h"
 #include "shell/MdiArea.h"
 #include "shell/NoticeBar.h"
 #include "shell/RecentFileMenu.h"
@@ -103,6 +104,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
 
     connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     makeMenus();
+    new HelpKey(*this, this);
     // What hands that know such windows try first, beside Ctrl+W and Ctrl+Tab. Where Ctrl+F4 is the
     // desktop's own key the toolkit has it, and two shortcuts of one key would do nothing.
     const QKeySequence close(Qt::CTRL | Qt::Key_F4);
@@ -393,6 +395,11 @@ void MDI::setPanelText(int panel, const QString &text)
     status->setPanelText(panel, text);
 }
 
+void MDI::showResult(const QString &text, const QString &file)
+{
+    status->showResult(noticePanel, text, file);
+}
+
 void MDI::showProgress(const QString &what, int percent)
 {
     status->showProgress(what, percent);
@@ -550,11 +557,11 @@ void MDI::saveRecentFiles()
 
 // --- Help ---
 
-void MDI::showHelp(const QString &helpFile)
+void MDI::showHelp(const QString &helpFile, const QString &topic)
 {
     if (!m_help)
         m_help = new frmHelp(this);
-    m_help->showHelp(helpFile);
+    m_help->showHelp(helpFile, topic);
 }
 
 void MDI::showAbout()

@@ -30,6 +30,8 @@ public:
 
     /// The pictures that the icon consists of, in the order of its directory.
     std::vector<IconFrame> frames(int index) const;
+    /// The sizes in which the icon has a picture, smallest first.
+    std::vector<int> sizes(int index) const;
 
     /// True when the icon has a picture that looks as if it could be read; much cheaper than
     /// reading it.

@@ -21,7 +21,7 @@ public:
     PrintJob(const Printers &printers, const QString &title);
     ~PrintJob(); ///< Gives the job up unless it was ended.
 
-    /// Where the printer "PDF file" writes to.
+    /// Where the printer "PDF File" writes to.
     void setFileName(const QString &path) { m_fileName = path; }
 
     /// Begins the first page. False when that fails: see errorText().

@@ -59,7 +59,7 @@ Printers::Printers(List list)
 
 QString Printers::pdfFile()
 {
-    return QStringLiteral("PDF file");
+    return QStringLiteral("PDF File");
 }
 
 QStringList Printers::names() const
