@@ -64,6 +64,25 @@ void windowWithText(benchmark::State &state)
     measure<clock>(state, QStringLiteral("startup_bare_window"), {QStringLiteral("with text")});
 }
 
+/// Of a program that ends by itself.
+template <const char *name>
+void wholeRun(benchmark::State &state)
+{
+    for (auto _ : state) {
+        QProcess process;
+        const auto start = std::chrono::steady_clock::now();
+        process.start(QCoreApplication::applicationDirPath() + u'/' + QLatin1StringView(name),
+            {QStringLiteral("--version")});
+        if (!process.waitForFinished(10000) || process.exitCode() != 0)
+            state.SkipWithError("the program did not run");
+        state.SetIterationTime(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    }
+}
+
+constexpr char companion[] = "toolset";
+constexpr char empty[] = "startup_empty";
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -90,5 +109,7 @@ int main(int argc, char *argv[])
         {"the same with a menu and a status bar", windowWithText<&Start::real>});
     ratios.compare({"start-up, processor time", program<&Start::cpu>},
         {"the same with a menu and a status bar, processor time", windowWithText<&Start::cpu>});
+    ratios.compare({"toolset --version", wholeRun<companion>},
+        {"empty program that links QtCore and QtGui", wholeRun<empty>}, 1.5);
     return ratios.run(argc, argv);
 }

@@ -52,6 +52,7 @@ private:
     QString m_tool; ///< Its name, for messages.
     QHash<QString, int> m_names; ///< The line of each, without regard to letter case.
     QHash<QString, int> m_folders;
+    QByteArray m_start {1 << 13, Qt::Uninitialized}; ///< For the start of a file.
     int m_messages = 0;
 };
 
@@ -218,10 +219,10 @@ std::optional<QByteArray> Reader::readFile(const QString &path, qint64 largest)
         return std::nullopt;
     }
     // Most files are short: their size need not be asked for.
-    constexpr qint64 usual = 1 << 13;
-    QByteArray bytes = file.read(usual);
-    if (bytes.size() == usual)
-        bytes += file.read(qMin(file.size(), largest + 1) - usual);
+    const qint64 start = qMax<qint64>(file.read(m_start.data(), m_start.size()), 0);
+    QByteArray bytes(m_start.constData(), start);
+    if (start == m_start.size())
+        bytes += file.read(qMin(file.size(), largest + 1) - start);
     if (bytes.size() > largest) {
         report(path,
             QStringLiteral("the file is longer than the %L1 bytes that it may have").arg(largest));
