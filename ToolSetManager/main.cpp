@@ -4,10 +4,12 @@
 #include "platform/desktop/ProgramEnd.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/SingleInstance.h"
+#include "platform/desktop/Theme.h"
 #include "platform/desktop/mFileUtil.h"
 #include "platform/print/Printers.h"
 #include "shell/MDI.h"
 #include "shell/Settings.h"
+#include "shell/frmPreferences.h"
 #include "shell/mTSM.h"
 #include "toolset/frmToolSet.h"
 
@@ -74,6 +76,8 @@ int main(int argc, char *argv[])
         QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
     const ProgramEnd end([&storage] { storage.snapshots.writeAll(); });
+    Theme theme;
+    frmPreferences::restoreTheme(store, theme);
     Printers printers;
     mTSM state;
     const auto makeDocument = [&](Frame &frame) -> DocumentWindow * {
@@ -82,6 +86,8 @@ int main(int argc, char *argv[])
     MDI frame(
         state, settings, store, makeDocument, pathFromCommandLine(QCoreApplication::arguments()));
     new CompareCommands(frame, settings, storage);
+    frame.setCommand(QString::fromUtf16(Frame::preferencesWord),
+        [&] { frmPreferences(store, settings, theme, &frame).exec(); });
     QObject::connect(&instance, &SingleInstance::comeForward, &frame, &MDI::comeForward);
     QObject::connect(&instance, &SingleInstance::openRequested, &frame, &MDI::openFile);
     // Drawing it takes a third of what the bare frame needs to appear.

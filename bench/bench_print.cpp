@@ -7,7 +7,7 @@
 #include "platform/print/Printers.h"
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RtfWriter.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 #include "support/Ratios.h"
 #include "support/SampleSet.h"
 

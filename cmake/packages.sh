@@ -10,6 +10,7 @@ run_packages=(
 # A virtual display with a window manager, and what looks at it.
 display_packages=(xvfb xauth openbox xdotool scrot)
 test_packages=(
+    git python3  # a repository with tool sets
     at-spi2-core dbus python3-pyatspi  # what a screen reader sees
     cups cups-client cups-filters ghostscript poppler-utils  # a print queue, and what reads its pages
 )

@@ -2,8 +2,8 @@
 
 #include "compare/DifferenceTexts.h"
 #include "compare/Tint.h"
-#include "compare/WordDiff.h"
 #include "platform/desktop/Accessible.h"
+#include "platform/text/WordDiff.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

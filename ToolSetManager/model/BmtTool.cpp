@@ -8,10 +8,6 @@
 
 namespace {
 
-/// Pixels. Larger pictures are scaled down while they are decoded: no button, list or dialog shows
-/// more, and 1-bit pictures would grow to 32 times their size.
-constexpr int longestPictureSide = 512;
-
 VbError fileError(const QString &text)
 {
     return {VbError::DeviceError, QStringLiteral("CVBATools"), text};
@@ -75,7 +71,8 @@ ToolPtr BmtTool::decode(const BmtFormat::Record &record, qint16 fileVersion,
         // The scratch file is what other programs expect to find; the picture itself is taken from
         // the bytes at hand, so a scratch file that cannot be written costs nothing.
         storage.scratch.write(record.picture);
-        const auto picture = Picture::decode(record.picture, pictureMemory, longestPictureSide);
+        const auto picture =
+            Picture::decode(record.picture, pictureMemory, BmtTool::longestPictureSide);
         if (!picture)
             throw pictureErrorOf(tool->Description);
         tool->Picture = *picture;

@@ -3,6 +3,7 @@
 #include "model/BmtFormat.h"
 #include "model/CVBATool.h"
 #include "platform/VbError.h"
+#include "platform/text/Twips.h"
 
 #include <vector>
 
@@ -12,6 +13,12 @@ struct ToolSetStorage;
 
 /// Between a tool and its record in a tool set file.
 namespace BmtTool {
+
+/// Of the box that renders pictures for the file, both ways.
+constexpr Twips pictureBoxSide {275};
+/// Pixels. Larger pictures are scaled down while they are decoded: no button, list or dialog shows
+/// more, and 1-bit pictures would grow to 32 times their size.
+constexpr int longestPictureSide = 512;
 
 /// The tool of a record of a file of that version. Its picture takes what it needs of
 /// \a pictureMemory, in bytes. Throws VbError when the picture cannot be decoded or needs more.

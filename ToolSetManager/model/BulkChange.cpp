@@ -1,10 +1,9 @@
 #include "model/BulkChange.h"
 
+#include "model/FieldText.h"
 #include "model/StorableText.h"
 #include "model/ToolFields.h"
-#include "model/ToolKinds.h"
 #include "model/ToolSetDocument.h"
-#include "model/VbEvents.h"
 #include "platform/picture/PictureBox.h"
 #include "platform/text/CodePage.h"
 #include "platform/text/VbConvert.h"
@@ -118,39 +117,6 @@ bool apply(BulkChange::Switch to, bool is)
     return to == BulkChange::Switch::AsIs ? is : to == BulkChange::Switch::On;
 }
 
-QString yesNo(bool yes)
-{
-    return yes ? QStringLiteral("yes") : QStringLiteral("no");
-}
-
-QString accessText(const CVBATool &tool)
-{
-    QStringList all;
-    if (tool.IntoolBar())
-        all.append(QStringLiteral("tool bar"));
-    if (tool.InList())
-        all.append(QStringLiteral("list"));
-    if (tool.RunOutOfProcess())
-        all.append(QStringLiteral("out of process"));
-    return all.join(QStringLiteral(", "));
-}
-
-QString kindText(qint16 kind)
-{
-    const QString caption = ToolKinds::caption(kind);
-    return caption.isEmpty() ? QString::number(kind) : caption;
-}
-
-QString eventsText(qint32 events)
-{
-    QStringList names;
-    for (int i = 0; i < VbEvents::eventCount; ++i) {
-        if (VbEvents::contains(events, i))
-            names.append(VbEvents::text(VbEvents::events[static_cast<size_t>(i)].name));
-    }
-    return names.join(QStringLiteral(", "));
-}
-
 QList<BulkChange::FieldChange> differences(
     const CVBATool &before, const CVBATool &after, const QString &nameAfter)
 {
@@ -162,10 +128,11 @@ QList<BulkChange::FieldChange> differences(
     compare("name", before.Description, nameAfter);
     compare("location", before.Location(), after.Location());
     compare("command line", before.CommandLine, after.CommandLine);
-    compare("kind", kindText(before.ToolType), kindText(after.ToolType));
-    compare("enabled switch", yesNo(before.Enabled), yesNo(after.Enabled));
-    compare("access switches", accessText(before), accessText(after));
-    compare("events", eventsText(before.VBEvents), eventsText(after.VBEvents));
+    compare("kind", FieldText::kind(before.ToolType), FieldText::kind(after.ToolType));
+    compare("enabled switch", FieldText::yesNo(before.Enabled), FieldText::yesNo(after.Enabled));
+    compare("access switches", FieldText::access(before.AccessOptions),
+        FieldText::access(after.AccessOptions));
+    compare("events", FieldText::events(before.VBEvents), FieldText::events(after.VBEvents));
     if (before.Picture != after.Picture)
         changes.append({"picture", {}, {}});
     return changes;

@@ -144,31 +144,46 @@ void CVBATools::PutBack(const TakenTools &taken)
 
 bool CVBATools::Load(const QString &FileName)
 {
+    const FileStamp stamp = FileStamp::of(FileName); // before the reading: a later change is one
+    const auto read = [&] {
+        QFile file(FileName);
+        openForReading(file);
+        readTools(file, FileName);
+    };
+    if (!guarded(FileName, read))
+        return false;
+    ToolSetName = FileName;
+    m_stamp = stamp;
+    return true;
+}
+
+bool CVBATools::LoadFrom(QIODevice &device)
+{
+    return guarded({}, [&] { readTools(device, {}); });
+}
+
+bool CVBATools::guarded(const QString &name, const std::function<void()> &read)
+{
     ErrorDescription.clear();
     // Given back when memory runs out, so that there is some for the message.
     QByteArray reserve(memoryReserve, Qt::Uninitialized);
-    const FileStamp stamp = FileStamp::of(FileName); // before the reading: a later change is one
     try {
-        readTools(FileName);
+        read();
     } catch (const VbError &error) {
         ErrorDescription = error.description();
         return false;
     } catch (const std::bad_alloc &) {
         reserve = QByteArray();
         ErrorDescription =
-            QStringLiteral("There is not enough memory for \"%1\".").arg(shown(FileName));
+            QStringLiteral("There is not enough memory for \"%1\".").arg(shown(name));
         return false;
     }
-    ToolSetName = FileName;
-    m_stamp = stamp;
     return true;
 }
 
-void CVBATools::readTools(const QString &FileName)
+void CVBATools::readTools(QIODevice &device, const QString &name)
 {
-    QFile file(FileName);
-    openForReading(file);
-    BmtReader reader(file);
+    BmtReader reader(device);
     m_fileEnd = FileEnd::NotAToolSet;
     if (reader.readHeader(m_header, m_storage.codePage)) {
         using Found = BmtReader::Found;
@@ -189,9 +204,10 @@ void CVBATools::readTools(const QString &FileName)
             throw BmtTool::pictureError(record, m_storage.codePage);
         m_fileEnd = found == Found::End ? FileEnd::Complete : FileEnd::Early;
     }
-    if (file.error() != QFileDevice::NoError) {
+    const auto *file = qobject_cast<QFileDevice *>(&device);
+    if (file && file->error() != QFileDevice::NoError) {
         throw fileError(
-            QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(FileName), file.errorString()));
+            QStringLiteral("\"%1\" cannot be read: %2.").arg(shown(name), file->errorString()));
     }
 }
 
@@ -251,6 +267,7 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
 
     SafeWriter writer(FileName, m_storage.backups);
     writer.KeptElsewhere = KeptElsewhere;
+    writer.AlwaysBeside = WritesBeside;
     writer.Waiting = [this] {
         if (Progress)
             Progress(0, 1);
@@ -264,14 +281,30 @@ void CVBATools::write(const QString &FileName, const QStringList &ToolNames, Pic
         if (written || (FileName == ToolSetName && writer.left().size >= 0))
             m_stamp = writer.left(); // what a failure has left is this program's own doing
     });
-    writer.write(size, [&](QIODevice &device) {
-        BmtWriter bytes(device);
-        // Also when a name is missing: what stands before it is in the file then.
-        const auto flushed = qScopeGuard([&bytes] { bytes.flush(); });
-        writeTools(bytes, ToolNames, ctlPic);
-        return bytes.flush();
-    });
+    writer.write(size, [&](QIODevice &device) { return writeTo(device, ToolNames, ctlPic); });
     written = true;
+}
+
+bool CVBATools::writeTo(QIODevice &device, const QStringList &ToolNames, PictureBox &ctlPic) const
+{
+    BmtWriter bytes(device);
+    // Also when a name is missing: what stands before it is in the file then.
+    const auto flushed = qScopeGuard([&bytes] { bytes.flush(); });
+    writeTools(bytes, ToolNames, ctlPic);
+    return bytes.flush();
+}
+
+bool CVBATools::SaveTo(QIODevice &device, const QStringList &ToolNames, PictureBox &ctlPic)
+{
+    ErrorDescription.clear();
+    try {
+        checkStorable(ToolNames, ctlPic);
+        if (!writeTo(device, ToolNames, ctlPic))
+            ErrorDescription = device.errorString();
+    } catch (const VbError &error) {
+        ErrorDescription = error.description();
+    }
+    return ErrorDescription.isEmpty();
 }
 
 qint64 CVBATools::checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const

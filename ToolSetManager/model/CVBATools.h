@@ -12,6 +12,7 @@
 #include <vector>
 
 class BmtWriter;
+class QIODevice;
 class PictureBox;
 struct ToolSetStorage;
 
@@ -78,6 +79,8 @@ public:
     /// counts as loaded, with no tools; a record cut off at the end is dropped. False sets
     /// `ErrorDescription`, also where memory does not suffice; tools added before the error stay.
     bool Load(const QString &FileName);
+    /// The same from a device of fixed size at its start, for which `ToolSetName` then stays empty.
+    bool LoadFrom(QIODevice &device);
     enum class FileEnd {
         Complete, ///< Behind a tool or the header.
         Early, ///< Within a tool, which was dropped.
@@ -95,6 +98,11 @@ public:
     /// far as it was written. Where there is no second copy, SafeWriter says what happens instead.
     /// False sets `ErrorDescription`, which says where the former content is.
     bool Save(const QString &FileName, const QStringList &ToolNames, PictureBox &ctlPic);
+    /// Writes what Save() would write into an open device.
+    bool SaveTo(QIODevice &device, const QStringList &ToolNames, PictureBox &ctlPic);
+    /// Save() keeps the former content of a file until the new one is complete (SafeWriter), for
+    /// callers that do not keep the set otherwise.
+    bool WritesBeside = false;
     /// Whether the set as it stands is on the disk elsewhere. Asked during Save when the file's
     /// former content could not be backed up.
     std::function<bool()> KeptElsewhere;
@@ -108,8 +116,11 @@ private:
     /// Throws VbError when a text cannot be stored; else the size of the file in bytes.
     qint64 checkStorable(const QStringList &ToolNames, PictureBox &ctlPic) const;
     void writeTools(BmtWriter &writer, const QStringList &ToolNames, PictureBox &ctlPic) const;
-    /// As Load(), but throws VbError or std::bad_alloc.
-    void readTools(const QString &FileName);
+    /// As Load(), but throws VbError or std::bad_alloc. \a name is for messages.
+    void readTools(QIODevice &device, const QString &name);
+    /// Calls \a read, which may throw VbError or std::bad_alloc; false after that.
+    bool guarded(const QString &name, const std::function<void()> &read);
+    bool writeTo(QIODevice &device, const QStringList &ToolNames, PictureBox &ctlPic) const;
     void addRecord(const BmtFormat::Record &record, qint64 &pictureMemory);
 
     ToolSetStorage &m_storage;

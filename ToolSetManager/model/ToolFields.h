@@ -81,6 +81,20 @@ QBitArray differing(const CVBATool &a, const CVBATool &b);
 bool isSame(const CVBATool &a, const CVBATool &b, int index);
 void copy(const CVBATool &from, CVBATool &to, int index);
 QString nameOf(int index); ///< As messages call it.
+template <class Value>
+int indexOf(Value CVBATool::*member)
+{
+    int found = -1;
+    int index = 0;
+    forEach([&](const auto &field) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(field.field)>, Value CVBATool::*>) {
+            if (field.field == member)
+                found = index;
+        }
+        ++index;
+    });
+    return found;
+}
 
 /// Does not compile when a field was added to the tool and not to the list above.
 inline void checkComplete(CVBATool &tool)

@@ -12,13 +12,13 @@
 struct ToolSetStorage
 {
     /// \a scratchFolder receives "XTemp.bmp"; \a dataFolder the folders "backups",
-    /// "recovery" and "snapshots".
+    /// "recovery" and "snapshots". Nothing is written where one of them is empty.
     ToolSetStorage(int codePageNumber, const QString &scratchFolder, const QString &dataFolder)
         : codePage(codePageNumber)
-        , scratch(scratchFolder + QStringLiteral("/XTemp.bmp"))
-        , backups(dataFolder + QStringLiteral("/backups"))
-        , recovery(dataFolder + QStringLiteral("/recovery"))
-        , snapshots(dataFolder + QStringLiteral("/snapshots"))
+        , scratch(below(scratchFolder, "XTemp.bmp"))
+        , backups(below(dataFolder, "backups"))
+        , recovery(below(dataFolder, "recovery"))
+        , snapshots(below(dataFolder, "snapshots"))
     {
     }
 
@@ -28,4 +28,10 @@ struct ToolSetStorage
     BackupStore recovery; ///< Sets that could not be saved and would be lost otherwise.
     SnapshotStore snapshots; ///< Sets with unsaved changes, for the case of a crash.
     std::chrono::milliseconds snapshotDelay {2000}; ///< From a change to its snapshot.
+
+private:
+    static QString below(const QString &folder, const char *name)
+    {
+        return folder.isEmpty() ? folder : folder + u'/' + QLatin1StringView(name);
+    }
 };

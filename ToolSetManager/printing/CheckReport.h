@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/ToolCheck.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 
 /// The findings of a check on paper: tool by tool what was found and what to do about it.
 namespace CheckReport {

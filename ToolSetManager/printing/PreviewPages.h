@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 /// Which page of a preview is shown, and where one can go from there. Without a window, so that
 /// the rule can be tested as a table.
 class PreviewPages
@@ -32,6 +34,8 @@ public:
         else if (key == QLatin1StringView("Last"))
             m_shown = m_count;
     }
+
+    void goTo(int page) { m_shown = std::clamp(page, std::min(1, m_count), m_count); }
 
     bool isEnabled(const QString &key) const
     {

@@ -33,7 +33,7 @@ public:
     RichTextBox *HeaderBox = nullptr;
     RichTextBox *FooterBox = nullptr;
     RichTextBox *DocumentBox = nullptr;
-    QString FileName; ///< Where the printer "PDF file" writes to.
+    QString FileName; ///< Where the printer "PDF File" writes to.
 
     // --- Properties: distances from the paper's edges, heights of the bands ---
     qint32 LeftMargin() const { return m_leftMargin; }

@@ -6,9 +6,12 @@
 #include "platform/print/Printers.h"
 #include "printing/CheckReport.h"
 #include "printing/frmPrint.h"
+#include "shell/Frame.h"
 
-ReportCommands::ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers)
+ReportCommands::ReportCommands(
+    QWidget *owner, Frame &frame, SettingsStore &store, Printers &printers)
     : m_owner(owner)
+    , m_frame(frame)
     , m_store(store)
     , m_printers(printers)
 {
@@ -66,6 +69,8 @@ void ReportCommands::hand(frmPrint &report, const CVBATools &tools, const QStrin
 {
     report.ToolSet = &tools;
     report.FileName = fileName;
+    QObject::connect(&report, &frmPrint::produced, &report,
+        [this](const QString &text, const QString &file) { m_frame.showResult(text, file); });
 }
 
 void ReportCommands::hand(

@@ -7,6 +7,7 @@
 #include <functional>
 
 class CVBATools;
+class Frame;
 class frmPrint;
 class Printers;
 class QWidget;
@@ -17,7 +18,7 @@ class ReportCommands
 {
 public:
     /// What is handed in is borrowed; \a owner is the window that asks.
-    ReportCommands(QWidget *owner, SettingsStore &store, Printers &printers);
+    ReportCommands(QWidget *owner, Frame &frame, SettingsStore &store, Printers &printers);
 
     /// Both tell the user when there is no printer. \a fileName is the set's path, or empty.
     void print(const CVBATools &tools, const QString &fileName);
@@ -34,6 +35,7 @@ private:
     void hand(frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName);
 
     QWidget *m_owner;
+    Frame &m_frame; ///< Says what was produced.
     SettingsStore &m_store;
     Printers &m_printers;
 };

@@ -2,17 +2,21 @@
 
 #include "model/CVBATools.h"
 #include "platform/VbError.h"
+#include "platform/desktop/ButtonIcons.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/desktop/Icons.h"
+#include "platform/desktop/MWindowPosition.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/StatusBar.h"
 #include "platform/desktop/Toolbar.h"
 #include "platform/print/PagePreview.h"
+#include "platform/print/PageThumbnails.h"
 #include "platform/print/PdfPath.h"
 #include "platform/print/PrintJob.h"
 #include "platform/print/Printers.h"
 #include "printing/PrintProgress.h"
-#include "shell/MWindowPosition.h"
+#include "report/ToolsetReport.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -28,6 +32,7 @@ namespace {
 using Text = QLatin1StringView;
 
 constexpr int pagesPanel = 1;
+constexpr int resultPanel = 2;
 
 struct Button
 {
@@ -42,12 +47,31 @@ constexpr Button buttons[] = {
     {Text("Last"), Text("go-last"), QStyle::SP_MediaSkipForward},
     {Text("Print"), Text("document-print"), QStyle::SP_FileIcon},
 };
+/// How the pages are shown; they stay pressed.
+struct ViewButton
+{
+    Text key;
+    Text caption;
+    Text icon;
+    QStyle::StandardPixmap fallback;
+    QKeyCombination shortcut;
+};
+constexpr ViewButton viewButtons[] = {
+    {Text("FitWidth"), Text("Fit Width"), Text("zoom-fit-width"), QStyle::SP_TitleBarMaxButton,
+        Qt::ALT | Qt::Key_W},
+    {Text("WholePage"), Text("Whole Page"), Text("zoom-fit-page"), QStyle::SP_TitleBarNormalButton,
+        Qt::ALT | Qt::Key_P},
+    {Text("TwoPages"), Text("Two Pages"), Text("view-pages-facing"), QStyle::SP_FileDialogListView,
+        Qt::ALT | Qt::Key_2},
+    {Text("Thumbnails"), Text("Page Thumbnails"), Text("view-list-icons"),
+        QStyle::SP_FileDialogDetailedView, Qt::ALT | Qt::Key_T},
+};
 constexpr Text zooms[] = {Text("50"), Text("75"), Text("100"), Text("150"), Text("200")};
 constexpr int wholeSize = 2; ///< Index of "100".
 
 QString positionName()
 {
-    return QStringLiteral("Printer");
+    return QString::fromUtf16(MWindowPosition::preview);
 }
 
 QString reportTitle()
@@ -73,7 +97,8 @@ frmPrint::frmPrint(SettingsStore &store, const Printers &printers, QWidget *pare
     , cboZoom(new QComboBox)
     , cmdClose(new QPushButton(QStringLiteral("Close")))
     , prtStatus(new PagePreview)
-    , status(new StatusBar({1}, this))
+    , lvPages(new PageThumbnails(prtStatus->document()))
+    , status(new StatusBar({1, 3}, this))
 {
     setObjectName(QStringLiteral("frmPrint"));
     setWindowTitle(QStringLiteral("Tool Set Report"));
@@ -86,8 +111,24 @@ void frmPrint::makeControls()
     cboZoom->setObjectName(QStringLiteral("cboZoom"));
     cmdClose->setObjectName(QStringLiteral("cmdClose"));
     prtStatus->setObjectName(QStringLiteral("prtStatus"));
+    lvPages->setObjectName(QStringLiteral("lvPages"));
+    lvPages->hide();
     status->setObjectName(QStringLiteral("status"));
+    ButtonIcons::giveClose(*cmdClose);
+    HelpTopic::set(*this, "printing");
+    makeToolbar();
+    layOut();
+    connect(toolbar, &Toolbar::ButtonClick, this, &frmPrint::toolbar_ButtonClick);
+    connect(cboZoom, &QComboBox::activated, this, &frmPrint::cboZoom_Click);
+    connect(cmdClose, &QPushButton::clicked, this, &frmPrint::cmdClose_Click);
+    connectPreview();
+    connect(this, &frmPrint::produced, this, [this](const QString &text, const QString &file) {
+        status->showResult(resultPanel, text, file);
+    });
+}
 
+void frmPrint::makeToolbar()
+{
     for (const Button &each : buttons) {
         QAction *action = toolbar->addButton(each.key, each.key);
         action->setIcon(Icons::named(each.icon, each.fallback));
@@ -99,23 +140,42 @@ void frmPrint::makeControls()
     for (const Text zoom : zooms)
         cboZoom->addItem(zoom);
     cboZoom->setToolTip(QStringLiteral("Per cent of the real size"));
+    QPalette colours = cboZoom->palette(); // what a fit makes of the zoom is no mere hint
+    colours.setColor(QPalette::PlaceholderText, colours.color(QPalette::ButtonText));
+    cboZoom->setPalette(colours);
     toolbar->addWidget(cboZoom);
+    toolbar->addWidget(new QLabel(QStringLiteral(" % ")));
+    toolbar->addSeparator();
+    for (const ViewButton &each : viewButtons) {
+        QAction *action = toolbar->addButton(each.key, each.caption, true);
+        action->setIcon(Icons::named(each.icon, each.fallback));
+        action->setShortcut(each.shortcut);
+        action->setToolTip(each.caption + QStringLiteral(" (")
+            + action->shortcut().toString(QKeySequence::NativeText) + u')');
+    }
     auto *space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     toolbar->addWidget(space);
     cmdClose->setAutoDefault(false);
     toolbar->addWidget(cmdClose);
+}
 
+void frmPrint::layOut()
+{
+    auto *pages = new QHBoxLayout;
+    pages->setSpacing(0);
+    pages->addWidget(lvPages);
+    pages->addWidget(prtStatus, 1);
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->setSpacing(0);
     all->addWidget(toolbar);
-    all->addWidget(prtStatus, 1);
+    all->addLayout(pages, 1);
     all->addWidget(status);
+}
 
-    connect(toolbar, &Toolbar::ButtonClick, this, &frmPrint::toolbar_ButtonClick);
-    connect(cboZoom, &QComboBox::activated, this, &frmPrint::cboZoom_Click);
-    connect(cmdClose, &QPushButton::clicked, this, &frmPrint::cmdClose_Click);
+void frmPrint::connectPreview()
+{
     const auto press = [this](Text key) {
         return [this, key] {
             if (m_pages.isEnabled(key))
@@ -127,6 +187,9 @@ void frmPrint::makeControls()
     connect(prtStatus, &PagePreview::nextWanted, this, press(Text("Next")));
     connect(prtStatus, &PagePreview::lastWanted, this, press(Text("Last")));
     connect(prtStatus, &PagePreview::zoomWanted, this, &frmPrint::stepZoom);
+    connect(prtStatus, &PagePreview::zoomChanged, this, &frmPrint::showZoom);
+    connect(prtStatus, &PagePreview::pageWanted, this, &frmPrint::goToPage);
+    connect(lvPages, &PageThumbnails::pageWanted, this, &frmPrint::goToPage);
     connect(new QShortcut(QKeySequence::Print, this), &QShortcut::activated, this,
         press(Text("Print")));
 }
@@ -171,6 +234,10 @@ bool frmPrint::Form_Load()
     MWindowPosition::WriteWhenChanged(m_store, positionName(), *this);
 
     m_pages = PreviewPages(prtStatus->PageCount());
+    lvPages->refresh();
+    for (const ViewButton &each : viewButtons)
+        toolbar->button(each.key)->setEnabled(m_pages.count() > 0);
+    toolbar->button(QStringLiteral("TwoPages"))->setEnabled(m_pages.count() > 1);
     showPage();
     prtStatus->setFocus();
     return true;
@@ -271,13 +338,26 @@ void frmPrint::PrintDoc(const QString &path)
             if (!progress.step(page))
                 return; // the job is given up: nothing is printed
         }
-        if (going && job.end())
+        if (going && job.end()) {
+            tellProduced(path);
             return;
+        }
     }
     const QString message =
         path.isEmpty() ? noPrinterText() : QStringLiteral("\"%1\" cannot be written.").arg(path);
     MsgBox::show(owner(), message + QStringLiteral("\n\n") + job.errorText(), MsgBox::Buttons::Ok,
         MsgBox::Icon::Exclamation, reportTitle());
+}
+
+void frmPrint::tellProduced(const QString &path)
+{
+    const int count = prtStatus->PageCount();
+    const QString pages =
+        count == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(count);
+    Q_EMIT produced(path.isEmpty()
+            ? pages + QStringLiteral(" sent to \"%1\"").arg(m_printers.name())
+            : pages + QStringLiteral(" written to \"%1\"").arg(QFileInfo(path).fileName()),
+        path);
 }
 
 // --- The preview ---
@@ -291,13 +371,42 @@ void frmPrint::toolbar_ButtonClick(const QString &key)
         return;
     }
     Hourglass busy;
+    if (changeView(key))
+        return;
     m_pages.go(key);
+    showPage();
+}
+
+bool frmPrint::changeView(const QString &key)
+{
+    using Fit = PagePreview::Fit;
+    const auto fitOr = [this](Fit fit) { return prtStatus->fit() == fit ? Fit::None : fit; };
+    if (key == Text("FitWidth"))
+        prtStatus->setFit(fitOr(Fit::Width));
+    else if (key == Text("WholePage"))
+        prtStatus->setFit(fitOr(Fit::WholePage));
+    else if (key == Text("TwoPages"))
+        prtStatus->setTwoPages(!prtStatus->twoPages());
+    else if (key == Text("Thumbnails"))
+        lvPages->setVisible(!lvPages->isVisible());
+    else
+        return false;
+    showZoom();
+    if (!lvPages->hasFocus())
+        prtStatus->setFocus();
+    return true;
+}
+
+void frmPrint::goToPage(int page)
+{
+    m_pages.goTo(page);
     showPage();
 }
 
 void frmPrint::showPage()
 {
     prtStatus->setPreviewPage(m_pages.shown());
+    lvPages->setCurrentPage(m_pages.shown());
     for (const Button &each : buttons)
         toolbar->button(each.key)->setEnabled(m_pages.isEnabled(each.key));
     status->setPanelText(pagesPanel, m_pages.panelText());
@@ -310,12 +419,33 @@ void frmPrint::cboZoom_Click()
     prtStatus->setUpdatesEnabled(false);
     prtStatus->setZoom(cboZoom->currentText().toInt());
     prtStatus->setUpdatesEnabled(true);
+    showZoom();
     prtStatus->setFocus();
+}
+
+void frmPrint::showZoom()
+{
+    const QString zoom = QString::number(prtStatus->Zoom());
+    const bool fits = prtStatus->fit() != PagePreview::Fit::None;
+    cboZoom->setPlaceholderText(zoom);
+    cboZoom->setCurrentIndex(fits ? -1 : cboZoom->findText(zoom));
+    toolbar->setPressed(QStringLiteral("FitWidth"), prtStatus->fit() == PagePreview::Fit::Width);
+    toolbar->setPressed(
+        QStringLiteral("WholePage"), prtStatus->fit() == PagePreview::Fit::WholePage);
+    toolbar->setPressed(QStringLiteral("TwoPages"), prtStatus->twoPages());
+    toolbar->setPressed(QStringLiteral("Thumbnails"), lvPages->isVisibleTo(this));
 }
 
 void frmPrint::stepZoom(int steps)
 {
-    const int index = cboZoom->currentIndex() + steps;
+    // From a zoom that is none of the entries to the nearest one on that side.
+    int larger = 0;
+    while (larger < cboZoom->count() && cboZoom->itemText(larger).toInt() <= prtStatus->Zoom())
+        ++larger;
+    int smaller = larger;
+    while (smaller > 0 && cboZoom->itemText(smaller - 1).toInt() >= prtStatus->Zoom())
+        --smaller;
+    const int index = steps > 0 ? larger : smaller - 1;
     if (index < 0 || index >= cboZoom->count())
         return;
     cboZoom->setCurrentIndex(index);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "printing/PreviewPages.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 
 #include <QDialog>
 
@@ -11,6 +11,7 @@
 class CVBATools;
 class PageDocument;
 class PagePreview;
+class PageThumbnails;
 class Printers;
 class QComboBox;
 class QPushButton;
@@ -47,6 +48,10 @@ public:
 
     void done(int result) override;
 
+Q_SIGNALS:
+    /// Pages were printed or written: what to tell the user, and the file, if it is one.
+    void produced(const QString &text, const QString &file);
+
 private Q_SLOTS:
     void toolbar_ButtonClick(const QString &key);
     void cboZoom_Click();
@@ -54,6 +59,9 @@ private Q_SLOTS:
 
 private:
     void makeControls();
+    void makeToolbar();
+    void layOut();
+    void connectPreview();
     /// False when the user has cancelled the report. Without a printer it is empty.
     bool Form_Load();
     void Form_QueryUnload();
@@ -61,13 +69,18 @@ private:
     /// has cancelled it.
     bool WriteToolsetReport();
     bool write(PageDocument &page); ///< False when the user has cancelled.
-    /// Where the printer "PDF file" shall write to; empty for other printers, nothing when the user
+    /// Where the printer "PDF File" shall write to; empty for other printers, nothing when the user
     /// cancels.
     std::optional<QString> choosePath();
     void PrintDoc(const QString &path);
     QWidget *owner(); ///< Of the dialogs: this window where it is shown.
+    void tellProduced(const QString &path);
+    /// Runs one of the buttons that say how the pages are shown; false for other keys.
+    bool changeView(const QString &key);
     void showPage();
+    void goToPage(int page);
     void stepZoom(int steps);
+    void showZoom(); ///< In the box, which has no entry for what a fit makes of it.
 
     SettingsStore &m_store;
     const Printers &m_printers;
@@ -77,6 +90,7 @@ private:
     QComboBox *cboZoom;
     QPushButton *cmdClose;
     PagePreview *prtStatus;
+    PageThumbnails *lvPages;
     StatusBar *status;
 
     PreviewPages m_pages;

@@ -1,5 +1,7 @@
 #include "printing/frmRTF.h"
 
+#include "platform/desktop/ButtonIcons.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/print/PdfPath.h"
 #include "platform/print/Printers.h"
 #include "platform/rtf/RichTextBox.h"
@@ -72,6 +74,8 @@ void frmRTF::Form_Load()
     rtfPrint->setFooterHeight(bandHeight);
     connect(rtfPrint, &RTFPrinter::BeginPage, this, &frmRTF::rtfPrint_BeginPage);
     connect(rtfPrint, &RTFPrinter::EndDocument, this, &frmRTF::rtfPrint_EndDocument);
+    ButtonIcons::giveCancel(*cmdCancel);
+    HelpTopic::set(*this, "printing");
     connect(cmdCancel, &QPushButton::clicked, this, &frmRTF::cmdCancel_Click);
 }
 

@@ -19,7 +19,7 @@ public:
 
     void setDocumentText(const QString &rtf);
     /// Shows the window, prints and closes it. Throws VbError when the printer or the file
-    /// refuses. The printer "PDF file" asks for its path first; cancelled, nothing is printed.
+    /// refuses. The printer "PDF File" asks for its path first; cancelled, nothing is printed.
     void PrintDocument();
 
 protected:

@@ -46,7 +46,7 @@ constexpr Button buttons[] = {
         QStyle::SP_FileDialogDetailedView},
     {Text("toolproperties"), Text("Tool properties"), needsTool, Text("configure"),
         QStyle::SP_ComputerIcon},
-    {Text("macro"), Text("Edit macro"), Text(), Text("scriptopen"),
+    {Text("macro"), Text("Edit macro"), Text(), Text("dialog-scripts"),
         QStyle::SP_FileDialogContentsView},
     {Text("list"), Text("List tools"), needsToolSet, Text("view-list-icons"),
         QStyle::SP_FileDialogListView, true},

@@ -26,7 +26,8 @@ CommandToolbar::CommandToolbar(QWidget *parent)
     for (const auto &row : CommandTable::buttons) {
         if (row.startsGroup)
             addSeparator();
-        QAction *made = addButton(row.key, row.toolTip, row.key == listButton || row.key == detailsButton);
+        QAction *made =
+            addButton(row.key, row.toolTip, row.key == listButton || row.key == detailsButton);
         made->setIcon(blank);
         Tag::set(*made, row.tag);
     }

@@ -23,6 +23,7 @@ public:
     // Words of the frame's own that document windows offer, too.
     static constexpr char16_t compareWord[] = u"compare";
     static constexpr char16_t versionsWord[] = u"versions";
+    static constexpr char16_t preferencesWord[] = u"preferences";
 
     virtual void setAction(const QString &word) = 0; ///< Queues a command word.
     virtual void openFile(const QString &path) = 0; ///< Queues "open" for that path.
@@ -41,6 +42,8 @@ public:
     static constexpr int noticePanel = 2; ///< The active window's notice() otherwise.
     virtual QString panelText(int panel) const = 0;
     virtual void setPanelText(int panel, const QString &text) = 0;
+    /// Says in the notice's place what a command has produced; a \a file can be opened from there.
+    virtual void showResult(const QString &text, const QString &file) = 0;
 
     /// Shows how far a long piece of work is, in per cent, and lets the windows paint; nothing
     /// else happens meanwhile. To be called by BusyProgress.
@@ -69,6 +72,7 @@ public:
     virtual CFileList &FileListHandler() = 0;
 
     // --- Help ---
-    virtual void showHelp(const QString &helpFile) = 0; ///< One of the names above.
+    /// One of the names above; the topic is that of HelpTopic.
+    virtual void showHelp(const QString &helpFile, const QString &topic = {}) = 0;
     virtual void showAbout() = 0;
 };

@@ -5,6 +5,7 @@
 #include "platform/desktop/FileDrag.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/ListView.h"
+#include "platform/desktop/MWindowPosition.h"
 #include "platform/desktop/MenuBarStyle.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/StatusBar.h"
@@ -14,7 +15,7 @@
 #include "shell/CommandQueue.h"
 #include "shell/CommandToolbar.h"
 #include "shell/DocumentWindow.h"
-#include "shell/MWindowPosition.h"
+#include "shell/HelpKey.h"
 #include "shell/MdiArea.h"
 #include "shell/NoticeBar.h"
 #include "shell/RecentFileMenu.h"
@@ -43,7 +44,7 @@ namespace {
 
 const QString fileListSection = QStringLiteral("FileList");
 const QString recentFilePrefix = QStringLiteral("Recent File ");
-const QString positionName = QStringLiteral("Main");
+const QString positionName = QString::fromUtf16(MWindowPosition::mainWindow);
 // Of the frame itself; no button and no window has them.
 const QString recoverWord = QStringLiteral("recover");
 const QString discardWord = QStringLiteral("discardsnapshots");
@@ -103,6 +104,7 @@ MDI::MDI(mTSM &state, Settings &settings, SettingsStore &store, DocumentFactory 
 
     connect(tbTools, &Toolbar::ButtonClick, this, &MDI::setAction);
     makeMenus();
+    new HelpKey(*this, this);
     // What hands that know such windows try first, beside Ctrl+W and Ctrl+Tab. Where Ctrl+F4 is the
     // desktop's own key the toolkit has it, and two shortcuts of one key would do nothing.
     const QKeySequence close(Qt::CTRL | Qt::Key_F4);
@@ -184,6 +186,10 @@ void MDI::makeMenus()
     QAction *versions = mnuFile->addAction(QStringLiteral("&Earlier Versions..."), this,
         [this] { setAction(QString::fromUtf16(versionsWord)); });
     versions->setObjectName(QStringLiteral("mnuFileVersions"));
+    mnuFile->addSeparator();
+    QAction *preferences = mnuFile->addAction(QStringLiteral("Pre&ferences..."), this,
+        [this] { setAction(QString::fromUtf16(preferencesWord)); });
+    preferences->setObjectName(QStringLiteral("mnuFilePreferences"));
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
     connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
@@ -389,6 +395,11 @@ void MDI::setPanelText(int panel, const QString &text)
     status->setPanelText(panel, text);
 }
 
+void MDI::showResult(const QString &text, const QString &file)
+{
+    status->showResult(noticePanel, text, file);
+}
+
 void MDI::showProgress(const QString &what, int percent)
 {
     status->showProgress(what, percent);
@@ -438,9 +449,9 @@ void MDI::takeIn(DocumentWindow *document)
     QMdiSubWindow *window = mdi->addSubWindow(document->widget());
     window->setAttribute(Qt::WA_DeleteOnClose);
     giveIcon({window});
-    window->setGeometry(WindowArranger::placeFor(mdi->viewport()->rect(),
-        static_cast<int>(m_documents.size()),
-        window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
+    window->setGeometry(
+        WindowArranger::placeFor(mdi->viewport()->rect(), static_cast<int>(m_documents.size()),
+            window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window)));
     m_documents.append(document);
     document->mnuFileList().rebuild(*m_files);
 }
@@ -546,11 +557,11 @@ void MDI::saveRecentFiles()
 
 // --- Help ---
 
-void MDI::showHelp(const QString &helpFile)
+void MDI::showHelp(const QString &helpFile, const QString &topic)
 {
     if (!m_help)
         m_help = new frmHelp(this);
-    m_help->showHelp(helpFile);
+    m_help->showHelp(helpFile, topic);
 }
 
 void MDI::showAbout()

@@ -55,6 +55,7 @@ public:
     void statusChanged(const DocumentWindow &document) override;
     QString panelText(int panel) const override;
     void setPanelText(int panel, const QString &text) override;
+    void showResult(const QString &text, const QString &file) override;
     void showProgress(const QString &what, int percent) override;
     void endProgress() override;
     void showWarning(const QString &text) override;
@@ -67,7 +68,7 @@ public:
     void documentClosed(DocumentWindow *document) override;
     void arrangeWindows(Arrangement arrangement) override;
     CFileList &FileListHandler() override { return *m_files; }
-    void showHelp(const QString &helpFile) override;
+    void showHelp(const QString &helpFile, const QString &topic = {}) override;
     void showAbout() override;
 
     /// Offers to open what these snapshots hold, in a bar above the windows (RecoveryOffer).

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "platform/desktop/SettingsStore.h"
 
-class SettingsStore;
+#include <QString>
 
 /// The add-in's settings, which this program only reads: section "Settings" of the application
 /// "VB Quillon For VB5". Two of them matter here; the others are kept readable, so that the class
@@ -10,7 +10,7 @@ class SettingsStore;
 class Settings
 {
 public:
-    static constexpr char16_t application[] = u"VB Quillon For VB5";
+    static constexpr auto &application = SettingsStore::addIn;
     static constexpr char16_t section[] = u"Settings";
 
     /// All values at their defaults. \a programFolder is where the program lies, with or without a

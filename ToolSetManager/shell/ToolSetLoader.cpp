@@ -1,23 +1,9 @@
 #include "shell/ToolSetLoader.h"
 
 #include "model/CVBATools.h"
+#include "model/OldHelp.h"
 #include "model/ToolSetSnapshot.h"
 #include "model/ToolSetStorage.h"
-#include "platform/rtf/RichTextBox.h"
-
-namespace {
-
-void rewriteHelpTexts(CVBATools &tools, int codePage)
-{
-    const auto ownForm = [codePage](const QString &text) {
-        return RichTextBox::ownForm(text, QStringLiteral("MS Sans Serif"), 8.5, codePage);
-    };
-    const QString empty = ownForm(QString());
-    for (const ToolPtr &tool : tools)
-        tool->HelpString = tool->HelpString.isEmpty() ? empty : ownForm(tool->HelpString);
-}
-
-} // namespace
 
 ToolSetLoader::Loaded ToolSetLoader::fromFile(
     const QString &path, ToolSetStorage &storage, const Progress &progress)
@@ -29,8 +15,7 @@ ToolSetLoader::Loaded ToolSetLoader::fromFile(
     loaded->Progress = nullptr;
     if (!ok)
         return {nullptr, loaded->ErrorDescription};
-    if (loaded->FileVersion() < BmtFormat::currentVersion)
-        rewriteHelpTexts(*loaded, storage.codePage.number());
+    OldHelp::update(*loaded, storage.codePage.number());
     return {std::move(loaded), {}};
 }
 

@@ -1,5 +1,7 @@
 #include "shell/frmAbout.h"
 
+#include "platform/desktop/ButtonIcons.h"
+
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QIcon>
@@ -35,7 +37,7 @@ frmAbout::frmAbout(QWidget *parent)
         this);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
-    buttons->button(QDialogButtonBox::Ok)->setIcon({}); // like all dialogs of the program
+    ButtonIcons::settle(*buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 
     auto *texts = new QVBoxLayout;

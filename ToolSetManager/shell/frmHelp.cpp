@@ -121,14 +121,24 @@ void frmHelp::addKeys()
     key(Qt::ALT | Qt::Key_Right, [this] { m_browser->forward(); });
 }
 
-void frmHelp::showHelp(const QString &helpFile)
+frmHelp *frmHelp::of(QWidget *dialog)
 {
-    // No viewer for these files exists here; the manual is in their place.
-    const bool addIn = helpFile == QStringView(Frame::addInHelp);
-    m_browser->setSource(QUrl(addIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md")));
+    auto *help = dialog->findChild<frmHelp *>(QString(), Qt::FindDirectChildrenOnly);
+    return help ? help : new frmHelp(dialog);
+}
+
+void frmHelp::showHelp(const QString &helpFile, const QString &topic)
+{
+    // Before the page is loaded: a place in it is found in the window's own size.
     show();
     raise();
     activateWindow();
+    // No viewer for these files exists here; the manual is in their place.
+    const bool addIn = helpFile == QStringView(Frame::addInHelp);
+    QUrl page(addIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md"));
+    if (!topic.isEmpty())
+        page.setFragment(topic);
+    m_browser->setSource(page);
     m_browser->setFocus();
 }
 

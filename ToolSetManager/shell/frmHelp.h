@@ -17,8 +17,12 @@ class frmHelp : public QWidget
 public:
     explicit frmHelp(QWidget *parent);
 
-    /// Shows the page of the manual that stands for that help file; the names are Frame's.
-    void showHelp(const QString &helpFile);
+    /// The help window of a modal dialog, which keeps the input from all windows but its own.
+    static frmHelp *of(QWidget *dialog);
+
+    /// Shows the page of the manual that stands for that help file; the names are Frame's. With a
+    /// \a topic, the name of a heading in links, it shows that place.
+    void showHelp(const QString &helpFile, const QString &topic = {});
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -2,6 +2,8 @@
 
 #include "model/BmtFormat.h"
 #include "model/ToolSetDocument.h"
+#include "platform/desktop/ButtonIcons.h"
+#include "platform/desktop/HelpTopic.h"
 #include "richtext/RTFEditor.h"
 
 #include <QCheckBox>
@@ -43,6 +45,10 @@ frmTSProps::frmTSProps(ToolSetDocument &document, QWidget *parent)
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     lbl->setBuddy(txtDescription);
     Label1->setBuddy(rtf);
+
+    ButtonIcons::giveOK(*cmdOK);
+    ButtonIcons::giveCancel(*cmdCancel);
+    HelpTopic::set(*this, "tool-set-properties");
 
     cmdOK->setDefault(true);
     connect(cmdOK, &QPushButton::clicked, this, &frmTSProps::cmdOK_Click);

@@ -4,27 +4,48 @@
 #include "platform/picture/ProgramIcons.h"
 
 #include <QPainter>
-#include <QScrollBar>
+
+namespace {
+
+constexpr int rowHeight = ProgramIcons::usualSize + 10;
+constexpr int rowsShown = 3;
+
+} // namespace
 
 IconStrip::IconStrip(QWidget *parent)
     : QListView(parent)
 {
     setFlow(QListView::LeftToRight);
-    setWrapping(false);
+    setWrapping(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setUniformItemSizes(true);
     setIconSize({ProgramIcons::usualSize, ProgramIcons::usualSize});
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setResizeMode(QListView::Adjust);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 QSize IconStrip::sizeHint() const
 {
-    constexpr int margins = 12;
-    return {QListView::sizeHint().width(),
-        ProgramIcons::usualSize + margins + 2 * frameWidth()
-            + horizontalScrollBar()->sizeHint().height()};
+    return {QListView::sizeHint().width(), rowsShown * rowHeight + 2 * frameWidth()};
+}
+
+QSize IconStrip::minimumSizeHint() const
+{
+    return {QListView::minimumSizeHint().width(), rowHeight + 2 * frameWidth()};
+}
+
+void IconStrip::resizeEvent(QResizeEvent *event)
+{
+    const bool grid = height() - 2 * frameWidth() >= 2 * rowHeight;
+    if (grid != isWrapping()) {
+        setWrapping(grid);
+        setVerticalScrollBarPolicy(grid ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+        setHorizontalScrollBarPolicy(grid ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    }
+    QListView::resizeEvent(event);
+    scrollTo(currentIndex());
 }
 
 void IconStrip::paintEvent(QPaintEvent *event)

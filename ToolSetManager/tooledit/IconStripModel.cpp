@@ -37,6 +37,18 @@ QImage IconStripModel::icon(int row) const
     return image;
 }
 
+QImage IconStripModel::icon(int row, int size) const
+{
+    if (size == side)
+        return icon(row);
+    return row < 0 || row >= m_count ? QImage() : m_icons->icon(row, size);
+}
+
+std::vector<int> IconStripModel::sizes(int row) const
+{
+    return row < 0 || row >= m_count ? std::vector<int>() : m_icons->sizes(row);
+}
+
 int IconStripModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_count;

@@ -5,6 +5,7 @@
 #include <QImage>
 
 #include <memory>
+#include <vector>
 
 class ProgramIcons;
 
@@ -21,6 +22,9 @@ public:
     void setIcons(std::unique_ptr<ProgramIcons> icons, int count);
     /// The icon in Windows' usual size; null when it cannot be read. Rows count from 0.
     QImage icon(int row) const;
+    /// The icon in the size of its own that serves best for \a size pixels.
+    QImage icon(int row, int size) const;
+    std::vector<int> sizes(int row) const; ///< That the icon has; smallest first.
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

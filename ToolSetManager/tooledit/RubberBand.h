@@ -17,6 +17,8 @@ public:
 
     QPoint start() const { return m_start; }
     QPoint end() const { return m_end; }
+    /// The part, right and bottom exclusive.
+    QRect part() const { return rectangle().adjusted(0, 0, -1, -1); }
     /// True for a part with a width and a height.
     bool hasArea() const { return m_start.x() != m_end.x() && m_start.y() != m_end.y(); }
 

@@ -3,11 +3,12 @@
 #include "model/CVBATool.h"
 #include "platform/VbError.h"
 #include "platform/desktop/Accessible.h"
+#include "platform/desktop/ButtonIcons.h"
 #include "platform/desktop/DirListBox.h"
 #include "platform/desktop/DriveListBox.h"
 #include "platform/desktop/FileListBox.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/desktop/Hourglass.h"
-#include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/desktop/Tag.h"
@@ -18,24 +19,25 @@
 #include "shell/Frame.h"
 #include "shell/Settings.h"
 #include "shell/frmHelp.h"
+#include "tooledit/IconSteps.h"
 #include "tooledit/IconStrip.h"
 #include "tooledit/IconStripModel.h"
+#include "tooledit/PictureEntry.h"
+#include "tooledit/PictureTiles.h"
+#include "tooledit/PreviewFrame.h"
 #include "tooledit/capture.h"
 
 #include <QAccessible>
 #include <QComboBox>
 #include <QDir>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
-#include <QShortcut>
+#include <QScreen>
 
 namespace {
 
-constexpr int previewSize = 288; ///< A multiple of what icons and buttons measure: 16, 18, 32, 48.
 constexpr char16_t section[] = u"FileButton";
 constexpr char16_t key[] = u"Path";
 
@@ -49,15 +51,15 @@ bool hasExtension(const QString &name, const char *extension)
     return name.endsWith(QLatin1StringView(extension), Qt::CaseInsensitive);
 }
 
-/// A frame around a picture; it shows where the keys go, and bears the picture's tag.
-QFrame *framed(PictureControl *picture, int side, QWidget *parent)
+/// A frame around the button's picture that bears its tag.
+QFrame *framed(PictureControl *picture, QWidget *parent)
 {
     auto *frame = new QFrame(parent);
     frame->setFrameShape(QFrame::Box);
     auto *layout = new QVBoxLayout(frame);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->addWidget(picture);
-    picture->setFixedSize(side, side);
+    picture->setFixedSize(CVBATool::pictureSide, CVBATool::pictureSide);
     Tag::set(*frame, Tag::of(*picture));
     Tag::set(*picture, {});
     frame->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -69,10 +71,15 @@ QFrame *framed(PictureControl *picture, int side, QWidget *parent)
 frmFileButton::frmFileButton(SettingsStore &settings, QWidget *parent)
     : QDialog(parent)
     , m_settings(settings)
+    , m_iconSize(ProgramIcons::usualSize)
 {
     setObjectName(QStringLiteral("frmFileButton"));
     setWindowTitle(QStringLiteral("VB Quillon - Get Button Image From File"));
+    HelpTopic::set(*this, "the-button-picture");
     makeControls();
+    makeIconControls();
+    makeButtons();
+    connectControls();
     layOut();
     Form_Load();
 }
@@ -111,52 +118,42 @@ void frmFileButton::makeControls()
     tagged(picImage, QStringLiteral("picImage"), QStringLiteral("Preview:"));
     picImage->setFocusPolicy(Qt::StrongFocus);
     picImage->setCursor(Qt::CrossCursor);
-    picImage->installEventFilter(this);
     const QString marking = QStringLiteral(
         "Mark a part with the mouse, or with the keys: arrows move (with Ctrl by one pixel), Space "
         "begins and ends the part. A click takes the whole preview.");
     picImage->setToolTip(marking);
     picImage->setAccessibleDescription(marking);
+    m_previewFrame = new PreviewFrame(picImage, this);
+    m_previewFrame->setObjectName(QStringLiteral("previewFrame"));
     picButton = new PictureControl(this);
     tagged(picButton, QStringLiteral("picButton"), QStringLiteral("Button:"));
-
-    picIcoCtrl = new QWidget(this);
-    picIcoCtrl->setObjectName(QStringLiteral("picIcoCtrl"));
-    const auto stepper = [this](int index, const QString &icon, QStyle::StandardPixmap fallback,
-                             const QString &name, const QKeySequence &shortcut) {
-        auto *button = new QPushButton(picIcoCtrl);
-        button->setObjectName(QStringLiteral("cmdIcon%1").arg(index));
-        button->setIcon(Icons::named(icon, fallback));
-        button->setAccessibleName(name);
-        button->setToolTip(
-            name + QStringLiteral(" (") + shortcut.toString(QKeySequence::NativeText) + u')');
-        // Not the button's own shortcut: that runs its animation first, and so a key held down
-        // would step only once.
-        connect(new QShortcut(shortcut, this), &QShortcut::activated, this,
-            [this, index] { cmdIcon_Click(index); });
-        connect(button, &QPushButton::clicked, this, [this, index] { cmdIcon_Click(index); });
-        return button;
-    };
-    cmdIcon = {stepper(0, QStringLiteral("go-previous"), QStyle::SP_ArrowLeft,
-                   QStringLiteral("Previous icon"), QKeySequence(Qt::ALT | Qt::Key_Left)),
-        stepper(1, QStringLiteral("go-next"), QStyle::SP_ArrowRight, QStringLiteral("Next icon"),
-            QKeySequence(Qt::ALT | Qt::Key_Right))};
-    txtIcon = new QLineEdit(QStringLiteral("1 of 16"), picIcoCtrl);
-    txtIcon->setObjectName(QStringLiteral("txtIcon"));
-    txtIcon->setAccessibleName(QStringLiteral("Icon"));
-    txtIcon->setReadOnly(true);
-    txtIcon->setAlignment(Qt::AlignCenter);
-
+    m_tiles = new PictureTiles(this);
+    tagged(m_tiles, QStringLiteral("tiles"), QStringLiteral("Before and after:"));
+    m_tiles->setToolTip(
+        QStringLiteral("The tool's picture as it is and as it will be, on light and on dark"));
+    m_entry = new PictureEntry(this);
     lblNoPicture = new QLabel(QStringLiteral("This file holds no picture."), this);
     lblNoPicture->setObjectName(QStringLiteral("lblNoPicture"));
     lblNoPicture->setWordWrap(true);
+}
+
+void frmFileButton::makeIconControls()
+{
+    picIcoCtrl = new IconSteps(this);
+    cboSize = new QComboBox(this);
+    cboSize->setObjectName(QStringLiteral("cboSize"));
+    Accessible::setName(*cboSize, QStringLiteral("Size"));
+    cboSize->setToolTip(QStringLiteral("The icon's pictures of other sizes"));
 
     m_strip = new IconStripModel(this);
     lvIcons = new IconStrip(this);
     lvIcons->setObjectName(QStringLiteral("lvIcons"));
     lvIcons->setAccessibleName(QStringLiteral("Icons of the file"));
     lvIcons->setModel(m_strip);
+}
 
+void frmFileButton::makeButtons()
+{
     cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdOK->setDefault(true);
@@ -164,84 +161,105 @@ void frmFileButton::makeControls()
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     cmdHelp = new QPushButton(QStringLiteral("&Help"), this);
     cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
+    ButtonIcons::giveOK(*cmdOK);
+    ButtonIcons::giveCancel(*cmdCancel);
+    ButtonIcons::giveHelp(*cmdHelp);
+}
 
+void frmFileButton::connectControls()
+{
     connect(DriveList, &DriveListBox::Change, this, &frmFileButton::DriveList_Change);
     connect(DirList, &DirListBox::Change, this, &frmFileButton::DirList_Change);
     connect(cboFilter, &QComboBox::currentIndexChanged, this, &frmFileButton::cboFilter_Click);
     connect(FileList, &FileListBox::KeyUp, this, &frmFileButton::FileList_KeyUp);
     connect(FileList, &FileListBox::MouseUp, this, &frmFileButton::FileList_MouseUp);
     connect(FileList, &FileListBox::DblClick, this, &frmFileButton::FileList_DblClick);
-    connect(picImage, &PictureControl::MouseDown, this, &frmFileButton::picImage_MouseDown);
-    connect(picImage, &PictureControl::MouseMove, this, &frmFileButton::picImage_MouseMove);
-    connect(picImage, &PictureControl::MouseUp, this, &frmFileButton::picImage_MouseUp);
+    connect(m_previewFrame, &PreviewFrame::taken, this, &frmFileButton::picImage_Taken);
     connect(lvIcons->selectionModel(), &QItemSelectionModel::currentChanged, this,
         &frmFileButton::lvIcons_Click);
+    connect(picIcoCtrl, &IconSteps::Click, this, &frmFileButton::cmdIcon_Click);
+    connect(cboSize, &QComboBox::activated, this, &frmFileButton::cboSize_Click);
+    connect(m_entry, &PictureEntry::pathEntered, this, &frmFileButton::openPath);
+    connect(m_entry, &PictureEntry::pictureEntered, this, &frmFileButton::showPicture);
+    connect(m_entry, &PictureEntry::nothingEntered, this,
+        [this] { sayNoPicture(QStringLiteral("The clipboard holds no picture.")); });
     connect(cmdOK, &QPushButton::clicked, this, &frmFileButton::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmFileButton::cmdCancel_Click);
     connect(cmdHelp, &QPushButton::clicked, this, &frmFileButton::cmdHelp_Click);
 }
 
-void frmFileButton::layOut()
+QLayout *frmFileButton::pictureColumn(int captionHeight)
 {
-    auto *icons = new QHBoxLayout(picIcoCtrl);
-    icons->setContentsMargins(0, 0, 0, 0);
-    icons->addWidget(cmdIcon[0]);
-    icons->addWidget(txtIcon, 1);
-    icons->addWidget(cmdIcon[1]);
-
-    // Room above each tagged control, for PrintCaptions().
-    const int caption = fontMetrics().height() + 4;
-    QFrame *preview = framed(picImage, previewSize, this);
-    preview->setObjectName(QStringLiteral("previewFrame"));
+    auto *below = new QHBoxLayout;
+    below->addWidget(picIcoCtrl, 1);
+    below->addWidget(cboSize);
     auto *button = new QHBoxLayout;
-    button->addWidget(framed(picButton, CVBATool::pictureSide, this));
+    button->addWidget(framed(picButton, this), 0, Qt::AlignTop);
+    button->addSpacing(fontMetrics().horizontalAdvance(QStringLiteral("Button:  ")) - 20);
+    button->addWidget(m_tiles);
     button->addStretch(1);
 
-    auto *grid = new QGridLayout;
-    grid->setHorizontalSpacing(14);
-    grid->setVerticalSpacing(3);
-    grid->setRowMinimumHeight(0, caption);
-    grid->addWidget(DirList, 1, 0, 2, 1);
-    grid->addWidget(FileList, 1, 1, 2, 1);
-    grid->addWidget(preview, 1, 2, Qt::AlignTop);
-    auto *belowPreview = new QVBoxLayout;
-    belowPreview->setSpacing(3);
-    belowPreview->addWidget(picIcoCtrl);
-    belowPreview->addWidget(lblNoPicture);
-    belowPreview->addStretch(1);
-    grid->addLayout(belowPreview, 2, 2);
-    grid->setRowStretch(2, 1);
-    grid->setRowMinimumHeight(3, caption + 4);
-    grid->addWidget(DriveList, 4, 0);
-    grid->addWidget(cboFilter, 4, 1);
-    grid->addLayout(button, 4, 2);
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(1, 1);
-    for (QWidget *list : {static_cast<QWidget *>(DirList), static_cast<QWidget *>(FileList)})
-        list->setMinimumWidth(190);
-
-    for (QWidget *of : {picIcoCtrl, static_cast<QWidget *>(lblNoPicture)}) {
+    auto *column = new QVBoxLayout;
+    column->setSpacing(3);
+    column->addSpacing(captionHeight);
+    column->addWidget(m_previewFrame);
+    column->addLayout(below);
+    column->addWidget(lblNoPicture);
+    column->addStretch(1);
+    column->addSpacing(captionHeight);
+    column->addLayout(button);
+    for (QWidget *of : QList<QWidget *> {picIcoCtrl, cboSize, lblNoPicture}) {
         QSizePolicy policy = of->sizePolicy();
         policy.setRetainSizeWhenHidden(true); // nothing jumps from file to file
         of->setSizePolicy(policy);
         of->hide();
     }
+    return column;
+}
+
+void frmFileButton::layOut()
+{
+    // Room above each tagged control, for PrintCaptions().
+    const int caption = fontMetrics().height() + 4;
+    auto *lists = new QGridLayout;
+    lists->setHorizontalSpacing(14);
+    lists->setVerticalSpacing(3);
+    lists->setRowMinimumHeight(0, caption);
+    lists->addWidget(DirList, 1, 0);
+    lists->addWidget(FileList, 1, 1);
+    lists->setRowStretch(1, 1);
+    lists->setRowMinimumHeight(2, caption + 4);
+    lists->addWidget(DriveList, 3, 0);
+    lists->addWidget(cboFilter, 3, 1);
+    lists->setRowMinimumHeight(4, 4);
+    lists->addWidget(m_entry, 5, 0, 1, 2);
+    for (const int column : {0, 1})
+        lists->setColumnStretch(column, 1);
+    // A screen of 1024 by 768 pixels, two for one, has room for no more.
+    for (QWidget *list : {static_cast<QWidget *>(DirList), static_cast<QWidget *>(FileList)})
+        list->setMinimumSize(110, 60);
+    auto *top = new QHBoxLayout;
+    top->setSpacing(14);
+    top->addLayout(lists, 1);
+    top->addLayout(pictureColumn(caption));
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
     for (QPushButton *each : {cmdOK, cmdCancel, cmdHelp})
         buttons->addWidget(each);
     auto *all = new QVBoxLayout(this);
-    all->setSpacing(10);
-    all->addLayout(grid, 1);
-    all->addWidget(lvIcons);
+    all->setSpacing(8);
+    all->addLayout(top, 2);
+    all->addWidget(lvIcons, 1);
     all->addLayout(buttons);
 
-    const std::array<QWidget *, 12> order {DirList, FileList, DriveList, cboFilter, picImage,
-        cmdIcon[0], txtIcon, cmdIcon[1], lvIcons, cmdOK, cmdCancel, cmdHelp};
-    for (std::size_t i = 1; i < order.size(); ++i)
+    const QList<QWidget *> order = QList<QWidget *> {DirList, FileList, DriveList, cboFilter}
+        + m_entry->fields() + QList<QWidget *> {picImage} + picIcoCtrl->fields()
+        + QList<QWidget *> {cboSize, lvIcons, cmdOK, cmdCancel, cmdHelp};
+    for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
     FileList->setFocus();
+    resize(sizeHint().expandedTo({720, 0}).boundedTo(screen()->availableSize() * 0.95));
 }
 
 void frmFileButton::Form_Load()
@@ -287,6 +305,7 @@ void frmFileButton::setFolder(const QString &path)
 void frmFileButton::setButtonPicture(const QImage &picture)
 {
     picButton->setPicture(picture);
+    m_tiles->setPresent(picture);
 }
 
 void frmFileButton::DriveList_Change()
@@ -297,6 +316,7 @@ void frmFileButton::DriveList_Change()
 void frmFileButton::DirList_Change()
 {
     FileList->setPath(DirList->Path());
+    m_entry->setPath(DirList->Path());
     // Going up may lead out of the drive.
     const QSignalBlocker guard(DriveList);
     DriveList->setDrive(DirList->Path());
@@ -330,15 +350,60 @@ void frmFileButton::FileList_DblClick()
 void frmFileButton::GetFilePicture()
 {
     const QString name = FileList->FileName();
-    if (name.isEmpty())
-        return;
+    if (!name.isEmpty())
+        showChosen(name);
+}
+
+void frmFileButton::showChosen(const QString &name)
+{
     const bool shown = showFile(name);
     m_hasPreview = m_hasPreview || shown;
-    lblNoPicture->setVisible(!shown);
-    if (!shown) {
+    m_entry->setPath(mFileUtil::AddSeparator(DirList->Path()) + name);
+    sayNoPicture(shown ? QString() : QStringLiteral("This file holds no picture."));
+}
+
+void frmFileButton::sayNoPicture(const QString &text)
+{
+    lblNoPicture->setText(text);
+    lblNoPicture->setVisible(!text.isEmpty());
+    if (!text.isEmpty()) {
         QAccessibleEvent alert(lblNoPicture, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
     }
+}
+
+void frmFileButton::openPath(const QString &path)
+{
+    const QFileInfo wanted(QDir(DirList->Path()), path);
+    if (path.isEmpty() || !wanted.exists()) {
+        sayNoPicture(QStringLiteral("There is no such file or folder."));
+        return;
+    }
+    sayNoPicture({});
+    if (wanted.isDir()) {
+        setFolder(wanted.absoluteFilePath());
+        return;
+    }
+    setFolder(wanted.absolutePath());
+    if (!FileList->setFileName(wanted.fileName())) {
+        cboFilter->setCurrentIndex(0);
+        FileList->setFileName(wanted.fileName()); // a hidden file is shown, but not listed
+    }
+    showChosen(wanted.fileName());
+    snapshotOfPreview();
+}
+
+void frmFileButton::showPicture(const QImage &picture)
+{
+    if (picture.isNull())
+        return;
+    FileList->clearSelection();
+    hideIcons();
+    sayNoPicture({});
+    picFile->setPicture(picture);
+    picFile_Change();
+    m_hasPreview = true;
+    snapshotOfPreview();
 }
 
 bool frmFileButton::showFile(const QString &name)
@@ -353,6 +418,7 @@ bool frmFileButton::showFile(const QString &name)
             return false;
         }
         m_iconFile = path;
+        m_iconSize = ProgramIcons::usualSize;
         m_icon = 1;
         m_strip->setIcons(std::make_unique<ProgramIcons>(path), m_iconCount);
         picIcoCtrl->show();
@@ -365,6 +431,10 @@ bool frmFileButton::showFile(const QString &name)
         return false;
     picFile->setPicture(picture);
     picFile_Change();
+    if (hasExtension(name, ".ico") || hasExtension(name, ".cur")) {
+        m_iconFile = path;
+        offerSizes(ProgramIcons(path).sizes(0), std::max(picture.width(), picture.height()));
+    }
     return true;
 }
 
@@ -379,6 +449,7 @@ void frmFileButton::snapshotOfPreview()
 {
     if (!m_hasPreview)
         return;
+    m_previewFrame->setMarked({});
     ButtonSnapShot(picImage, 0, 0, picImage->width(), picImage->height());
 }
 
@@ -407,6 +478,7 @@ bool frmFileButton::ButtonSnapShot(QWidget *window, int x1, int y1, int x2, int 
         } else {
             imgConvert->setPicture(picture);
             picButton->setPicture(imgConvert->Image());
+            m_tiles->setChosen(picButton->Picture());
         }
     }
     if (error.isEmpty())
@@ -415,83 +487,14 @@ bool frmFileButton::ButtonSnapShot(QWidget *window, int x1, int y1, int x2, int 
     return false;
 }
 
-void frmFileButton::picImage_MouseDown(const QPoint &position)
+void frmFileButton::picImage_Taken(const QRect &part)
 {
-    m_band.begin(position);
-    picImage->setBand({});
-}
-
-void frmFileButton::picImage_MouseMove(const QPoint &position)
-{
-    m_band.moveTo(position);
-    picImage->setBand(m_band.shown());
-}
-
-void frmFileButton::picImage_MouseUp(const QPoint &position)
-{
-    m_band.moveTo(position);
-    picImage->setBand({}); // it must not be in the picture
-    const QPoint from = m_band.start();
-    const QPoint to = m_band.end();
-    if (m_hasPreview && m_band.hasArea())
-        ButtonSnapShot(picImage, from.x(), from.y(), to.x(), to.y());
-    else
+    if (!m_hasPreview || part.isEmpty()) {
         snapshotOfPreview();
-}
-
-bool frmFileButton::imageKeyPressed(int pressed, Qt::KeyboardModifiers modifiers)
-{
-    switch (m_band.pressed(pressed, modifiers, picImage->size())) {
-    case RubberBand::Effect::None:
-        return false; // Escape closes the dialog
-    case RubberBand::Effect::Moved:
-        picImage->setBand(m_band.shown());
-        break;
-    case RubberBand::Effect::Ended:
-        picImage_MouseUp(m_band.end());
-        break;
-    case RubberBand::Effect::GivenUp:
-        picImage->setBand({});
-        break;
+        return;
     }
-    return true;
-}
-
-bool frmFileButton::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched != picImage)
-        return QDialog::eventFilter(watched, event);
-    switch (event->type()) {
-    case QEvent::ShortcutOverride: {
-        const auto *keys = static_cast<QKeyEvent *>(event);
-        if (m_band.isMarking() && keys->key() == Qt::Key_Escape) {
-            event->accept();
-            return true;
-        }
-        break;
-    }
-    case QEvent::KeyPress: {
-        const auto *keys = static_cast<QKeyEvent *>(event);
-        if (imageKeyPressed(keys->key(), keys->modifiers()))
-            return true;
-        break;
-    }
-    case QEvent::FocusIn:
-    case QEvent::FocusOut: {
-        QPalette colours = palette();
-        if (event->type() == QEvent::FocusIn)
-            colours.setColor(QPalette::WindowText, colours.color(QPalette::Highlight));
-        picImage->parentWidget()->setPalette(colours);
-        if (event->type() == QEvent::FocusOut) {
-            m_band.giveUp();
-            picImage->setBand({});
-        }
-        break;
-    }
-    default:
-        break;
-    }
-    return QDialog::eventFilter(watched, event);
+    ButtonSnapShot(picImage, part.x(), part.y(), part.x() + part.width(), part.y() + part.height());
+    m_previewFrame->setMarked(part & picImage->rect());
 }
 
 // --- Icons ---
@@ -509,16 +512,16 @@ int frmFileButton::CountIcons(const QString &fileName)
 bool frmFileButton::ShowIcon(const QString &fileName, int number)
 {
     Q_ASSERT(fileName == m_iconFile);
-    const QImage icon = m_strip->icon(number - 1);
+    const QImage icon = m_strip->icon(number - 1, m_iconSize);
     if (icon.isNull())
         return false;
     m_icon = number;
     picFileIcon->resize(icon.size());
     picFileIcon->setPicture(icon);
     picImage->setPicture(picFileIcon->Image());
-    txtIcon->setText(
-        QString::number(number) + QStringLiteral(" of ") + QString::number(m_iconCount));
+    picIcoCtrl->showNumber(number, m_iconCount);
     picIcoCtrl->show();
+    offerSizes(m_strip->sizes(number - 1), std::max(icon.width(), icon.height()));
     lvIcons->setCurrentIndex(m_strip->index(number - 1));
     return true;
 }
@@ -526,8 +529,31 @@ bool frmFileButton::ShowIcon(const QString &fileName, int number)
 void frmFileButton::hideIcons()
 {
     picIcoCtrl->hide();
+    cboSize->hide();
     m_iconCount = 0;
     m_strip->setIcons(nullptr, 0);
+}
+
+void frmFileButton::offerSizes(const std::vector<int> &sizes, int shown)
+{
+    cboSize->clear();
+    for (const int size : sizes)
+        cboSize->addItem(QStringLiteral("%1 x %1").arg(size), size);
+    cboSize->setCurrentIndex(cboSize->findData(shown));
+    cboSize->setVisible(sizes.size() > 1);
+}
+
+void frmFileButton::cboSize_Click()
+{
+    const int size = cboSize->currentData().toInt();
+    if (m_iconCount > 0) {
+        m_iconSize = size;
+        ShowIcon(m_iconFile, m_icon);
+    } else {
+        picFile->setPicture(ProgramIcons(m_iconFile).icon(0, size));
+        picFile_Change();
+    }
+    snapshotOfPreview();
 }
 
 void frmFileButton::cmdIcon_Click(int Index)
@@ -579,6 +605,8 @@ void frmFileButton::cmdOK_Click()
         DirList->setPath(DirList->highlighted());
         return;
     }
+    if (m_entry->enterTyped())
+        return; // likewise: what was typed is to be seen first
     if (!ButtonSnapShot(picButton, 0, 0, picButton->width(), picButton->height()))
         return; // the caller would read nothing
     m_ok = true;
@@ -592,8 +620,5 @@ void frmFileButton::cmdCancel_Click()
 
 void frmFileButton::cmdHelp_Click()
 {
-    // A window of this dialog, because a modal dialog keeps the input from all others.
-    if (m_help == nullptr)
-        m_help = new frmHelp(this);
-    m_help->showHelp(QString::fromUtf16(Frame::programHelp));
+    frmHelp::of(this)->showHelp(QString::fromUtf16(Frame::programHelp), HelpTopic::of(this));
 }

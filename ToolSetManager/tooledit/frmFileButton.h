@@ -1,23 +1,23 @@
 #pragma once
 
-#include "tooledit/RubberBand.h"
-
 #include <QDialog>
 
-#include <array>
+#include <vector>
 
 class DirListBox;
 class DriveListBox;
 class FileListBox;
+class IconSteps;
 class IconStrip;
 class IconStripModel;
 class PictureControl;
+class PictureEntry;
+class PictureTiles;
+class PreviewFrame;
 class QComboBox;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class SettingsStore;
-class frmHelp;
 
 /// The picker of a button picture: from a picture file or from an icon inside a program file, all
 /// of it or a part that is marked in the preview. What is shown in the picture areas is
@@ -72,7 +72,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     // --- lists ---
@@ -84,11 +83,10 @@ private Q_SLOTS:
     void FileList_DblClick();
     // --- pictures ---
     void picFile_Change();
-    void picImage_MouseDown(const QPoint &position);
-    void picImage_MouseMove(const QPoint &position);
-    void picImage_MouseUp(const QPoint &position);
+    void picImage_Taken(const QRect &part); ///< Empty: all of it.
     // --- icons ---
     void cmdIcon_Click(int Index);
+    void cboSize_Click();
     void lvIcons_Click(const QModelIndex &index);
     // --- buttons ---
     void cmdOK_Click();
@@ -97,26 +95,35 @@ private Q_SLOTS:
 
 private:
     void makeControls();
+    void makeIconControls();
+    void makeButtons();
+    void connectControls();
     void layOut();
+    QLayout *pictureColumn(int captionHeight);
     void Form_Load();
     void Form_QueryUnload();
     /// Shows a file of the open folder; false when it holds no picture.
     bool showFile(const QString &name);
+    /// Goes to a file or folder; a relative path counts from the open folder.
+    void openPath(const QString &path);
+    void showPicture(const QImage &picture); ///< That comes from no file.
+    void showChosen(const QString &name); ///< As showFile(), and says what became of it.
+    void sayNoPicture(const QString &text); ///< Empty: nothing is to be said.
+    /// Offers the sizes that the shown icon has; it is shown in the one of \a shown pixels.
+    void offerSizes(const std::vector<int> &sizes, int shown);
     /// Shows one icon of a program file, counted from 1; false when it cannot be read.
     bool ShowIcon(const QString &fileName, int number);
     void hideIcons();
     void snapshotOfPreview(); ///< Nothing happens while there is no preview.
-    bool imageKeyPressed(int key, Qt::KeyboardModifiers modifiers);
 
     SettingsStore &m_settings;
     QString m_fileName;
     bool m_ok = false;
     bool m_hasPreview = false;
-    QString m_iconFile; ///< The program file whose icons are shown.
+    QString m_iconFile; ///< The program file whose icons are shown, or the icon file.
+    int m_iconSize; ///< That the user wants, in pixels.
     qint32 m_icon = 0; ///< Counts from 1.
     qint32 m_iconCount = 0;
-    RubberBand m_band; ///< In picImage.
-    frmHelp *m_help = nullptr;
 
     DriveListBox *DriveList;
     DirListBox *DirList;
@@ -124,15 +131,17 @@ private:
     QComboBox *cboFilter;
     PictureControl *picFile;
     PictureControl *picImage;
+    PreviewFrame *m_previewFrame;
     PictureControl *picFileIcon;
     PictureControl *picButton;
     PictureControl *imgConvert;
-    QWidget *picIcoCtrl;
-    std::array<QPushButton *, 2> cmdIcon;
-    QLineEdit *txtIcon;
+    IconSteps *picIcoCtrl;
+    QComboBox *cboSize;
     QLabel *lblNoPicture;
     IconStrip *lvIcons;
     IconStripModel *m_strip;
+    PictureTiles *m_tiles;
+    PictureEntry *m_entry;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;
     QPushButton *cmdHelp;

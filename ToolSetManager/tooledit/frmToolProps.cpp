@@ -4,7 +4,9 @@
 #include "model/ToolFileRecognition.h"
 #include "model/ToolKinds.h"
 #include "model/ToolSetDocument.h"
+#include "platform/desktop/ButtonIcons.h"
 #include "platform/desktop/CommonDialog.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/desktop/Icons.h"
 #include "platform/desktop/MsgBox.h"
 #include "platform/desktop/SendKeys.h"
@@ -14,6 +16,7 @@
 #include "richtext/RTFEditor.h"
 #include "shell/Settings.h"
 #include "tooledit/EventsPage.h"
+#include "tooledit/StoredFields.h"
 #include "tooledit/ToolFromFile.h"
 #include "tooledit/frmFileButton.h"
 
@@ -71,6 +74,7 @@ frmToolProps::frmToolProps(
 {
     setObjectName(QStringLiteral("frmToolProps"));
     setWindowTitle(QStringLiteral("VB Quillon Tool Properties"));
+    HelpTopic::set(*this, "tool-properties");
     sstAll = new QTabWidget(this);
     sstAll->setObjectName(QStringLiteral("sstAll"));
     sstAll->setAccessibleName(QStringLiteral("Pages"));
@@ -82,6 +86,7 @@ frmToolProps::frmToolProps(
     rtHelp = new RTFEditor(helpPage);
     inHelpPage->addWidget(rtHelp);
     rtHelp->setObjectName(QStringLiteral("rtHelp"));
+    HelpTopic::set(*rtHelp, "the-help-text");
     rtHelp->setLongestRTF(BmtFormat::longestString);
     sstAll->addTab(helpPage, QStringLiteral("Help"));
 
@@ -111,6 +116,9 @@ frmToolProps::frmToolProps(
     cmdOK->setDefault(true);
     cmdCancel = button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"));
     cmdApply = button(QStringLiteral("cmdApply"), QStringLiteral("&Apply"));
+    ButtonIcons::giveOK(*cmdOK);
+    ButtonIcons::giveCancel(*cmdCancel);
+    ButtonIcons::giveApply(*cmdApply);
     connect(cmdPrior, &QPushButton::clicked, this, &frmToolProps::cmdPrior_Click);
     connect(cmdNext, &QPushButton::clicked, this, &frmToolProps::cmdNext_Click);
     connect(cmdOK, &QPushButton::clicked, this, &frmToolProps::cmdOK_Click);
@@ -146,9 +154,10 @@ QWidget *frmToolProps::generalPage()
         connect(edit, &QLineEdit::textChanged, this, [this] { setDirty(true); });
         return edit;
     };
-    const auto box = [&](const QString &name, const QString &caption) {
+    const auto box = [&](const QString &name, const QString &caption, const QString &tip) {
         auto *made = new QCheckBox(caption, page);
         made->setObjectName(name);
+        made->setToolTip(tip);
         made->setAccessibleName(QString(caption).remove(u':'));
         connect(made, &QCheckBox::toggled, this, [this] { setDirty(true); });
         return made;
@@ -186,10 +195,14 @@ QWidget *frmToolProps::generalPage()
         QStringLiteral("Select a tool image from a picture file"));
     cmdBrowseImage->setAccessibleName(QStringLiteral("Browse for an image"));
     cmdBrowseTool->setAccessibleName(QStringLiteral("Browse for the tool"));
-    chkEnabled = box(QStringLiteral("chkEnabled"), QStringLiteral("Enabled:"));
-    chkInToolBar = box(QStringLiteral("chkInToolBar"), QStringLiteral("Show in tool bar:"));
+    chkEnabled = box(QStringLiteral("chkEnabled"), QStringLiteral("Enabled:"),
+        QStringLiteral("The add-in offers the tool; without this nowhere, whatever else is set"));
+    chkInToolBar = box(QStringLiteral("chkInToolBar"), QStringLiteral("Show in tool bar:"),
+        QStringLiteral("The tool has a button in the add-in's toolbar"));
     chkRunOutOfProcess =
-        box(QStringLiteral("chkRunOutOfProcess"), QStringLiteral("Run out of process:"));
+        box(QStringLiteral("chkRunOutOfProcess"), QStringLiteral("Run out of process:"),
+            QStringLiteral("The add-in starts the tool as a process of its own, not inside that of "
+                           "Visual Basic"));
     cmdToolID = button(QStringLiteral("cmdToolID"), QStringLiteral("Insert in Help"),
         QStringLiteral("Insert image and description into the help text"));
     picIcon = hidden(QStringLiteral("picIcon"));
@@ -235,13 +248,45 @@ QWidget *frmToolProps::generalPage()
     grid->addWidget(chkEnabled, 6, 1);
     grid->addWidget(chkInToolBar, 7, 1);
     grid->addWidget(chkRunOutOfProcess, 8, 1);
-    grid->setRowStretch(9, 1);
+    m_storedCaption = new QLabel(QStringLiteral("Also stored:"), page);
+    lblStored = new QLabel(page);
+    lblStored->setObjectName(QStringLiteral("lblStored"));
+    lblStored->setTextFormat(Qt::PlainText);
+    lblStored->setWordWrap(true);
+    lblStored->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    lblStored->setAccessibleName(QStringLiteral("Also stored"));
+    lblStored->setToolTip(
+        QStringLiteral("Values of the file that cannot be changed here; they are kept"));
+    grid->addWidget(m_storedCaption, 9, 0, Qt::AlignTop);
+    grid->addWidget(lblStored, 9, 1, 1, 2);
+    grid->setRowStretch(10, 1);
     grid->setColumnStretch(1, 1);
     const std::array<QWidget *, 10> order {cboToolType, txtLocation, cmdBrowseTool, txtCommandLine,
         txtDescription, cmdToolID, cmdBrowseImage, chkEnabled, chkInToolBar, chkRunOutOfProcess};
     for (std::size_t i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
+    addKeys(page);
     return page;
+}
+
+void frmToolProps::addKeys(QWidget *page)
+{
+    // The captions have no letters of their own. Keys of a page that is not shown do nothing.
+    const std::pair<Qt::Key, QWidget *> keys[] = {{Qt::Key_T, cboToolType},
+        {Qt::Key_L, txtLocation}, {Qt::Key_C, txtCommandLine}, {Qt::Key_D, txtDescription},
+        {Qt::Key_I, cmdBrowseImage}, {Qt::Key_E, chkEnabled}, {Qt::Key_S, chkInToolBar},
+        {Qt::Key_R, chkRunOutOfProcess}};
+    for (const auto &[key, field] : keys) {
+        const QKeySequence sequence(Qt::ALT | key);
+        connect(new QShortcut(sequence, page), &QShortcut::activated, this, [field = field] {
+            field->setFocus(Qt::ShortcutFocusReason);
+            if (auto *box = qobject_cast<QCheckBox *>(field))
+                box->click();
+        });
+        const QString tip = field->toolTip();
+        const QString name = sequence.toString(QKeySequence::NativeText);
+        field->setToolTip(tip.isEmpty() ? name : tip + QStringLiteral(" (") + name + u')');
+    }
 }
 
 void frmToolProps::layOut()
@@ -309,6 +354,25 @@ void frmToolProps::setTool(const ToolPtr &tool)
     for (QLineEdit *edit : {txtDescription, txtLocation, txtCommandLine})
         edit->setCursorPosition(0); // a long path shows its start
     setDirty(false);
+    showStored();
+    if (!focusWidget())
+        focusFirstField();
+}
+
+void frmToolProps::showStored()
+{
+    const QString stored = StoredFields::text(*m_tool);
+    lblStored->setText(stored);
+    lblStored->setVisible(!stored.isEmpty());
+    m_storedCaption->setVisible(!stored.isEmpty());
+}
+
+void frmToolProps::focusFirstField()
+{
+    const bool isNew = txtLocation->text().isEmpty() && Kind() != CVBATool::Separator;
+    QLineEdit *field = isNew ? txtLocation : txtDescription;
+    field->setFocus();
+    field->selectAll();
 }
 
 void frmToolProps::showField(const QString &field)

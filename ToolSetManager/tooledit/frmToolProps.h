@@ -9,6 +9,7 @@ class PictureControl;
 class Printers;
 class QCheckBox;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTabWidget;
@@ -77,6 +78,7 @@ private Q_SLOTS:
 
 private:
     QWidget *generalPage();
+    void addKeys(QWidget *page);
     void layOut();
     void Form_Load();
     void Form_QueryUnload();
@@ -87,6 +89,9 @@ private:
     /// The first icon of a program file as a button picture. False when it has none.
     bool LoadIconFromFile(const QString &FileName);
     void giveFocusToHelp();
+    void showStored();
+    /// A new tool needs its file first, another one mostly another name.
+    void focusFirstField();
 
     void setDirty(bool dirty);
     /// What is left when name, location and picture are stored and told.
@@ -115,6 +120,8 @@ private:
     QCheckBox *chkInToolBar;
     QCheckBox *chkRunOutOfProcess;
     QPushButton *cmdToolID;
+    QLabel *m_storedCaption;
+    QLabel *lblStored; ///< The fields that no control shows.
     PictureControl *picIcon;
     PictureControl *picConvert;
     PictureControl *imgBlank;

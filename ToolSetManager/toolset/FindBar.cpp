@@ -59,7 +59,6 @@ FindBar::FindBar(const mTSM &state, const ToolSetDocument &document, ListView &l
     cmdCloseFind =
         addButton(QStringLiteral("cmdCloseFind"), QStringLiteral("Show all tools (Escape)"));
     setTabOrder(cmdCloseFind, &list);
-    refreshIcons();
 
     tmrArrivals->setSingleShot(true);
     tmrArrivals->setInterval(arrivalPause);
@@ -118,6 +117,7 @@ void FindBar::showBar()
     if (!isHidden())
         return;
     m_model.prepareFilter();
+    refreshIcons(); // not before: at start, windows are made before the theme is known
     show();
     Q_EMIT shown(true);
 }
@@ -295,6 +295,6 @@ void FindBar::refreshIcons()
 void FindBar::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && cmdCloseFind)
+    if (event->type() == QEvent::PaletteChange && !isHidden())
         refreshIcons();
 }

@@ -1,5 +1,6 @@
 #include "toolset/ToolSetFile.h"
 
+#include "model/BmtTool.h"
 #include "model/ToolSetDocument.h"
 #include "model/ToolSetStorage.h"
 #include "platform/VbError.h"
@@ -24,8 +25,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr Twips pictureBoxSize {275};
 
 QString recoveredCaption(const QString &title)
 {
@@ -60,7 +59,7 @@ ToolSetFile::ToolSetFile(DocumentWindow &document, QWidget *form, Frame &frame, 
     , m_storage(storage)
     , m_set(set)
     , m_list(list)
-    , picUtil(pictureBoxSize, pictureBoxSize)
+    , picUtil(BmtTool::pictureBoxSide, BmtTool::pictureBoxSide)
     , m_snapshots(new SnapshotKeeper(
           storage, [this] { return snapshot(); }, this))
 {

@@ -120,6 +120,9 @@ ToolSetMenus::ToolSetMenus(QWidget *parent)
         QString::fromUtf16(Frame::versionsWord));
     mnuFile->addSeparator();
     mnuFileList = new RecentFileMenu(mnuFile);
+    fileItem(QStringLiteral("mnuFilePreferences"), QStringLiteral("Pre&ferences..."),
+        QString::fromUtf16(Frame::preferencesWord));
+    mnuFile->addSeparator();
     mnuFileExit = mnuFile->addAction(QStringLiteral("E&xit"));
     mnuFileExit->setObjectName(QStringLiteral("mnuFileExit"));
     mnuFileExit->setShortcut(QKeySequence::Quit);

@@ -1,5 +1,5 @@
 #include "compare/CompareCommands.h"
-#include "compare/WordDiff.h"
+#include "platform/text/WordDiff.h"
 #include "compare/frmCompare.h"
 #include "platform/desktop/Toolbar.h"
 #include "shell/Settings.h"

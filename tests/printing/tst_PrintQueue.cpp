@@ -7,6 +7,7 @@
 #include "printing/RTFPrinter.h"
 #include "printing/ReportCommands.h"
 #include "support/Answers.h"
+#include "support/FakeFrame.h"
 #include "support/PrintQueue.h"
 #include "support/PrintedPages.h"
 #include "support/Rows.h"
@@ -79,9 +80,10 @@ private Q_SLOTS:
             tool->HelpString = u"{\\rtf1 help of %1\\'e4}"_qs.arg(i);
             QVERIFY(set.Add(tool));
         }
+        FakeFrame frame;
         QWidget owner;
         Answers answers; // fails on any dialog
-        ReportCommands(&owner, store, printers).print(set, u"/sets/printed.bmt"_qs);
+        ReportCommands(&owner, frame, store, printers).print(set, u"/sets/printed.bmt"_qs);
 
         const QString file = queue.finishedFile();
         const QString text =

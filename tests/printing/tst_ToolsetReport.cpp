@@ -3,7 +3,7 @@
 #include "model/VbEvents.h"
 #include "platform/print/PageDocument.h"
 #include "printing/CheckReport.h"
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 #include "support/PrintedPages.h"
 #include "support/TestRunner.h"
 

@@ -9,12 +9,14 @@
 #include "printing/ReportCommands.h"
 #include "printing/frmPrint.h"
 #include "support/Answers.h"
+#include "support/FakeFrame.h"
 #include "support/Files.h"
 #include "support/Find.h"
 #include "support/PrintedPages.h"
 #include "support/TestRunner.h"
 
 #include <QComboBox>
+#include <QListView>
 #include <QPointer>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -33,6 +35,7 @@ class frmPrint_test : public QObject
     QStringList installed;
     Printers printers {[this] { return installed; }};
     std::unique_ptr<ReportCommands> commands;
+    std::unique_ptr<FakeFrame> frame;
     QWidget owner;
 
     QString path(const char *name) const { return folder->filePath(QLatin1String(name)); }
@@ -64,7 +67,8 @@ private Q_SLOTS:
         store = std::make_unique<SettingsStore>(path("settings"));
         installed = QStringList {Printers::pdfFile()};
         printers.choose(Printers::pdfFile(), QPageSize(QPageSize::A4), QPageLayout::Portrait);
-        commands = std::make_unique<ReportCommands>(&owner, *store, printers);
+        frame = std::make_unique<FakeFrame>();
+        commands = std::make_unique<ReportCommands>(&owner, *frame, *store, printers);
     }
 
     void clicks()
@@ -166,6 +170,75 @@ private Q_SLOTS:
         });
     }
 
+    /// A fit follows the window; the steps of the zoom go on from it.
+    void fits()
+    {
+        addTools(20);
+        Answers answers;
+        preview(answers, [&](frmPrint *form) {
+            const auto *pages = child<PagePreview>(form, "prtStatus");
+            const auto *zoom = child<QComboBox>(form, "cboZoom");
+            const auto press = [&](const char *key) {
+                child<Toolbar>(form, "toolbar")->button(QLatin1String(key))->trigger();
+            };
+            const auto spare = [&](int sheets) {
+                return pages->viewport()->width() - sheets * pages->sheetSize().width();
+            };
+            press("FitWidth");
+            for (const int width : {600, 900}) {
+                form->resize(width, 500);
+                QVERIFY(spare(1) >= 0 && spare(1) < 60);
+                QVERIFY(pages->verticalScrollBar()->maximum() > 0);
+            }
+            QCOMPARE(zoom->currentIndex(), -1);
+            QCOMPARE(zoom->placeholderText(), QString::number(pages->Zoom()));
+            press("TwoPages");
+            QVERIFY(spare(2) >= 0 && spare(2) < 60);
+            press("WholePage");
+            QCOMPARE(pages->verticalScrollBar()->maximum(), 0);
+            QCOMPARE(pages->horizontalScrollBar()->maximum(), 0);
+            const int fitted = pages->Zoom();
+            QVERIFY(fitted > 20 && fitted < 50);
+            QTest::keyClick(form->focusWidget(), Qt::Key_Minus); // there is no smaller entry
+            QCOMPARE(pages->Zoom(), fitted);
+            QTest::keyClick(form->focusWidget(), Qt::Key_Plus);
+            QCOMPARE(zoom->currentText(), u"50"_qs);
+            form->resize(600, 600);
+            QCOMPARE(pages->Zoom(), 50);
+        });
+    }
+
+    /// Two pages and thumbnails: the page that is shown stays one, and a click on another takes it.
+    void neighbours()
+    {
+        addTools(20);
+        Answers answers;
+        preview(answers, [&](frmPrint *form) {
+            auto *toolbar = child<Toolbar>(form, "toolbar");
+            auto *pages = child<PagePreview>(form, "prtStatus");
+            auto *thumbnails = child<QListView>(form, "lvPages");
+            QVERIFY(!thumbnails->isVisible());
+            for (const char *key : {"WholePage", "TwoPages", "Thumbnails"})
+                toolbar->button(QLatin1String(key))->trigger();
+            QVERIFY(thumbnails->isVisible());
+            const int quarter = pages->viewport()->width() / 4;
+            const int middle = pages->viewport()->height() / 2;
+            const auto click = [&](int x) {
+                QTest::mouseClick(pages->viewport(), Qt::LeftButton, {}, {x, middle});
+                if (thumbnails->currentIndex().row() + 1 != pages->PreviewPage())
+                    return u"another mark"_qs;
+                return child<StatusBar>(form, "status")->panelText(1);
+            };
+            QCOMPARE(click(3 * quarter), u"Page 2 of 3"_qs);
+            QCOMPARE(click(quarter), u"Page 1 of 3"_qs);
+            QTest::keyClick(pages, Qt::Key_PageDown); // past both
+            QCOMPARE(click(3 * quarter), u"Page 3 of 3"_qs); // there is no fourth
+            QTest::mouseClick(thumbnails->viewport(), Qt::LeftButton, {},
+                thumbnails->visualRect(thumbnails->model()->index(0, 0)).center());
+            QCOMPARE(pages->PreviewPage(), 1);
+        });
+    }
+
     void placeIsKept()
     {
         QRect place;
@@ -199,6 +272,8 @@ private Q_SLOTS:
         });
         answers.file(u"Print to PDF File"_qs, path("out.pdf"));
         commands->preview(*set, path("set.bmt"));
+        QCOMPARE(frame->results,
+            QStringList(u"3 pages written to \"out.pdf\" -> "_qs + path("out.pdf")));
         const QStringList pages = pagesOfPdf(path("out.pdf"));
         QCOMPARE(pages.size(), 3);
         QVERIFY(pages[0].contains(u"Tool 1.\n"_qs) && pages[2].contains(u"Tool 20.\n"_qs));
@@ -212,6 +287,7 @@ private Q_SLOTS:
         Answers answers; // fails on any dialog that is not told
         answers.file(u"Print to PDF File"_qs, QString());
         commands->print(*set, path("set.bmt")); // cancelled
+        QVERIFY(frame->results.isEmpty());
         answers.file(u"Print to PDF File"_qs, path("out"));
         commands->print(*set, path("set.bmt"));
         QCOMPARE(pagesOfPdf(path("out.pdf")).size(), 1);

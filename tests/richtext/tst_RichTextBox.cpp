@@ -1,3 +1,4 @@
+#include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextBox.h"
 #include "platform/rtf/RichTextPages.h"
 #include "support/Pictures.h"
@@ -93,8 +94,8 @@ private Q_SLOTS:
             "\\pard\\f0\\fs20 a\\par\r\n}"_qs;
         box->setTextRTF(u"a"_qs);
         QCOMPARE(box->ownRTF(), own);
-        QCOMPARE(RichTextBox::ownForm(u"a"_qs, u"Arial"_qs, 10, 1252), own);
-        QCOMPARE(RichTextBox::ownForm(own, u"Courier"_qs, 12, 1252), own);
+        QCOMPARE(RichText::ownForm(u"a"_qs, u"Arial"_qs, 10, 1252), own);
+        QCOMPARE(RichText::ownForm(own, u"Courier"_qs, 12, 1252), own);
         box->setText(u"{a}"_qs);
         QCOMPARE(box->Text(), u"{a}"_qs);
         QVERIFY(box->TextRTF().contains(u"\\{a\\}"_qs));
@@ -499,7 +500,7 @@ private Q_SLOTS:
             box->resize(box->width() - 40, box->height());
             QVERIFY(box->document()->size().height() < 8'388'607);
             QCOMPARE(box->TextRTF(), given);
-            QCOMPARE(box->ownRTF(), RichTextBox::ownForm(given, u"Arial"_qs, 10, 1252));
+            QCOMPARE(box->ownRTF(), RichText::ownForm(given, u"Arial"_qs, 10, 1252));
         }
         box->setTextRTF(rtf("I"));
         QCOMPARE(box->cursorRect().height(), usual);

@@ -1,5 +1,5 @@
+#include "platform/desktop/MWindowPosition.h"
 #include "platform/desktop/SettingsStore.h"
-#include "shell/MWindowPosition.h"
 #include "shell/Settings.h"
 #include "shell/WindowArranger.h"
 #include "support/TestRunner.h"

@@ -1,6 +1,9 @@
+#include "platform/desktop/HelpTopic.h"
 #include "shell/Frame.h"
 #include "shell/HelpBrowser.h"
+#include "shell/HelpKey.h"
 #include "shell/frmHelp.h"
+#include "support/FakeFrame.h"
 #include "support/TestRunner.h"
 
 #include <QtWidgets>
@@ -50,6 +53,32 @@ private Q_SLOTS:
             for (const auto &heading : browser->headings())
                 found = found || heading.anchor == QUrl(link).fragment();
             QVERIFY2(found, qPrintable(link));
+        }
+    }
+
+    /// F1 in a dialog leads to its place, also while the dialog keeps all other windows waiting.
+    void topics()
+    {
+        FakeFrame frame;
+        const HelpKey key(frame, nullptr);
+        const std::pair<const char *, QString> topics[] = {
+            {"tool-properties", u"Tool properties"_qs},
+            {"the-button-picture", u"The button picture"_qs},
+            {"the-help-text", u"The help text"_qs},
+            {"tool-set-properties", u"Tool set properties"_qs},
+            {"printing", u"Printing"_qs},
+        };
+        for (const auto &[topic, heading] : topics) {
+            QDialog dialog;
+            QLineEdit field(&dialog);
+            HelpTopic::set(dialog, topic);
+            dialog.setModal(true);
+            dialog.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+            QTest::keyClick(&field, Qt::Key_F1);
+            const auto *browser = dialog.findChild<HelpBrowser *>();
+            QVERIFY(browser && browser->isVisible());
+            QCOMPARE(browser->headings().at(browser->currentHeading()).text, heading);
         }
     }
 

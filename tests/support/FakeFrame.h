@@ -16,6 +16,7 @@ public:
     QStringList opened; ///< Paths handed over with openFile().
     CommandState commands; ///< Of the window that told last.
     QMap<int, QString> panels;
+    QStringList results; ///< Text of showResult(), and its file behind an arrow.
     QList<DocumentWindow *> documents;
     QList<Arrangement> arranged;
     CFileList files;
@@ -31,6 +32,10 @@ public:
     void statusChanged(const DocumentWindow &) override { }
     QString panelText(int panel) const override { return panels.value(panel); }
     void setPanelText(int panel, const QString &text) override { panels[panel] = text; }
+    void showResult(const QString &text, const QString &file) override
+    {
+        results.append(file.isEmpty() ? text : text + u" -> " + file);
+    }
     void showProgress(const QString &, int) override { }
     void endProgress() override { }
     void showWarning(const QString &text) override { warnings.append(text); }
@@ -43,6 +48,6 @@ public:
     void documentClosed(DocumentWindow *document) override { documents.removeOne(document); }
     void arrangeWindows(Arrangement arrangement) override { arranged.append(arrangement); }
     CFileList &FileListHandler() override { return files; }
-    void showHelp(const QString &) override { }
+    void showHelp(const QString &, const QString &) override { }
     void showAbout() override { }
 };

@@ -10,9 +10,12 @@
 #include "support/Files.h"
 #include "support/Pictures.h"
 #include "support/ProgramFile.h"
+#include "support/TestDrag.h"
 #include "support/TestRunner.h"
+#include "tooledit/PreviewFrame.h"
 #include "tooledit/frmFileButton.h"
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
@@ -220,6 +223,84 @@ private Q_SLOTS:
         QCOMPARE(strip->model()->rowCount(), 0);
     }
 
+    /// What is typed, pasted or dropped is as good as a file that was clicked.
+    void otherWays()
+    {
+        auto *path = control<QLineEdit>("txtPath");
+        const auto type = [&](const QString &typed) {
+            path->setFocus();
+            path->selectAll();
+            QTest::keyClicks(path, typed);
+        };
+        const auto enter = [&](const QString &typed) {
+            type(typed);
+            QTest::keyClick(path, Qt::Key_Return);
+            return state();
+        };
+        control<QComboBox>("cboFilter")->setCurrentIndex(1); // which hides some of them
+        QCOMPARE(enter(u"green.ico"_qs), u"no strip, green green green"_qs);
+        QCOMPARE(enter(u"\"file://"_qs + m_folder->filePath(u"black.png"_qs) + u'"'),
+            u"no strip, black black black"_qs);
+        QCOMPARE(enter(u"/nowhere/at all"_qs), u"no strip, black black black, no picture"_qs);
+        enter(u"sub"_qs);
+        QCOMPARE(m_dialog->Folder(), QDir::toNativeSeparators(m_folder->filePath(u"sub"_qs)));
+        type(u"../five.exe"_qs); // and OK: it is shown first
+        QTest::mouseClick(control<QPushButton>("cmdOK"), Qt::LeftButton);
+        QVERIFY(m_dialog->isVisible());
+        QCOMPARE(state(), u"1 of 5, strip 0 of 5, red red red"_qs);
+
+        QGuiApplication::clipboard()->setImage(filled(18, 18, blue));
+        QTest::keyClick(control<FileListBox>("FileList"), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(state(), u"no strip, blue blue blue"_qs);
+        QGuiApplication::clipboard()->setText(m_folder->filePath(u"green.ico"_qs));
+        QTest::mouseClick(control<QPushButton>("cmdPaste"), Qt::LeftButton);
+        QCOMPARE(state(), u"no strip, green green green"_qs);
+        QCOMPARE(TestDrag::dropFiles(m_dialog.get(), {m_folder->filePath(u"ONE.DLL"_qs)}),
+            Qt::CopyAction);
+        QCOMPARE(state(), u"1 of 1, strip 0 of 1, green green green"_qs);
+        QMimeData picture;
+        picture.setImageData(filled(9, 9, white));
+        QCOMPARE(TestDrag::drop(m_dialog.get(), picture, {5, 5}), Qt::CopyAction);
+        QCOMPARE(state(), u"no strip, white white white"_qs);
+        QMimeData text;
+        text.setText(u"text"_qs);
+        QCOMPARE(TestDrag::drop(m_dialog.get(), text, {5, 5}), Qt::IgnoreAction);
+    }
+
+    void sizes()
+    {
+        using ProgramFile::plain;
+        const std::vector frames {plain(16, red), plain(48, blue), plain(32, green)};
+        QVERIFY(Files::put(m_folder->filePath(u"five.exe"_qs), ProgramFile::pe({{{}, 1, frames}})));
+        QVERIFY(Files::put(m_folder->filePath(u"green.ico"_qs), ProgramFile::ico(frames)));
+        auto *sizes = control<QComboBox>("cboSize");
+        for (const auto &file : {u"five.exe"_qs, u"green.ico"_qs}) {
+            choose(file);
+            QVERIFY(sizes->isVisible());
+            QCOMPARE(sizes->count(), 3);
+            sizes->setCurrentIndex(1);
+            QTest::keyClick(sizes, Qt::Key_Up);
+            QCOMPARE(colour(button()), u"red"_qs);
+            QTest::keyClick(sizes, Qt::Key_End);
+            QCOMPARE(colour(scratch()), u"blue"_qs);
+        }
+        choose(u"ONE.DLL"_qs); // has only one
+        QVERIFY(!sizes->isVisible());
+    }
+
+    /// On a screen of 1024 by 768 with two pixels for one all of it is there, and can be used.
+    void smallScreen()
+    {
+        m_dialog->resize(1, 1);
+        QVERIFY2(m_dialog->width() <= 512 && m_dialog->height() <= 360,
+            qPrintable(u"%1 x %2"_qs.arg(m_dialog->width()).arg(m_dialog->height())));
+        choose(u"halves.bmp"_qs);
+        QCOMPARE(preview().width() % 18, 0);
+        QVERIFY(preview().width() < 288);
+        drag({0, 0}, {40, 40});
+        QCOMPARE(colour(button()), u"red"_qs);
+    }
+
     void band()
     {
         const QPoint a(10, 20);
@@ -241,7 +322,10 @@ private Q_SLOTS:
             QCOMPARE(preview(), before); // another part can be marked
         }
         drag(a, b);
+        const auto *frame = control<PreviewFrame>("previewFrame");
+        QCOMPARE(frame->marked(), QRect(a, QSize(60, 80)));
         QTest::mouseClick(control<PictureControl>("picImage"), Qt::LeftButton, {}, {50, 50});
+        QVERIFY(frame->marked().isEmpty());
         QCOMPARE(scratch(), preview()); // a click takes all
     }
 
@@ -328,7 +412,8 @@ private Q_SLOTS:
         QVERIFY(m_dialog->OK());
         QCOMPARE(colour(scratch()), u"green"_qs);
         open();
-        QTest::ignoreMessage(QtWarningMsg, "QTextBrowser: No document for manual.md");
+        QTest::ignoreMessage(
+            QtWarningMsg, "QTextBrowser: No document for manual.md#the-button-picture");
         QTest::mouseClick(control<QPushButton>("cmdHelp"), Qt::LeftButton);
         QVERIFY(m_dialog->findChild<frmHelp *>()->isVisible());
         QTest::mouseClick(control<QPushButton>("cmdCancel"), Qt::LeftButton);

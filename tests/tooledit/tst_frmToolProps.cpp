@@ -100,6 +100,32 @@ private Q_SLOTS:
         QCOMPARE(m_dialog->CaptionText(), u"Alpha"_qs);
     }
 
+    /// What has no control, and the keys that the captions do not name.
+    void fieldsAndKeys()
+    {
+        const auto *stored = control<QLabel>("lblStored");
+        QCOMPARE(stored->text(), u"In the add-in's list: yes\nEvents enabled: yes"_qs);
+        m_tool->Hotkey = u"Ctrl+K"_qs;
+        m_tool->AppName16 = QString(500, u'x');
+        m_tool->AccessOptions = 0;
+        m_tool->HelpId = -3;
+        m_dialog->setTool(m_tool);
+        QCOMPARE(stored->text(),
+            u"Hot key (not in use): Ctrl+K\nApplication name (16 bits): "_qs + QString(80, u'x')
+                + u"…\nHelp context: -3"_qs);
+        m_dialog->setTool(std::make_shared<CVBATool>());
+        QVERIFY(!stored->isVisible());
+
+        QCOMPARE(m_dialog->focusWidget(), control<QLineEdit>("txtDescription"));
+        QTest::keyClick(m_dialog.get(), Qt::Key_L, Qt::AltModifier);
+        QCOMPARE(m_dialog->focusWidget(), control<QLineEdit>("txtLocation"));
+        QTest::keyClick(m_dialog.get(), Qt::Key_E, Qt::AltModifier);
+        QVERIFY(control<QCheckBox>("chkEnabled")->isChecked());
+        control<QTabWidget>("sstAll")->setCurrentIndex(1);
+        QTest::keyClick(m_dialog.get(), Qt::Key_E, Qt::AltModifier); // belongs to a hidden page
+        QVERIFY(control<QCheckBox>("chkEnabled")->isChecked());
+    }
+
     /// What is written is what the controls say; the rest of the tool stays.
     void applies()
     {

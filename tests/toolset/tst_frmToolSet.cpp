@@ -1,4 +1,4 @@
-#include "platform/rtf/RichTextBox.h"
+#include "platform/rtf/RichText.h"
 #include "support/Answers.h"
 #include "support/FakeFrame.h"
 #include "support/Files.h"
@@ -64,7 +64,7 @@ private Q_SLOTS:
         frmToolSet *form = window(path("old.bmt"));
         for (const auto &[tool, text] : {std::pair(1, u"help of x"_qs), std::pair(2, QString())}) {
             const QString help = form->Tools().Item(tool)->HelpString;
-            QCOMPARE(help, RichTextBox::ownForm(text, u"MS Sans Serif"_qs, 8.5, 1252));
+            QCOMPARE(help, RichText::ownForm(text, u"MS Sans Serif"_qs, 8.5, 1252));
             QVERIFY(help.startsWith(u"{\\rtf1"_qs));
         }
         QCOMPARE(form->Tools().FLAGS() & 1, 1);

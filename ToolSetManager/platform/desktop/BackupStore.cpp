@@ -117,16 +117,17 @@ BackupStore::BackupStore(const QString &folder)
 {
 }
 
-QString BackupStore::backup(const QString &path)
+QString BackupStore::backup(const QString &path, const QString &contentPath)
 {
     const QFileInfo file(path);
-    if (!file.isFile() || file.size() == 0 || m_folder.isEmpty())
+    const QFileInfo content(contentPath);
+    if (!content.isFile() || content.size() == 0 || m_folder.isEmpty())
         return {};
     const QString folder = folderOf(path);
     if (!SafeFiles::makeFolder(m_folder) || !SafeFiles::makeFolder(folder))
         return {};
     const QString copy = freePath(folder, file.fileName());
-    if (!copyWhole(path, folder + unfinished, copy))
+    if (!copyWhole(contentPath, folder + unfinished, copy))
         return {};
     noteOriginal(folder, file.absoluteFilePath());
     prune(folder, copy);

@@ -21,7 +21,9 @@ public:
     /// copies: all but the last ten of this file, then the oldest of all files until 200 MB are
     /// left. The newest copy of a file is never dropped for another file's sake within the call
     /// that made it. Returns the copy's path; empty when there was nothing to copy or it failed.
-    QString backup(const QString &path);
+    QString backup(const QString &path) { return backup(path, path); }
+    /// The same with the content of another file in its place.
+    QString backup(const QString &path, const QString &contentPath);
 
     /// A copy that is kept.
     struct Copy

@@ -45,6 +45,18 @@ QString FileListBox::FileName() const
     return selectionModel()->isSelected(current) ? current.data().toString() : QString();
 }
 
+bool FileListBox::setFileName(const QString &name)
+{
+    const qsizetype row = m_model->stringList().indexOf(name);
+    if (row < 0) {
+        clearSelection();
+        return false;
+    }
+    setCurrentIndex(m_model->index(static_cast<int>(row)));
+    scrollTo(currentIndex());
+    return true;
+}
+
 void FileListBox::keyPressEvent(QKeyEvent *event)
 {
     // Alt alone chooses no file: let go after a shortcut, it must not read the present one again.

@@ -20,6 +20,8 @@ public:
 
     /// The selected file's name; empty for none.
     QString FileName() const;
+    /// Selects that file; false when it is not listed, and nothing is selected then.
+    bool setFileName(const QString &name);
 
 Q_SIGNALS:
     void KeyUp(int key); ///< Only for a key that was pressed in the list, too.

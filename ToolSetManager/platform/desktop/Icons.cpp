@@ -34,20 +34,14 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        if (mode == QIcon::Selected) {
-            const qreal scale = painter->device()->devicePixelRatioF();
-            QPixmap image = scaledPixmap(rect.size() * scale, mode, state, scale);
-            image.setDevicePixelRatio(scale);
-            QRect place({}, image.deviceIndependentSize().toSize());
-            place.moveCenter(rect.center());
-            painter->drawPixmap(place, image);
-            return;
-        }
-        const double opacity = painter->opacity();
-        if (mode == QIcon::Disabled)
-            painter->setOpacity(opacity * share);
-        m_icon.paint(painter, rect, Qt::AlignCenter, drawn(mode), state);
-        painter->setOpacity(opacity);
+        // Themes have small icons of another make than large ones. Drawn directly, a small one
+        // would be a large one on a screen of two pixels for one.
+        const qreal scale = painter->device()->devicePixelRatioF();
+        QPixmap image = scaledPixmap(rect.size() * scale, mode, state, scale);
+        image.setDevicePixelRatio(scale);
+        QRect place({}, image.deviceIndependentSize().toSize());
+        place.moveCenter(rect.center());
+        painter->drawPixmap(place, image);
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override

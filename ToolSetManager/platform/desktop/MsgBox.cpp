@@ -1,10 +1,11 @@
 #include "platform/desktop/MsgBox.h"
 
+#include "platform/desktop/ButtonIcons.h"
 #include "platform/desktop/MessageText.h"
 
-#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
@@ -84,9 +85,8 @@ Answer show(QWidget *parent, const QString &text, Buttons buttons, Icon icon, co
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
         break;
     }
-    const auto buttonsShown = box.buttons();
-    for (QAbstractButton *button : buttonsShown)
-        button->setIcon({}); // the program's own dialogs have none either
+    if (const auto *row = box.findChild<QDialogButtonBox *>())
+        ButtonIcons::settle(*row);
     if (buttons != Buttons::Ok)
         box.setDefaultButton(buttons == Buttons::NoYes ? QMessageBox::No : QMessageBox::Yes);
     replaceLabel(box);

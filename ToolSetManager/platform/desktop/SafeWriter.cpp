@@ -115,7 +115,7 @@ void SafeWriter::prepare(DiskFile &file, qint64 size)
     if (copies.device() != disk.device() || disk.bytesAvailable() >= qMax(size, former))
         m_backup = m_backups.backup(m_path);
     checkRoom(size, former);
-    m_inPlace = !m_backup.isEmpty() || (KeptElsewhere && KeptElsewhere());
+    m_inPlace = !AlwaysBeside && (!m_backup.isEmpty() || (KeptElsewhere && KeptElsewhere()));
 }
 
 void SafeWriter::checkRoom(qint64 needed, qint64 former) const

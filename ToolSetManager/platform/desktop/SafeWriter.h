@@ -28,6 +28,9 @@ public:
 
     /// Whether the new content is on the disk elsewhere; asked only when there is no backup.
     std::function<bool()> KeptElsewhere;
+    /// Keeps the former content until the new one is complete also where there is a backup: for
+    /// callers that do not offer one after a failure.
+    bool AlwaysBeside = false;
     /// Called again and again while another program writes the file.
     std::function<void()> Waiting;
 

@@ -15,7 +15,8 @@ bool ScratchFile::open()
         return true;
     if (m_failed)
         return false;
-    m_failed = !SafeFiles::makeFolder(QFileInfo(m_file.fileName()).absolutePath())
+    m_failed = m_file.fileName().isEmpty()
+        || !SafeFiles::makeFolder(QFileInfo(m_file.fileName()).absolutePath())
         || !SafeFiles::openOwnFile(m_file);
     if (m_failed)
         return false;

@@ -10,7 +10,7 @@ class ScratchFile
 {
 public:
     /// Nothing is opened or made before the first write. The file and its folder are the user's
-    /// alone; where that cannot be had (SafeFiles), nothing is written.
+    /// alone; where that cannot be had (SafeFiles), and without a path, nothing is written.
     explicit ScratchFile(const QString &path);
 
     /// Replaces the content. False when it cannot be written; the content is then undefined.

@@ -14,6 +14,9 @@
 class SettingsStore
 {
 public:
+    /// The application under which the add-in and this program keep theirs.
+    static constexpr char16_t addIn[] = u"VB Quillon For VB5";
+
     /// \a folder is where the files lie; empty means the user's configuration directory.
     explicit SettingsStore(const QString &folder = {});
 

@@ -1,8 +1,12 @@
 #include "platform/desktop/StatusBar.h"
 
+#include "platform/desktop/DesktopProgram.h"
+#include "platform/desktop/Icons.h"
+
 #include <QLabel>
 #include <QPainter>
 #include <QProgressBar>
+#include <QToolButton>
 
 namespace {
 
@@ -48,6 +52,42 @@ QString StatusBar::panelText(int panel) const
 void StatusBar::setPanelText(int panel, const QString &text)
 {
     m_panels.at(panel - 1)->setText(text);
+    if (cmdOpen && panel == m_resultPanel)
+        cmdOpen->hide();
+}
+
+void StatusBar::showResult(int panel, const QString &text, const QString &file)
+{
+    setPanelText(panel, text);
+    m_resultPanel = panel;
+    m_result = file;
+    if (file.isEmpty()) {
+        if (cmdOpen)
+            cmdOpen->hide();
+        return;
+    }
+    if (!cmdOpen)
+        makeOpenButton();
+    cmdOpen->setIcon(Icons::named(QStringLiteral("document-open"), QStyle::SP_DialogOpenButton));
+    cmdOpen->setToolTip(QStringLiteral("Open \"%1\"").arg(file));
+    cmdOpen->show();
+}
+
+void StatusBar::makeOpenButton()
+{
+    cmdOpen = new QToolButton;
+    cmdOpen->setObjectName(QStringLiteral("cmdOpen"));
+    cmdOpen->setText(QStringLiteral("Open"));
+    cmdOpen->setAccessibleName(QStringLiteral("Open"));
+    cmdOpen->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    cmdOpen->setAutoRaise(true);
+    cmdOpen->setFocusPolicy(Qt::TabFocus);
+    const int line = m_panels.constFirst()->sizeHint().height(); // the bar keeps its height
+    cmdOpen->setIconSize({line, line});
+    cmdOpen->setMaximumHeight(line + 4);
+    addPermanentWidget(cmdOpen);
+    connect(
+        cmdOpen, &QToolButton::clicked, this, [this] { DesktopProgram::open(window(), m_result); });
 }
 
 void StatusBar::setFacts(const QStringList &facts)

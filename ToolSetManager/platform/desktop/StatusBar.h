@@ -4,6 +4,7 @@
 
 class QLabel;
 class QProgressBar;
+class QToolButton;
 
 /// A status bar of panels, counted from 1. Texts are shown as they stand, cut with an ellipsis
 /// where the panel is too narrow. In front of the panels there is room for a progress bar, behind
@@ -17,6 +18,9 @@ public:
 
     QString panelText(int panel) const;
     void setPanelText(int panel, const QString &text);
+    /// Says in that panel what was produced. A \a file can be opened with the desktop's program, by
+    /// a button at the end of the bar, which goes with the panel's next text.
+    void showResult(int panel, const QString &text, const QString &file = {});
 
     /// Shows these texts at the right end; empty ones take no room.
     void setFacts(const QStringList &facts);
@@ -26,7 +30,12 @@ public:
     void endProgress(); ///< Hides it.
 
 private:
+    void makeOpenButton();
+
     QList<QLabel *> m_panels;
     QList<QLabel *> m_facts;
+    QToolButton *cmdOpen = nullptr; ///< Made when it is first needed.
+    QString m_result; ///< The file that it opens.
+    int m_resultPanel = 0;
     QProgressBar *m_progress = nullptr; ///< Made when it is first needed.
 };

@@ -70,6 +70,21 @@ int ProgramIcons::count() const
     return m_library ? m_library->count() : 0;
 }
 
+std::vector<IconFrame> ProgramIcons::frames(int index) const
+{
+    return index >= 0 && index < count() ? m_library->frames(index) : std::vector<IconFrame>();
+}
+
+std::vector<int> ProgramIcons::sizes(int index) const
+{
+    std::vector<int> sizes;
+    for (const IconFrame &frame : frames(index))
+        sizes.push_back(frame.size);
+    std::sort(sizes.begin(), sizes.end());
+    sizes.erase(std::unique(sizes.begin(), sizes.end()), sizes.end());
+    return sizes;
+}
+
 bool ProgramIcons::has(int index) const
 {
     if (!m_library)

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/picture/ByteSource.h"
+#include "platform/picture/IconFrames.h"
 
 #include <QImage>
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 class IconLibrary;
 
@@ -25,6 +27,11 @@ public:
     ~ProgramIcons();
 
     int count() const;
+
+    /// The pictures that the icon consists of, in the order of its directory.
+    std::vector<IconFrame> frames(int index) const;
+    /// The sizes in which the icon has a picture, smallest first.
+    std::vector<int> sizes(int index) const;
 
     /// True when the icon has a picture that looks as if it could be read; much cheaper than
     /// reading it.

@@ -4,6 +4,7 @@
 
 #include "platform/text/Twips.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int border = 12; ///< Pixels around the sheet.
 constexpr int shadow = 3;
+constexpr int markWidth = 2;
 constexpr int wheelNotch = 120; ///< Qt: eighths of a degree.
 
 } // namespace
@@ -36,6 +38,11 @@ void PagePreview::setPreviewPage(int page)
     m_wheel = 0;
     updateScrollBars();
     verticalScrollBar()->setValue(0);
+    if (m_columns > 1) { // where there is no room for both
+        const QRect paper = sheet(m_page);
+        if (paper.left() < 0 || paper.right() >= viewport()->width())
+            horizontalScrollBar()->setValue(horizontalScrollBar()->value() + paper.left() - border);
+    }
     setAccessibleName(m_page == 0 ? QStringLiteral("No pages")
                                   : QStringLiteral("Page %1 of %2").arg(m_page).arg(PageCount()));
     setAccessibleDescription(m_page == 0 ? QString() : m_document.pageText(m_page));
@@ -44,7 +51,52 @@ void PagePreview::setPreviewPage(int page)
 
 void PagePreview::setZoom(int percent)
 {
-    if (percent < leastZoom || percent > greatestZoom || percent == m_zoom)
+    if (percent < leastZoom || percent > greatestZoom)
+        return;
+    m_fit = Fit::None;
+    applyZoom(percent);
+}
+
+void PagePreview::setFit(Fit fit)
+{
+    m_fit = fit;
+    applyFit();
+}
+
+void PagePreview::setTwoPages(bool two)
+{
+    m_columns = two ? 2 : 1;
+    updateScrollBars();
+    applyFit();
+    setPreviewPage(m_page);
+}
+
+void PagePreview::applyFit()
+{
+    if (m_fit == Fit::None || m_page == 0)
+        return;
+    // Not the viewport's size, which depends on the scroll bars and so on the zoom itself.
+    const QSize room = maximumViewportSize();
+    const auto fitting = [](int pixels, int around, double points) {
+        return static_cast<int>((pixels - around) * 100 / points);
+    };
+    const double inch = logicalDpiX() / double(Twips::perInch);
+    const double sheetsWide = m_columns * m_document.PageWidth() * inch;
+    const double sheetHigh = m_document.PageHeight() * inch;
+    const int aroundWidth = (m_columns + 1) * border;
+    const int byHeight = fitting(room.height(), 2 * border, sheetHigh);
+    int percent = fitting(room.width(), aroundWidth, sheetsWide);
+    if (m_fit == Fit::WholePage)
+        percent = std::min(percent, byHeight);
+    else if (percent > byHeight) // there will be a scroll bar
+        percent = fitting(
+            room.width() - verticalScrollBar()->sizeHint().width(), aroundWidth, sheetsWide);
+    applyZoom(std::clamp(percent, leastZoom, greatestZoom));
+}
+
+void PagePreview::applyZoom(int percent)
+{
+    if (percent == m_zoom)
         return;
     // What is in the middle of the window stays there.
     const auto middle = [](const QScrollBar *bar) {
@@ -63,6 +115,7 @@ void PagePreview::setZoom(int percent)
     restore(horizontalScrollBar(), x);
     restore(verticalScrollBar(), atTop ? 0 : y);
     viewport()->update();
+    Q_EMIT zoomChanged(percent);
 }
 
 double PagePreview::scale() const
@@ -76,18 +129,29 @@ QSize PagePreview::sheetSize() const
         static_cast<int>(std::lround(m_document.PageHeight() * scale())));
 }
 
-QRect PagePreview::sheet() const
+int PagePreview::firstPage() const
+{
+    return m_columns == 1 ? m_page : (m_page - 1) / m_columns * m_columns + 1;
+}
+
+QSize PagePreview::wholeSize() const
 {
     const QSize size = sheetSize();
-    const QSize room = viewport()->size();
-    const int left = std::max(border, (room.width() - size.width()) / 2);
+    return QSize(m_columns * (size.width() + border) + border, size.height() + 2 * border);
+}
+
+QRect PagePreview::sheet(int page) const
+{
+    const QSize size = sheetSize();
+    const int spare = std::max(0, viewport()->width() - wholeSize().width());
+    const int left = border + spare / 2 + (page - firstPage()) * (size.width() + border);
     return QRect(
         QPoint(left - horizontalScrollBar()->value(), border - verticalScrollBar()->value()), size);
 }
 
 void PagePreview::updateScrollBars()
 {
-    const QSize whole = sheetSize() + QSize(2 * border, 2 * border);
+    const QSize whole = wholeSize();
     const QSize room = viewport()->size();
     horizontalScrollBar()->setRange(0, std::max(0, whole.width() - room.width()));
     horizontalScrollBar()->setPageStep(room.width());
@@ -101,20 +165,51 @@ void PagePreview::paintEvent(QPaintEvent *event)
     painter.fillRect(event->rect(), palette().color(QPalette::Window).darker(130));
     if (m_page == 0)
         return;
-    const QRect paper = sheet();
+    const int first = firstPage();
+    for (int page = first; page < first + m_columns && page <= PageCount(); ++page)
+        paintSheet(painter, event->rect(), page);
+    if (!hasFocus() && m_columns == 1)
+        return;
+    QColor mark = palette().color(QPalette::Active, QPalette::Highlight);
+    if (!hasFocus())
+        mark.setAlphaF(0.6F);
+    painter.setPen(QPen(mark, markWidth));
+    painter.setBrush(Qt::NoBrush);
+    constexpr double out = markWidth / 2.0;
+    painter.drawRect(QRectF(sheet(m_page)).adjusted(-out, -out, out, out));
+}
+
+void PagePreview::paintSheet(QPainter &painter, const QRect &exposed, int page) const
+{
+    const QRect paper = sheet(page);
+    painter.save();
     painter.fillRect(paper.translated(shadow, shadow), QColor(0, 0, 0, 90));
     painter.fillRect(paper, Qt::white);
-    painter.setClipRect(paper.intersected(event->rect()));
+    painter.setClipRect(paper.intersected(exposed));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(paper.topLeft());
     painter.scale(scale(), scale());
-    m_document.draw(painter, m_page);
+    m_document.draw(painter, page);
+    painter.restore();
 }
 
 void PagePreview::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
+    applyFit();
     updateScrollBars();
+}
+
+void PagePreview::focusInEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
+void PagePreview::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    viewport()->update();
 }
 
 void PagePreview::pageKey(bool forward)
@@ -124,11 +219,17 @@ void PagePreview::pageKey(bool forward)
         bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
     } else if (!forward && bar->value() > bar->minimum()) {
         bar->triggerAction(QAbstractSlider::SliderPageStepSub);
-    } else if (forward) {
-        Q_EMIT nextWanted();
-    } else if (m_page > 1) {
-        Q_EMIT previousWanted();
-        bar->setValue(bar->maximum()); // reading on backwards
+    } else {
+        // Past all that is shown: a neighbour has been read, too.
+        const int first = firstPage();
+        for (int i = 0; i < m_columns && firstPage() == first; ++i) {
+            if (forward)
+                Q_EMIT nextWanted();
+            else if (m_page > 1)
+                Q_EMIT previousWanted();
+        }
+        if (!forward && firstPage() != first)
+            bar->setValue(bar->maximum()); // reading on backwards
     }
 }
 
@@ -188,6 +289,7 @@ void PagePreview::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     m_dragged = event->position().toPoint();
+    m_pressed = m_dragged;
     viewport()->setCursor(Qt::ClosedHandCursor);
 }
 
@@ -203,6 +305,15 @@ void PagePreview::mouseMoveEvent(QMouseEvent *event)
 
 void PagePreview::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        viewport()->setCursor(Qt::OpenHandCursor);
+    if (event->button() != Qt::LeftButton)
+        return;
+    viewport()->setCursor(Qt::OpenHandCursor);
+    const QPoint at = event->position().toPoint();
+    if (m_page == 0 || (at - m_pressed).manhattanLength() >= QApplication::startDragDistance())
+        return;
+    const int first = firstPage();
+    for (int page = first; page < first + m_columns && page <= PageCount(); ++page) {
+        if (page != m_page && sheet(page).contains(at))
+            Q_EMIT pageWanted(page);
+    }
 }

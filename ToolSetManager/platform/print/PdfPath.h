@@ -4,6 +4,6 @@
 
 class QWidget;
 
-/// Asks where the printer "PDF file" shall write to; empty when the user cancels. \a proposal is a
+/// Asks where the printer "PDF File" shall write to; empty when the user cancels. \a proposal is a
 /// path without an extension.
 QString askForPdfPath(QWidget *parent, const QString &proposal);

@@ -2,12 +2,8 @@
 
 #include "platform/print/CupsQueue.h"
 #include "platform/print/Printers.h"
-#include "platform/text/Twips.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QPageLayout>
-#include <QPdfWriter>
 #include <QSaveFile>
 #include <QTemporaryFile>
 
@@ -47,29 +43,23 @@ bool PrintJob::start()
     if (!opened)
         return fail(m_file->errorString());
 
-    m_writer = std::make_unique<QPdfWriter>(m_file.get());
-    m_writer->setTitle(m_title);
-    m_writer->setCreator(QCoreApplication::applicationName());
-    m_writer->setResolution(Twips::perInch);
-    m_writer->setPageLayout(
-        QPageLayout(m_pageSize, m_printers.orientation(), QMarginsF(0, 0, 0, 0)));
-    if (!m_painter.begin(m_writer.get()))
+    m_pages = std::make_unique<PdfPages>(*m_file, m_title, m_pageSize, m_printers.orientation());
+    if (!m_pages->begin())
         return fail(m_file->errorString());
     return true;
 }
 
 void PrintJob::newPage()
 {
-    if (m_painter.isActive())
-        m_writer->newPage();
+    if (m_pages)
+        m_pages->newPage();
 }
 
 bool PrintJob::end()
 {
-    if (!m_painter.isActive())
+    if (!m_pages)
         return false;
-    m_painter.end();
-    m_writer.reset();
+    m_pages.reset();
     if (auto *file = qobject_cast<QSaveFile *>(m_file.get())) {
         if (!file->commit())
             return fail(file->errorString());
@@ -88,9 +78,7 @@ bool PrintJob::end()
 
 void PrintJob::abort()
 {
-    if (m_painter.isActive())
-        m_painter.end();
-    m_writer.reset();
+    m_pages.reset();
     if (auto *file = qobject_cast<QSaveFile *>(m_file.get()))
         file->cancelWriting();
     m_file.reset();

@@ -1,15 +1,14 @@
 #pragma once
 
 #include "platform/print/PageDocument.h"
+#include "platform/print/PdfPages.h"
 
 #include <QPageSize>
-#include <QPainter>
 #include <QString>
 
 #include <memory>
 
 class QFileDevice;
-class QPdfWriter;
 class Printers;
 
 /// One print on the chosen printer. Pages are drawn into a file first and handed over whole at the
@@ -22,14 +21,14 @@ public:
     PrintJob(const Printers &printers, const QString &title);
     ~PrintJob(); ///< Gives the job up unless it was ended.
 
-    /// Where the printer "PDF file" writes to.
+    /// Where the printer "PDF File" writes to.
     void setFileName(const QString &path) { m_fileName = path; }
 
     /// Begins the first page. False when that fails: see errorText().
     bool start();
     const Paper &paper() const { return m_paper; }
     /// Its units are twips, its origin the corner of the paper.
-    QPainter &painter() { return m_painter; }
+    QPainter &painter() { return m_pages->painter(); } ///< Between start() and end().
     void newPage();
     /// Hands the pages over. False when the printer or the disk refuses: see errorText().
     bool end();
@@ -47,7 +46,6 @@ private:
     QPageSize m_pageSize;
     Paper m_paper;
     std::unique_ptr<QFileDevice> m_file;
-    std::unique_ptr<QPdfWriter> m_writer;
-    QPainter m_painter;
+    std::unique_ptr<PdfPages> m_pages;
     QString m_errorText;
 };

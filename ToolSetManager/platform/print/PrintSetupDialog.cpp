@@ -1,5 +1,7 @@
 #include "platform/print/PrintSetupDialog.h"
 
+#include "platform/desktop/ButtonIcons.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/desktop/Hourglass.h"
 #include "platform/print/Printers.h"
 
@@ -53,6 +55,7 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
 {
     setObjectName(QStringLiteral("PrintSetupDialog"));
     setWindowTitle(QStringLiteral("Print Setup"));
+    HelpTopic::set(*this, "printing");
     cboPrinter->setObjectName(QStringLiteral("cboPrinter"));
     cboPaper->setObjectName(QStringLiteral("cboPaper"));
     optPortrait->setObjectName(QStringLiteral("optPortrait"));
@@ -99,9 +102,7 @@ PrintSetupDialog::PrintSetupDialog(Printers &printers, QWidget *parent)
     }
     const bool landscape = m_printers.orientation() == QPageLayout::Landscape;
     (landscape ? optLandscape : optPortrait)->setChecked(true);
-    const auto commands = m_buttons->buttons();
-    for (QAbstractButton *command : commands)
-        command->setIcon({}); // like all dialogs of the program
+    ButtonIcons::settle(*m_buttons);
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(cboPrinter->count() > 0);
 
     connect(cboPrinter, &QComboBox::currentIndexChanged, this, &PrintSetupDialog::showPrinter);

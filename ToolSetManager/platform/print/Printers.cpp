@@ -1,8 +1,8 @@
 #include "platform/print/Printers.h"
 
+#include "platform/print/PdfPages.h"
 #include "platform/text/Twips.h"
 
-#include <QLocale>
 #include <QPrinter>
 #include <QPrinterInfo>
 
@@ -59,7 +59,7 @@ Printers::Printers(List list)
 
 QString Printers::pdfFile()
 {
-    return QStringLiteral("PDF file");
+    return QStringLiteral("PDF File");
 }
 
 QStringList Printers::names() const
@@ -96,13 +96,7 @@ std::optional<Paper> Printers::paper() const
     if (!present.contains(printer))
         return std::nullopt;
     const QPageSize size = pageSize();
-    const QSizeF upright = size.size(QPageSize::Millimeter);
-    const QMargins least = unprintable(printer, size);
-    if (m_orientation == QPageLayout::Portrait)
-        return Paper {QSize(twips(upright.width()), twips(upright.height())), least};
-    // The sheet is turned with its left edge to the top.
-    return Paper {QSize(twips(upright.height()), twips(upright.width())),
-        QMargins(least.bottom(), least.left(), least.top(), least.right())};
+    return PdfPages::paper(size, m_orientation, unprintable(printer, size));
 }
 
 QList<QPageSize> Printers::pageSizes(const QString &name)
@@ -125,8 +119,7 @@ QPageSize Printers::defaultPageSize(const QString &name)
         size = QPrinterInfo::printerInfo(name).defaultPageSize();
     if (size.isValid())
         return size;
-    const bool inches = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-    return QPageSize(inches ? QPageSize::Letter : QPageSize::A4);
+    return PdfPages::usualSize();
 }
 
 QString Printers::description(const QString &name)

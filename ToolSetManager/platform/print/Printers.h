@@ -10,7 +10,7 @@
 #include <optional>
 
 /// The printers of this system, and the one chosen for the rest of the run with its paper: at
-/// first the default queue, or the printer "PDF file", which is always there, where no queue is
+/// first the default queue, or the printer "PDF File", which is always there, where no queue is
 /// the default.
 class Printers
 {
@@ -18,7 +18,7 @@ public:
     /// Names the printers, the one to use first in front.
     using List = std::function<QStringList()>;
 
-    Printers(); ///< The queues of the system and "PDF file".
+    Printers(); ///< The queues of the system and "PDF File".
     explicit Printers(List list);
 
     /// The name of the printer that writes a file and asks for its path.

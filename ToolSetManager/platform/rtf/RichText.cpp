@@ -2,10 +2,12 @@
 
 #include "platform/picture/Metafile.h"
 #include "platform/rtf/RtfText.h"
+#include "platform/rtf/RtfWriter.h"
 
 #include <QElapsedTimer>
 #include <QFont>
 #include <QFontDatabase>
+#include <QTextDocument>
 
 #include <memory>
 
@@ -60,6 +62,18 @@ void RichText::read(const QString &text, QTextDocument &document, RtfReader read
         reader.read(RtfText::toBytes(text, reader.options.defaultCodePage), document);
     else
         reader.readPlainText(text, document);
+}
+
+QString RichText::ownForm(const QString &text, const QString &family, double points, int codePage)
+{
+    QTextDocument document;
+    QFont standard(family);
+    standard.setPointSizeF(points);
+    document.setDefaultFont(standard);
+    RtfReader reader = RichText::reader(codePage);
+    reader.options.metafileDecoder = nullptr; // what pictures show is not written
+    read(text, document, std::move(reader));
+    return QString::fromLatin1(RtfWriter::write(document));
 }
 
 QStringList RichText::screenFonts()

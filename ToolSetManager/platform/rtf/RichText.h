@@ -19,6 +19,10 @@ RtfReader reader(int codePage);
 /// its code page is that of the text.
 void read(const QString &text, QTextDocument &document, RtfReader reader);
 
+/// What a rich-text box of that font would write for a text. \a codePage is that of a text that
+/// does not tell its own.
+QString ownForm(const QString &text, const QString &family, double points, int codePage);
+
 /// Names of the fonts to choose from: those of the screen, and those that documents mostly name,
 /// which have stand-ins of the same widths where they are missing. Sorted.
 QStringList screenFonts();

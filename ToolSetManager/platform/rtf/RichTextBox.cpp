@@ -116,19 +116,6 @@ void RichTextBox::setText(const QString &plain)
     m_given = RtfText::isRtf(plain) ? plain : ownRTF();
 }
 
-QString RichTextBox::ownForm(
-    const QString &rtf, const QString &family, double points, int codePage)
-{
-    QTextDocument document;
-    QFont standard(family);
-    standard.setPointSizeF(points);
-    document.setDefaultFont(standard);
-    RtfReader reader = RichText::reader(codePage);
-    reader.options.metafileDecoder = nullptr; // what pictures show is not written
-    RichText::read(rtf, document, std::move(reader));
-    return QString::fromLatin1(RtfWriter::write(document));
-}
-
 // --- The box ---
 
 void RichTextBox::setBorderStyle(int style)

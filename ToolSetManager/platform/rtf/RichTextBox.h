@@ -43,8 +43,6 @@ public:
     QString ownRTF() const;
     QString Text() const { return toPlainText(); }
     void setText(const QString &plain); ///< Also counts as text that was put in.
-    /// What a RichTextBox of that font would write for a text.
-    static QString ownForm(const QString &rtf, const QString &family, double points, int codePage);
     /// Of texts put in from now on that do not tell theirs; at first the system's.
     void setCodePage(int number) { m_codePage = number; }
 

@@ -1,10 +1,9 @@
-#include "shell/MWindowPosition.h"
+#include "platform/desktop/MWindowPosition.h"
 
 #include "platform/VbError.h"
 #include "platform/desktop/SettingsStore.h"
 #include "platform/text/Twips.h"
 #include "platform/text/VbConvert.h"
-#include "shell/Settings.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -183,7 +182,7 @@ void SaveWindowPosition(SettingsStore &store, const QString &name, const QWidget
     QList<QPair<QString, QString>> pairs;
     for (const auto &[key, pixels] : values)
         pairs.append({key, VbConvert::fromSingle(static_cast<float>(toTwips(pixels)))});
-    store.SaveSettings(QString::fromUtf16(Settings::application), name, pairs);
+    store.SaveSettings(QString::fromUtf16(SettingsStore::addIn), name, pairs);
 }
 
 void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWidget &window)
@@ -192,7 +191,7 @@ void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWid
         return;
     constexpr int most = 1000000; // far beyond every screen, and safe to add to
     Stored stored;
-    const auto pairs = store.GetAllSettings(QString::fromUtf16(Settings::application), name);
+    const auto pairs = store.GetAllSettings(QString::fromUtf16(SettingsStore::addIn), name);
     for (const auto &[key, text] : pairs) {
         const auto number = VbConvert::toInt32(text);
         if (!number)
@@ -209,6 +208,24 @@ void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWid
     }
     place(window, stored);
     Watcher::on(window).placeWhenFramed(stored);
+}
+
+void Center(QWidget &window)
+{
+    if (!screen())
+        return;
+    window.showNormal();
+    const QRect area = screen()->availableGeometry();
+    window.resize(area.size() * 2 / 3);
+    window.move(area.center() - window.frameGeometry().center() + window.pos());
+}
+
+void ForgetWindowPosition(SettingsStore &store, const QString &name)
+{
+    QList<QPair<QString, QString>> pairs; // a value that is no number counts as missing
+    for (const char16_t *key : {u"Left", u"Top", u"Height", u"Width"})
+        pairs.append({QString::fromUtf16(key), QString()});
+    store.SaveSettings(QString::fromUtf16(SettingsStore::addIn), name, pairs);
 }
 
 void WriteWhenChanged(SettingsStore &store, const QString &name, QWidget &window)

@@ -1,4 +1,4 @@
-#include "compare/WordDiff.h"
+#include "platform/text/WordDiff.h"
 
 #include <QStringView>
 

@@ -1,4 +1,4 @@
-#include "printing/ToolsetReport.h"
+#include "report/ToolsetReport.h"
 
 #include "model/CVBATools.h"
 #include "model/VbEvents.h"

@@ -26,6 +26,16 @@ void RestoreWindowPosition(const SettingsStore &store, const QString &name, QWid
 /// cannot be written is passed over.
 void WriteWhenChanged(SettingsStore &store, const QString &name, QWidget &window);
 
+// The names of the windows that have one.
+constexpr char16_t mainWindow[] = u"Main";
+constexpr char16_t preview[] = u"Printer";
+
+/// Gives the window two thirds of the screen, in its middle.
+void Center(QWidget &window);
+
+/// Forgets the stored place and size: the next RestoreWindowPosition() finds none. Throws VbError.
+void ForgetWindowPosition(SettingsStore &store, const QString &name);
+
 /// What a section holds; a value that is missing or no number is left out.
 struct Stored
 {
