@@ -88,6 +88,10 @@ frmCompare::frmCompare(
 frmCompare::~frmCompare()
 {
     m_comparison->disconnect(this);
+    // They show the comparison, which goes before the controls do.
+    tvRows->selectionModel()->disconnect(this);
+    delete m_details;
+    delete tvRows;
 }
 
 void frmCompare::makeToolbar()

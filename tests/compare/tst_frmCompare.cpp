@@ -140,7 +140,7 @@ private Q_SLOTS:
         QCOMPARE(names(target), u"abcdx"_qs);
         // What a closed window had is still there to be looked at.
         drop(left);
-        QVERIFY(child<QLabel>(form, "lblSets")->text().contains(u"left.bmt (file; opens"_qs));
+        QTRY_VERIFY(child<QLabel>(form, "lblSets")->text().contains(u"left.bmt (file; opens"_qs));
         QVERIFY(shown(form).contains(u"b|= Same|b"_qs));
     }
 
