@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Accessible.h"
 #include "platform/desktop/Captions.h"
+#include "platform/desktop/HelpTopic.h"
 #include "platform/rtf/RichTextBox.h"
 #include "platform/text/Twips.h"
 
@@ -21,6 +22,7 @@ frmToolHelp::frmToolHelp(QWidget *parent)
 {
     Accessible::makeDocument(*rtf);
     setObjectName(QStringLiteral("frmToolHelp"));
+    HelpTopic::set(*this, "the-help-text");
     setAttribute(Qt::WA_DeleteOnClose);
     rtf->setObjectName(QStringLiteral("rtf"));
     rtf->setAccessibleName(QStringLiteral("Help text"));

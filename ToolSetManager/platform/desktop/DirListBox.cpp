@@ -41,6 +41,9 @@ DirListBox::DirListBox(QWidget *parent)
     : QListWidget(parent)
 {
     setItemDelegate(new LevelDelegate(this));
+    // A size that the theme has for one and for two pixels for one: else it would be flat folders
+    // here and coloured ones there.
+    setIconSize({22, 22});
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     connect(this, &QListWidget::itemDoubleClicked, this, &DirListBox::openItem);
 }
