@@ -1,6 +1,7 @@
 #include "platform/rtf/RichText.h"
 
 #include "platform/picture/Metafile.h"
+#include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfText.h"
 
 #include <QElapsedTimer>
@@ -64,7 +65,11 @@ void RichText::read(const QString &text, QTextDocument &document, RtfReader read
 
 QStringList RichText::screenFonts()
 {
-    QStringList names = QFontDatabase::families();
+    QStringList names;
+    const QStringList families = QFontDatabase::families();
+    for (const QString &family : families)
+        names.append(RtfCharStyle::plainFamily(family)); // that of two makers is there twice
+    names.removeDuplicates();
     for (const char16_t *family :
         {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
         if (!names.contains(QString::fromUtf16(family)))

@@ -179,7 +179,10 @@ void RtfBody::writeCharacter(char16_t unit, Format &format)
         return;
     }
     const auto byte = static_cast<unsigned char>(encoded->byte);
-    if (RtfOutput::needsEscape(byte))
+    // In a symbol font it is none of these characters, and readers differ in how they take it.
+    if (RtfOutput::needsEscape(byte) && encoded->charset == RtfCharset::symbolCharset)
+        m_body.hexByte(encoded->byte);
+    else if (RtfOutput::needsEscape(byte))
         m_body.escaped(encoded->byte);
     else if (RtfOutput::isPlain(byte))
         m_body.plain(encoded->byte);

@@ -40,8 +40,11 @@ QTextCharFormat changed(
     const QTextCharFormat &format, const QFont &standard, const CharacterChange &change)
 {
     RtfCharStyle style = RtfCharStyle::fromFormat(format, standard);
+    const QString family = style.family;
     change(style);
-    const QTextCharFormat text = style.toFormat();
+    QTextCharFormat text = style.toFormat();
+    if (style.family == family && format.hasProperty(RtfFamilyProperty))
+        text.setFontFamilies(format.fontFamilies().toStringList()); // which may stand in for it
     const auto picture = RtfPicture::fromFormat(format);
     return picture ? QTextCharFormat(picture->toFormat(text, format.toImageFormat().name())) : text;
 }

@@ -108,10 +108,12 @@ QTextCharFormat RtfCharStyle::toFormat() const
     if (RtfCharset::isSymbolFont(family)) {
         // Its characters are Unicode here; fonts of that name have them elsewhere, if at all.
         format.setFontFamilies({QStringLiteral("Times New Roman")});
-        format.setProperty(RtfFamilyProperty, family);
     } else {
         format.setFontFamilies({family});
     }
+    // Also told where nothing stands in for it: the toolkit finds formats by their properties, but
+    // does not look into lists of families, so that many fonts would be one long chain.
+    format.setProperty(RtfFamilyProperty, family);
     format.setFontPointSize(halfPoints / 2.0);
     if (has(Bold))
         format.setFontWeight(QFont::Bold);
@@ -158,6 +160,7 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
         style.family = format.fontFamilies().toStringList().value(0);
     if (style.family.isEmpty())
         style.family = standard.family();
+    style.family = plainFamily(style.family);
     style.halfPoints =
         qBound(1, static_cast<int>(std::lround(pointsOf(format, standard) * 2)), maximumHalfPoints);
     const auto set = [&style](Flag flag, bool on) {
@@ -183,6 +186,12 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
     else if (format.hasProperty(RtfHiddenColourProperty))
         style.colour = format.property(RtfHiddenColourProperty).toUInt();
     return style;
+}
+
+QString RtfCharStyle::plainFamily(const QString &family)
+{
+    const qsizetype maker = family.lastIndexOf(QLatin1StringView(" ["));
+    return maker > 0 && family.endsWith(u']') ? family.left(maker) : family;
 }
 
 bool RtfCharStyle::isProtected(const QTextCharFormat &format)

@@ -43,6 +43,10 @@ struct RtfCharStyle
     /// \a standard gives family and size where the format has none.
     static RtfCharStyle fromFormat(const QTextCharFormat &format, const QFont &standard);
 
+    /// A font's name without that of its maker, by which the system tells two of one name apart:
+    /// "C059 [urw]" is C059 to every other reader.
+    static QString plainFamily(const QString &family);
+
     static bool isProtected(const QTextCharFormat &format);
     static bool isHidden(const QTextCharFormat &format);
 
@@ -107,7 +111,7 @@ enum RtfProperty {
     RtfHiddenProperty, ///< bool
     RtfHiddenSizeProperty, ///< double, points: the size that shows when the text does
     RtfHiddenColourProperty, ///< uint
-    RtfFamilyProperty, ///< QString: the family that another one stands in for
+    RtfFamilyProperty, ///< QString: the family, for which another one may stand in
     RtfAutomaticColourProperty, ///< bool: the foreground is no colour of the text's own
     RtfIndentsProperty, ///< QPoint, twips: left and first indent of a bulleted paragraph
     RtfTabsProperty, ///< QList<int>, four times the position plus the kind
