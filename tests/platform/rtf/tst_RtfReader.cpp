@@ -2,6 +2,7 @@
 #include "platform/rtf/RtfPlainText.h"
 #include "platform/rtf/RtfReader.h"
 #include "platform/rtf/RtfWriter.h"
+#include "platform/text/CodePage.h"
 #include "support/Rows.h"
 #include "support/TestRunner.h"
 
@@ -208,7 +209,7 @@ private Q_SLOTS:
             return text.removeIf(
                 [](QChar c) { return c.isSpace() || !c.isPrint() || c >= QChar(0xFFFC); });
         };
-        QCOMPARE(words(RtfPlainText(1252).read(QString::fromLatin1(whole))),
+        QCOMPARE(words(RtfPlainText(1252).read(CodePage(1252).decode(whole))),
             words(document.toPlainText()));
     }
 
