@@ -22,6 +22,18 @@ constexpr CharsetRow charsets[] = {{0, 1252}, {77, 10000}, {78, 10001}, {79, 100
     {130, 1361}, {134, 936}, {136, 950}, {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255},
     {178, 1256}, {186, 1257}, {204, 1251}, {222, 874}, {238, 1250}, {254, 437}, {255, 850}};
 
+struct Script
+{
+    QLatin1StringView name;
+    int charset;
+};
+
+/// Word processors list a font once for each script, its name followed by that of the script.
+constexpr Script scripts[] = {{QLatin1StringView(" CE"), 238}, {QLatin1StringView(" Cyr"), 204},
+    {QLatin1StringView(" Greek"), 161}, {QLatin1StringView(" Tur"), 162},
+    {QLatin1StringView(" (Hebrew)"), 177}, {QLatin1StringView(" (Arabic)"), 178},
+    {QLatin1StringView(" Baltic"), 186}, {QLatin1StringView(" (Vietnamese)"), 163}};
+
 struct Codec
 {
     int codePage;
@@ -230,6 +242,29 @@ int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)
             return row.codePage;
     }
     return documentPage;
+}
+
+std::optional<int> RtfCharset::dropScript(QString &family)
+{
+    const auto isThere = [&family](const Script &script) {
+        return family.size() > script.name.size()
+            && family.endsWith(script.name, Qt::CaseInsensitive);
+    };
+    std::optional<int> charset;
+    for (;;) {
+        family = std::move(family).trimmed();
+        const qsizetype maker = family.lastIndexOf(QLatin1StringView(" ["));
+        const auto *script = std::find_if(std::begin(scripts), std::end(scripts), isThere);
+        if (script != std::end(scripts)) {
+            family.chop(script->name.size());
+            if (!charset)
+                charset = script->charset;
+        } else if (maker > 0 && family.endsWith(u']')) {
+            family.truncate(maker);
+        } else {
+            return charset;
+        }
+    }
 }
 
 int RtfCharset::known(int codePage)

@@ -42,6 +42,9 @@ public:
     /// The code page of a font with that \fcharset number; \a documentPage for the number 1 and
     /// unknown ones.
     static int codePageOf(int charset, const QString &family, int documentPage);
+    /// Leaves of a font's name what other readers know: "Arial CE" is the font Arial with another
+    /// charset, whose number is returned; "C059 [urw]" is C059, which the system has twice.
+    static std::optional<int> dropScript(QString &family);
     /// The page that a number means: 1252 for all that are not known.
     static int known(int codePage);
 

@@ -190,8 +190,9 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
 
 QString RtfCharStyle::plainFamily(const QString &family)
 {
-    const qsizetype maker = family.lastIndexOf(QLatin1StringView(" ["));
-    return maker > 0 && family.endsWith(u']') ? family.left(maker) : family;
+    QString plain = family;
+    RtfCharset::dropScript(plain);
+    return plain;
 }
 
 int RtfCharStyle::halfPointsOf(const QTextCharFormat &format)

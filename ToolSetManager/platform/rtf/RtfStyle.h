@@ -43,8 +43,7 @@ struct RtfCharStyle
     /// \a standard gives family and size where the format has none.
     static RtfCharStyle fromFormat(const QTextCharFormat &format, const QFont &standard);
 
-    /// A font's name without that of its maker, by which the system tells two of one name apart:
-    /// "C059 [urw]" is C059 to every other reader.
+    /// A font's name as it is written; see RtfCharset::dropScript().
     static QString plainFamily(const QString &family);
 
     /// The size of a format that toFormat() has made.

@@ -3,7 +3,6 @@
 #include "platform/rtf/RtfCharset.h"
 #include "platform/rtf/RtfGroup.h"
 #include "platform/rtf/RtfKeywords.h"
-#include "platform/rtf/RtfStyle.h"
 
 #include <algorithm>
 
@@ -11,35 +10,6 @@ namespace {
 
 constexpr int noCharset = -1;
 constexpr int bulletStyle = 23; // of \levelnfc
-
-struct Script
-{
-    QLatin1StringView name;
-    int charset;
-};
-
-/// Word processors list a font once for each script, its name followed by that of the script.
-constexpr Script scripts[] = {{QLatin1StringView(" CE"), 238}, {QLatin1StringView(" Cyr"), 204},
-    {QLatin1StringView(" Greek"), 161}, {QLatin1StringView(" Tur"), 162},
-    {QLatin1StringView(" (Hebrew)"), 177}, {QLatin1StringView(" (Arabic)"), 178},
-    {QLatin1StringView(" Baltic"), 186}, {QLatin1StringView(" (Vietnamese)"), 163}};
-
-/// \a charset becomes the script's where the font does not tell another one.
-void dropScript(QString &family, int &charset)
-{
-    const auto isThere = [&family](const Script &script) {
-        return family.size() > script.name.size()
-            && family.endsWith(script.name, Qt::CaseInsensitive);
-    };
-    for (;;) {
-        const auto *script = std::find_if(std::begin(scripts), std::end(scripts), isThere);
-        if (script == std::end(scripts))
-            return;
-        family.chop(script->name.size());
-        if (charset == noCharset || charset == RtfCharset::ansiCharset)
-            charset = script->charset;
-    }
-}
 
 /// Fonts of symbols whose characters have codes of their own only in those fonts.
 bool isUnknownSymbolFont(const QString &family)
@@ -82,10 +52,12 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage, RtfCharsets &
         decode();
         name.removeIf([](QChar c) { return c < u' ' || c == u'\x7F'; });
         name = std::exchange(name, {}).trimmed();
-        if (codePage == 0)
-            dropScript(name, charset);
+        const auto implied = RtfCharset::dropScript(name);
+        const bool isTold = codePage > 0 || (charset != noCharset && charset != RtfCharset::ansiCharset);
+        if (implied && !isTold)
+            charset = *implied;
         if (!name.isEmpty())
-            m_fonts.insert(number, {RtfCharStyle::plainFamily(name), page(name)});
+            m_fonts.insert(number, {name, page(name)});
         name.clear();
         charset = noCharset;
         codePage = 0;

@@ -110,7 +110,8 @@ private Q_SLOTS:
             "{\\field{\\*\\fldinst SYMBOL 74 \\\\f \"Wingdings\" \\\\s 10}{\\fldrslt\\f1}}"
             "{\\field{\\*\\fldinst{\\b SYMBOL 0xF062 \\\\f Symbol}}}"
             "{\\field{\\*\\fldinst SYMBOL 8364 \\\\u}{\\fldrslt}}"
-            "{\\field{\\fldinst SYMBOL 74 \\\\f Wingdings}{\\fldrslt x}}{\\field{\\*\\fldinst PAGE}}",
+            "{\\field{\\fldinst SYMBOL 74 \\\\f Wingdings}{\\fldrslt x}}{\\field{\\*\\fldinst "
+            "PAGE}}",
             u"{f=Wingdings fs20:\u263A}{b f=Symbol:β}€x"_qs);
         row("Symbol font in Unicode's private range", "{\\f2 \\u-3999?\\u61538?\\u913?}",
             u"{f=Symbol:αβΑ}"_qs);
@@ -135,8 +136,8 @@ private Q_SLOTS:
         row("unknown groups count unless marked", "a{\\foo b}{\\*\\foo c{d}e}f", u"abf"_qs);
         row("a mark inside a group says nothing", "a{\\b0\\*\\cs8\\ul b}{x\\*\\foo c}d",
             u"a{ul:b}xcd"_qs);
-        row("properties without a mark are no text", "a{\\sp{\\sn x}{\\sv y}}{\\list{\\listname x;}}b",
-            u"ab"_qs);
+        row("properties without a mark are no text",
+            "a{\\sp{\\sn x}{\\sv y}}{\\list{\\listname x;}}b", u"ab"_qs);
         row("groups that are no text",
             "{\\info{\\title x}}{\\stylesheet{\\s0 Normal;}}{\\header h}a{\\footnote n}b",
             u"ab"_qs);

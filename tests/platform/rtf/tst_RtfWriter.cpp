@@ -143,11 +143,13 @@ private Q_SLOTS:
             << QByteArray("\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
                           "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
         QTest::newRow("default tab stops") << QByteArray("\\deftab300 a\\tab b");
-        QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc\\'5c\\{");
+        QTest::newRow("symbols") << QByteArray(
+            "\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc\\'5c\\{");
         QTest::newRow("table") << QByteArray(
             "\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
-        QTest::newRow("row whose last cell is empty") << QByteArray(
-            "\\trowd\\cellx500\\cellx900\\intbl a\\cell{\\b\\cell}\\row\\intbl{\\i\\cell}\\cell\\row");
+        QTest::newRow("row whose last cell is empty")
+            << QByteArray("\\trowd\\cellx500\\cellx900\\intbl "
+                          "a\\cell{\\b\\cell}\\row\\intbl{\\i\\cell}\\cell\\row");
         QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
         QTest::newRow("blanks at edges") << QByteArray(" a \\par  b\\b  c \\b0  ");
     }
