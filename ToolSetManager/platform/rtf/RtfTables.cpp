@@ -53,7 +53,8 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage, RtfCharsets &
         name.removeIf([](QChar c) { return c < u' ' || c == u'\x7F'; });
         name = std::exchange(name, {}).trimmed();
         const auto implied = RtfCharset::dropScript(name);
-        const bool isTold = codePage > 0 || (charset != noCharset && charset != RtfCharset::ansiCharset);
+        const bool isTold =
+            codePage > 0 || (charset != noCharset && charset != RtfCharset::ansiCharset);
         if (implied && !isTold)
             charset = *implied;
         if (!name.isEmpty())
