@@ -131,6 +131,25 @@ void writeRtf(benchmark::State &state)
     state.SetBytesProcessed(size);
 }
 
+/// A text that uses so many thousands of fonts; read, laid out and written.
+void manyFonts(benchmark::State &state)
+{
+    QByteArray table;
+    QByteArray body;
+    for (qint64 i = 0; i < state.range(0) * 1000; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        table += "{\\f" + number + " Font " + number + ";}";
+        body += "\\f" + number + " x";
+    }
+    const QByteArray rtf = "{\\rtf1{\\fonttbl" + table + '}' + body + '}';
+    for (auto _ : state) {
+        QTextDocument document;
+        RtfReader().read(rtf, document);
+        benchmark::DoNotOptimize(document.documentLayout()->documentSize());
+        benchmark::DoNotOptimize(RtfWriter::write(document));
+    }
+}
+
 /// All pages of Letter paper with margins of an inch; the layout is made anew each time.
 void cutPages(benchmark::State &state)
 {
@@ -222,7 +241,8 @@ public:
                 m_medians[std::string("manyPages/") + pages]
                     / m_medians[std::string("layOutHundreds/") + pages]);
         }
-        for (const char *what : {"cursor", "readRtf", "writeRtf", "layOut", "cutPages"}) {
+        for (const char *what :
+            {"cursor", "readRtf", "writeRtf", "layOut", "cutPages", "manyFonts"}) {
             std::printf("%s: ten times the text takes %.1f times as long\n", what,
                 m_medians[std::string(what) + "/10"] / m_medians[std::string(what) + "/1"]);
         }
@@ -241,7 +261,8 @@ int main(int argc, char *argv[])
     benchmark::Initialize(&argc, argv);
     using Function = void (*)(benchmark::State &);
     constexpr std::pair<const char *, Function> functions[] = {{"cursor", cursor},
-        {"readRtf", readRtf}, {"writeRtf", writeRtf}, {"layOut", layOut}, {"cutPages", cutPages}};
+        {"readRtf", readRtf}, {"writeRtf", writeRtf}, {"layOut", layOut}, {"cutPages", cutPages},
+        {"manyFonts", manyFonts}};
     for (const auto &[name, function] : functions) {
         benchmark::RegisterBenchmark(name, function)
             ->Arg(1)

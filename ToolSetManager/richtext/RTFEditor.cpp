@@ -121,6 +121,7 @@ RTFEditor::RTFEditor(QWidget *parent)
     rtControl = new RichTextBox(QStringLiteral("Arial"), 10, this);
     rtControl->setObjectName(QStringLiteral("rtControl"));
     rtControl->setAccessibleName(QStringLiteral("Text"));
+    Accessible::makeEditor(*rtControl);
 
     setContextMenuPolicy(Qt::PreventContextMenu); // its actions are no menu
     refreshImages();

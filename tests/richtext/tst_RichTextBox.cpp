@@ -1,7 +1,9 @@
+#include "platform/desktop/Accessible.h"
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextBox.h"
 #include "platform/rtf/RichTextPages.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/TestRunner.h"
 
 #include <QPrinter>
@@ -344,6 +346,131 @@ private Q_SLOTS:
         QVERIFY(box->TextRTF().contains(u"\\v hidden words\\v0 !c"_qs));
     }
 
+    /// Not by this program's own reading of what it copies: what others see.
+    void hiddenTextOfOthers()
+    {
+        box->setTextRTF(rtf("ab\\v secret\\v0 c"));
+        box->selectAll();
+        box->copy();
+        const QMimeData *data = QApplication::clipboard()->mimeData();
+        QCOMPARE(data->text(), u"abc"_qs);
+        QVERIFY(!data->html().contains(u"secret"_qs));
+        QVERIFY(data->data(u"text/rtf"_qs).contains("\\v secret"));
+        Accessible::makeEditor(*box);
+        QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(box.get());
+        QCOMPARE(spoken->text(QAccessible::Value), u"abc"_qs);
+        const QString placed = spoken->textInterface()->text(0, 9);
+        QCOMPARE(placed.size(), 9);
+        QVERIFY(placed.startsWith(u"ab"_qs) && placed.endsWith(u'c') && !placed.contains(u's'));
+    }
+
+    void keysInListsAndTables_data()
+    {
+        constexpr char item[] = "\\fi-200\\li400 ";
+        constexpr char row[] = "\\trowd\\cellx900\\cellx1800\\intbl ";
+        const QByteArray bullet = "{\\*\\pn\\pnlvlblt}\\fs48 x\\par\\par";
+        const QByteArray table =
+            QByteArray(row) + "a\\cell b\\cell\\row c\\cell d\\cell\\row\\pard e";
+        const QByteArray first = QByteArray(item) + "1.\\tab a\\par 2.\\tab b\\par 3.\\tab c";
+        rows<QByteArray, int, QString, QString>({
+            // Keys: > Tab, < Shift+Tab, ^ Enter, # Backspace, ! Delete. Tabs are >, lines in a cell
+            // |.
+            {"numbers count on", first, 4, u"^x"_qs, u"1.>a/2.>x/3.>b/4.>c"_qs},
+            {"an item in two", first, 8, u"^x"_qs, u"1.>a/2.>/3.>xb/4.>c"_qs},
+            {"only in a list", "1.\\tab a", 4, u"^x"_qs, u"1.>a/x"_qs},
+            {"letters, not Roman ones", QByteArray(item) + "h)\\tab a\\par i)\\tab b", 9, u"^x"_qs,
+                u"h)>a/i)>b/j)>x"_qs},
+            {"Roman numbers, deeper items left out",
+                QByteArray(item) + "(i)\\tab a\\par\\li800 1.\\tab x\\par\\li400 (ii)\\tab b", 5,
+                u"^y"_qs, u"(i)>a/(ii)>y/1.>x/(iii)>b"_qs},
+            {"levels in the number", QByteArray(item) + "1.9\\tab a", 5, u"^x"_qs,
+                u"1.9>a/1.10>x"_qs},
+            {"an empty item ends the list", QByteArray(item) + "1.\\tab a", 4, u"^^x"_qs,
+                u"1.>a/x"_qs},
+            {"an empty bullet ends the list", bullet, 2, u"^y"_qs, u"x/y"_qs},
+            {"through the cells and on", table, 0, u">x>y<<z>>>>w"_qs, u"za>xb/yc>d/w>/e"_qs},
+            {"a line in a cell", table, 1, u"^x"_qs, u"a|x>b/c>d/e"_qs},
+            {"cells are not joined", table, 2, u"#!!x"_qs, u"ax>b/c>d/e"_qs},
+            {"nor rows", table, 4, u"#x!"_qs, u"a>bx/c>d/e"_qs},
+            {"nor what stands behind", table, 8, u"#x"_qs, u"a>b/c>dx/e"_qs},
+            {"an empty row ends the table", table, 7, u">^x"_qs, u"a>b/c>d/x/e"_qs},
+            {"a paragraph before the table", table, 0, u"^<x"_qs, u"/xa>b/c>d/e"_qs},
+        });
+    }
+    void keysInListsAndTables()
+    {
+        const auto [body, position, keys, expected] = row<QByteArray, int, QString, QString>();
+        box->setTextRTF(rtf(body.constData()));
+        const QString given = box->Text();
+        select(position, 0);
+        const auto size = box->SelFontSize();
+        static const QMap<QChar, Qt::Key> named {{u'>', Qt::Key_Tab}, {u'<', Qt::Key_Backtab},
+            {u'^', Qt::Key_Return}, {u'#', Qt::Key_Backspace}, {u'!', Qt::Key_Delete}};
+        for (const QChar key : keys) {
+            if (named.contains(key))
+                QTest::keyClick(box.get(), named.value(key));
+            else
+                QTest::keyClick(box.get(), key.toLatin1());
+        }
+        QString text = box->document()->toRawText();
+        text.replace(u'\t', u'>').replace(QChar(0x2029), u'/').replace(QChar(0x2028), u'|');
+        QCOMPARE(text, expected);
+        QCOMPARE(box->SelFontSize(), size);
+        RichTextBox again(u"Arial"_qs, 10);
+        again.setTextRTF(box->TextRTF());
+        QCOMPARE(again.Text(), box->Text());
+        QCOMPARE(again.ownRTF(), box->TextRTF());
+        while (box->document()->isUndoAvailable())
+            box->undo();
+        QCOMPARE(box->Text(), given);
+    }
+
+    /// Selections that cut rows clear their cells; whole rows go.
+    void selectionsInTables()
+    {
+        const QByteArray table = "x\\par\\trowd\\cellx900\\cellx1800\\intbl a\\cell b\\cell\\row "
+                                 "c\\cell d\\cell\\row\\pard e";
+        const std::tuple<int, int, const char *, QString> rows[] = {
+            {2, 3, "!", u"x\n!\t\nc\td\ne"_qs}, {2, 4, "", u"x\nc\td\ne"_qs},
+            {0, 4, "!", u"!\n\tb\nc\td\ne"_qs}, {8, 3, "", u"x\na\tb\nc\t\n"_qs},
+            {0, 11, "!", u"!"_qs}, {4, 1, "1\n2\t3", u"x\na\t1\n2 3\nc\td\ne"_qs}};
+        for (const auto &[start, length, typed, expected] : rows) {
+            box->setTextRTF(rtf(table.constData()));
+            select(start, length);
+            if (*typed == 0) {
+                QTest::keyClick(box.get(), Qt::Key_Delete);
+            } else if (qstrlen(typed) == 1) {
+                QTest::keyClick(box.get(), *typed);
+            } else {
+                QApplication::clipboard()->setText(QString::fromLatin1(typed));
+                box->paste();
+            }
+            QCOMPARE(box->Text(), expected);
+        }
+        box->setTextRTF(rtf(table.constData()));
+        QTest::keyClick(box.get(), Qt::Key_A); // an edit elsewhere leaves the table one
+        QVERIFY(box->TextRTF().contains(
+            u"\\trowd\\trgaph0\\trleft0\\cellx900\\cellx1800\\pard\\intbl"_qs));
+        box->selectAll();
+        box->setSelAlignment(RichTextBox::rtfRight); // for which a row has no room
+        QVERIFY(!box->TextRTF().contains(u"\\trowd"_qs));
+    }
+
+    /// A large bullet is not cut off at the left edge.
+    void roomOfBullets()
+    {
+        const auto margin = [this] { return box->textCursor().blockFormat().leftMargin() * 15; };
+        box->setTextRTF(rtf("{\\*\\pn\\pnlvlblt}\\fi-200\\li200\\fs48 x"));
+        QCOMPARE(margin(), 480.0);
+        QCOMPARE(box->SelIndent(), 0);
+        box->setTextRTF(rtf("{\\*\\pn\\pnlvlblt}\\fi-200\\li200 x"));
+        QCOMPARE(margin(), 240.0);
+        select(0, 1);
+        box->setSelFontSize(36);
+        QCOMPARE(margin(), 720.0);
+        QCOMPARE(box->SelHangingIndent(), 200);
+    }
+
     void undo()
     {
         box->setTextRTF(sample);
@@ -391,7 +518,14 @@ private Q_SLOTS:
             {u"text/rtf"_qs, "{\\rtf1 x\\b y}", u"x\\b y"_qs},
             {u"text/richtext"_qs, "{\\rtf1 x\\b y}", u"x\\b y"_qs},
             {u"text/richtext"_qs, "<bold>y</bold>", QString()},
-            {u"text/html"_qs, "<table><tr><td>x<td><b>y</b></table>", u"\\b y"_qs},
+            {u"text/html"_qs, "<table><tr><td>x<td><b>y</b><tr><td colspan=2>a<p>b</table>",
+                u"\\b\\cell "
+                u"y\\cell\\row\r\n\\trowd\\trgaph108\\trleft0\\cellx766\\cellx1532\\pard\\intbl"
+                "\\b0 a\\line b\\cell\\cell\\row"_qs},
+            {u"text/html"_qs, "<ol type=a><li>x<ul><li>y</ul><li>z</ol>",
+                u"\\fi-360\\li360\\sb180\\f0\\fs20 a.\\tab x\\par"_qs},
+            {u"text/html"_qs, "<ol><li>x<ul><li>y</ul><li>z</ol>", u"\\fi-360\\li720"_qs},
+            {u"text/html"_qs, "<ol><li>x<ul><li>y</ul><li>z</ol>", u"2.\\tab z"_qs},
             {u"text/plain"_qs, "x {y}", u"x \\{y\\}"_qs},
         };
         for (const auto &[type, bytes, words] : rows) {

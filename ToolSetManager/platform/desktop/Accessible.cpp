@@ -1,5 +1,7 @@
 #include "platform/desktop/Accessible.h"
 
+#include "platform/rtf/RtfStyle.h"
+
 #include <QAccessibleWidget>
 #include <QLabel>
 #include <QTextBlock>
@@ -9,12 +11,18 @@ namespace {
 
 constexpr char roleProperty[] = "accessibleRole";
 
-/// A text edit that is only read. The toolkit calls a browser a label and a text edit a field.
-class DocumentInterface : public QAccessibleWidget, public QAccessibleTextInterface
+/// Stands for a character of hidden text, so that places in the text stay: it is not spoken.
+constexpr QChar hiddenCharacter(0x200B);
+
+/// A formatted text. The toolkit calls one that is only read a label or a field, and speaks hidden
+/// text as if it were there.
+class TextInterface : public QAccessibleWidget,
+                      public QAccessibleTextInterface,
+                      public QAccessibleEditableTextInterface
 {
 public:
-    explicit DocumentInterface(QTextEdit *text)
-        : QAccessibleWidget(text, QAccessible::Document)
+    TextInterface(QTextEdit *text, QAccessible::Role role)
+        : QAccessibleWidget(text, role)
         , m_text(text)
     {
     }
@@ -23,19 +31,24 @@ public:
     {
         if (type == QAccessible::TextInterface)
             return static_cast<QAccessibleTextInterface *>(this);
+        if (type == QAccessible::EditableTextInterface && !m_text->isReadOnly())
+            return static_cast<QAccessibleEditableTextInterface *>(this);
         return QAccessibleWidget::interface_cast(type);
     }
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.readOnly = true;
+        state.readOnly = m_text->isReadOnly();
+        state.editable = !state.readOnly;
         state.multiLine = true;
         state.selectableText = true;
         return state;
     }
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Value ? m_text->toPlainText() : QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Value)
+            return QAccessibleWidget::text(kind);
+        return text(0, characterCount()).remove(hiddenCharacter);
     }
 
     void selection(int index, int *start, int *end) const override
@@ -59,7 +72,21 @@ public:
     }
     QString text(int start, int end) const override
     {
-        return between(start, end).selectedText().replace(QChar::ParagraphSeparator, u'\n');
+        QTextCursor cursor = between(start, end);
+        QString text = cursor.selectedText().replace(QChar::ParagraphSeparator, u'\n');
+        const int first = cursor.selectionStart();
+        for (QTextBlock block = m_text->document()->findBlock(first);
+             block.isValid() && block.position() < cursor.selectionEnd(); block = block.next()) {
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                if (!RtfCharStyle::isHidden(it.fragment().charFormat()))
+                    continue;
+                const int from = qMax(0, it.fragment().position() - first);
+                const int to = it.fragment().position() + it.fragment().length() - first;
+                for (int i = from; i < qMin<qsizetype>(to, text.size()); ++i)
+                    text[i] = hiddenCharacter;
+            }
+        }
+        return text;
     }
     int characterCount() const override { return m_text->document()->characterCount() - 1; }
     QRect characterRect(int offset) const override
@@ -79,10 +106,44 @@ public:
         const QTextBlock block = m_text->document()->findBlock(offset);
         *start = block.position();
         *end = block.position() + block.length();
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (!fragment.contains(offset))
+                continue;
+            *start = fragment.position();
+            *end = fragment.position() + fragment.length();
+            return attributesOf(fragment.charFormat());
+        }
         return {};
     }
 
+    void deleteText(int start, int end) override { between(start, end).removeSelectedText(); }
+    void insertText(int offset, const QString &text) override
+    {
+        between(offset, offset).insertText(text);
+    }
+    void replaceText(int start, int end, const QString &text) override
+    {
+        between(start, end).insertText(text);
+    }
+
 private:
+    /// In the form that screen readers expect.
+    static QString attributesOf(const QTextCharFormat &format)
+    {
+        const QFont font = format.font();
+        QString words = QStringLiteral("font-family:\"%1\";font-size:%2pt;")
+                            .arg(font.family())
+                            .arg(font.pointSizeF());
+        if (font.bold())
+            words += QStringLiteral("font-weight:bold;");
+        if (font.italic())
+            words += QStringLiteral("font-style:italic;");
+        if (font.underline())
+            words += QStringLiteral("text-underline-style:solid;");
+        return words;
+    }
+
     QTextCursor between(int start, int end) const
     {
         QTextCursor cursor(m_text->document());
@@ -101,7 +162,7 @@ QAccessibleInterface *interfaceOf(const QString & /*className*/, QObject *object
     if (!role.isValid())
         return nullptr;
     if (auto *text = qobject_cast<QTextEdit *>(object))
-        return new DocumentInterface(text);
+        return new TextInterface(text, static_cast<QAccessible::Role>(role.toInt()));
     return new QAccessibleWidget(
         static_cast<QWidget *>(object), static_cast<QAccessible::Role>(role.toInt()));
 }
@@ -123,17 +184,20 @@ void setRole(QWidget &control, QAccessible::Role role)
 {
     QAccessible::installFactory(interfaceOf); // once, however often it is called
     control.setProperty(roleProperty, static_cast<int>(role));
-    // While a reader listens, controls say things of themselves when they are made, and the toolkit
-    // has answered for this one already.
-    if (QAccessible::isActive()) {
-        if (QAccessibleInterface *former = QAccessible::queryAccessibleInterface(&control))
-            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(former));
-    }
+    // Controls say things of themselves when they are made, and the toolkit may have answered for
+    // this one already.
+    if (QAccessibleInterface *former = QAccessible::queryAccessibleInterface(&control))
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(former));
 }
 
 void makeDocument(QTextEdit &text)
 {
     setRole(text, QAccessible::Document);
+}
+
+void makeEditor(QTextEdit &text)
+{
+    setRole(text, QAccessible::EditableText);
 }
 
 } // namespace Accessible

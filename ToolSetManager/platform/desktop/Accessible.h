@@ -18,5 +18,7 @@ void setRole(QWidget &control, QAccessible::Role role);
 
 /// Makes a text that is only read a document, whose text can be read piece by piece.
 void makeDocument(QTextEdit &text);
+/// Formatted text that is edited: hidden text is not spoken.
+void makeEditor(QTextEdit &text);
 
 } // namespace Accessible

@@ -1,6 +1,7 @@
 #include "platform/rtf/RichText.h"
 
 #include "platform/picture/Metafile.h"
+#include "platform/rtf/RtfStyle.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
 
@@ -78,7 +79,11 @@ QString RichText::ownForm(const QString &text, const QString &family, double poi
 
 QStringList RichText::screenFonts()
 {
-    QStringList names = QFontDatabase::families();
+    QStringList names;
+    const QStringList families = QFontDatabase::families();
+    for (const QString &family : families)
+        names.append(RtfCharStyle::plainFamily(family)); // that of two makers is there twice
+    names.removeDuplicates();
     for (const char16_t *family :
         {u"Arial", u"Courier New", u"MS Sans Serif", u"Times New Roman"}) {
         if (!names.contains(QString::fromUtf16(family)))

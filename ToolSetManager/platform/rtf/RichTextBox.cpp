@@ -4,6 +4,8 @@
 #include "platform/rtf/RichText.h"
 #include "platform/rtf/RichTextPages.h"
 #include "platform/rtf/RtfMimeData.h"
+#include "platform/rtf/RtfNumbering.h"
+#include "platform/rtf/RtfRowEdit.h"
 #include "platform/rtf/RtfText.h"
 #include "platform/rtf/RtfWriter.h"
 #include "platform/text/CodePage.h"
@@ -26,9 +28,6 @@ using RtfProtection::Touch;
 namespace {
 
 constexpr int twipsPerPixel = Twips::perPixel;
-constexpr int twipsPerHalfPoint = Twips::perPoint / 2;
-constexpr int bulletHang = 200; ///< Between bullet and text where the paragraph says nothing.
-constexpr int nextTab = 720; ///< Distance of a stop that is added.
 
 // The toolkit's layout ends at 8,388,607 pixels, and never where a text goes on.
 constexpr double mostHeight = 6'000'000;
@@ -314,8 +313,11 @@ void RichTextBox::insertDocument(const QTextDocument &source, bool endsWithParag
     }
     QTextCursor cursor = textCursor();
     cursor.beginEditBlock();
+    const QTextBlockFormat rest = cursor.blockFormat();
     cursor.insertFragment(QTextDocumentFragment(&source));
-    if (endsWithParagraph)
+    if (endsWithParagraph && cursor.blockFormat().hasProperty(RtfRowProperty))
+        cursor.insertBlock(rest);
+    else if (endsWithParagraph)
         cursor.insertBlock();
     cursor.endEditBlock();
     setTextCursor(cursor);
@@ -379,283 +381,6 @@ void RichTextBox::reportSelection()
         Q_EMIT SelChange();
 }
 
-// --- Formats of the selection ---
-
-template <class Get>
-auto RichTextBox::charValue(Get get) const -> std::optional<decltype(get(QTextCharFormat()))>
-{
-    std::optional<decltype(get(QTextCharFormat()))> value;
-    bool mixed = false;
-    RtfSelection::visitCharacters(textCursor(), [&](const QTextCharFormat &format) {
-        const auto here = get(format);
-        mixed = value && *value != here;
-        value = here;
-        return !mixed;
-    });
-    if (mixed)
-        return std::nullopt;
-    return value ? value : get(currentCharFormat()); // no text, or paragraph marks alone
-}
-
-template <class Get>
-auto RichTextBox::paragraphValue(Get get) const -> std::optional<decltype(get(RtfParagraphStyle()))>
-{
-    std::optional<decltype(get(RtfParagraphStyle()))> value;
-    bool mixed = false;
-    RtfSelection::visitParagraphs(textCursor(), [&](const RtfParagraphStyle &style) {
-        const auto here = get(style);
-        mixed = value && *value != here;
-        value = here;
-        return !mixed;
-    });
-    return mixed ? std::nullopt : value;
-}
-
-void RichTextBox::changeCharacters(const RtfSelection::CharacterChange &change)
-{
-    if (textCursor().hasSelection())
-        RtfSelection::changeCharacters(textCursor(), font(), change);
-    else
-        setCurrentCharFormat(RtfSelection::changed(currentCharFormat(), font(), change));
-}
-
-void RichTextBox::setFlag(RtfCharStyle::Flag flag, bool on)
-{
-    changeCharacters([flag, on](RtfCharStyle &style) {
-        style.flags = static_cast<quint16>(on ? style.flags | flag : style.flags & ~flag);
-    });
-}
-
-void RichTextBox::changeParagraphs(const RtfSelection::ParagraphChange &change)
-{
-    RtfSelection::changeParagraphs(textCursor(), change);
-}
-
-std::optional<QString> RichTextBox::SelFontName() const
-{
-    return charValue(
-        [this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).family; });
-}
-
-void RichTextBox::setSelFontName(const QString &family)
-{
-    changeCharacters([&family](RtfCharStyle &style) { style.family = family; });
-}
-
-std::optional<double> RichTextBox::SelFontSize() const
-{
-    return charValue([this](const QTextCharFormat &f) {
-        return RtfCharStyle::fromFormat(f, font()).halfPoints / 2.0;
-    });
-}
-
-void RichTextBox::setSelFontSize(double points)
-{
-    constexpr double most = RtfCharStyle::maximumHalfPoints;
-    const int halfPoints = static_cast<int>(std::lround(qBound(1.0, points * 2, most)));
-    changeCharacters([halfPoints](RtfCharStyle &style) { style.halfPoints = halfPoints; });
-}
-
-std::optional<bool> RichTextBox::SelBold() const
-{
-    return charValue([](const QTextCharFormat &f) { return f.fontWeight() >= QFont::DemiBold; });
-}
-
-void RichTextBox::setSelBold(bool on)
-{
-    setFlag(RtfCharStyle::Bold, on);
-}
-
-std::optional<bool> RichTextBox::SelItalic() const
-{
-    return charValue([](const QTextCharFormat &f) { return f.fontItalic(); });
-}
-
-void RichTextBox::setSelItalic(bool on)
-{
-    setFlag(RtfCharStyle::Italic, on);
-}
-
-std::optional<bool> RichTextBox::SelUnderline() const
-{
-    return charValue([](const QTextCharFormat &f) { return f.fontUnderline(); });
-}
-
-void RichTextBox::setSelUnderline(bool on)
-{
-    setFlag(RtfCharStyle::Underline, on);
-}
-
-std::optional<bool> RichTextBox::SelStrikeThru() const
-{
-    return charValue([](const QTextCharFormat &f) { return f.fontStrikeOut(); });
-}
-
-void RichTextBox::setSelStrikeThru(bool on)
-{
-    setFlag(RtfCharStyle::Strike, on);
-}
-
-std::optional<bool> RichTextBox::SelProtected() const
-{
-    return charValue([](const QTextCharFormat &f) { return RtfCharStyle::isProtected(f); });
-}
-
-void RichTextBox::setSelProtected(bool on)
-{
-    setFlag(RtfCharStyle::Protected, on);
-}
-
-std::optional<QColor> RichTextBox::SelColor() const
-{
-    const auto colour = charValue(
-        [this](const QTextCharFormat &f) { return RtfCharStyle::fromFormat(f, font()).colour; });
-    if (!colour)
-        return std::nullopt;
-    return *colour ? QColor(**colour) : palette().color(QPalette::Text);
-}
-
-void RichTextBox::setSelColor(const QColor &colour)
-{
-    changeCharacters([&colour](RtfCharStyle &style) { style.colour = colour.rgb(); });
-}
-
-std::optional<int> RichTextBox::SelCharOffset() const
-{
-    return charValue([](const QTextCharFormat &f) {
-        return f.intProperty(RtfOffsetProperty) * twipsPerHalfPoint;
-    });
-}
-
-void RichTextBox::setSelCharOffset(int twips)
-{
-    constexpr int limit = RtfCharStyle::maximumHalfPoints;
-    const int offset =
-        qBound(-limit, static_cast<int>(std::lround(double(twips) / twipsPerHalfPoint)), limit);
-    changeCharacters([offset](RtfCharStyle &style) { style.offset = offset; });
-}
-
-std::optional<int> RichTextBox::SelAlignment() const
-{
-    return paragraphValue([](const RtfParagraphStyle &style) -> int {
-        switch (style.alignment) {
-        case RtfParagraphStyle::Right:
-            return rtfRight;
-        case RtfParagraphStyle::Centre:
-            return rtfCenter;
-        default:
-            return rtfLeft;
-        }
-    });
-}
-
-void RichTextBox::setSelAlignment(int alignment)
-{
-    changeParagraphs([alignment](RtfParagraphStyle &style) {
-        style.alignment = alignment == rtfRight ? RtfParagraphStyle::Right
-            : alignment == rtfCenter            ? RtfParagraphStyle::Centre
-                                                : RtfParagraphStyle::Left;
-    });
-}
-
-std::optional<bool> RichTextBox::SelBullet() const
-{
-    return paragraphValue([](const RtfParagraphStyle &style) { return style.bullet; });
-}
-
-void RichTextBox::setSelBullet(bool on)
-{
-    changeParagraphs([on](RtfParagraphStyle &style) {
-        if (on && !style.bullet && style.firstIndent == 0) {
-            style.leftIndent += bulletHang;
-            style.firstIndent = -bulletHang;
-        } else if (!on && style.bullet && style.firstIndent == -bulletHang) {
-            style.leftIndent -= bulletHang;
-            style.firstIndent = 0;
-        }
-        style.bullet = on;
-    });
-}
-
-std::optional<int> RichTextBox::SelIndent() const
-{
-    return paragraphValue(
-        [](const RtfParagraphStyle &style) { return style.leftIndent + style.firstIndent; });
-}
-
-void RichTextBox::setSelIndent(int twips)
-{
-    changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.leftIndent =
-            RtfParagraphStyle::bounded(RtfParagraphStyle::bounded(twips) - style.firstIndent);
-    });
-}
-
-std::optional<int> RichTextBox::SelHangingIndent() const
-{
-    return paragraphValue([](const RtfParagraphStyle &style) { return -style.firstIndent; });
-}
-
-void RichTextBox::setSelHangingIndent(int twips)
-{
-    changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.leftIndent = RtfParagraphStyle::bounded(
-            style.leftIndent + style.firstIndent + RtfParagraphStyle::bounded(twips));
-        style.firstIndent = -RtfParagraphStyle::bounded(twips);
-    });
-}
-
-std::optional<int> RichTextBox::SelRightIndent() const
-{
-    return paragraphValue([](const RtfParagraphStyle &style) { return style.rightIndent; });
-}
-
-void RichTextBox::setSelRightIndent(int twips)
-{
-    changeParagraphs([twips](RtfParagraphStyle &style) {
-        style.rightIndent = RtfParagraphStyle::bounded(twips);
-    });
-}
-
-std::optional<int> RichTextBox::SelTabCount() const
-{
-    return paragraphValue(
-        [](const RtfParagraphStyle &style) { return static_cast<int>(style.tabs.size()); });
-}
-
-void RichTextBox::setSelTabCount(int count)
-{
-    const auto wanted = qBound(qsizetype(0), qsizetype(count), RtfParagraphStyle::maximumTabs);
-    changeParagraphs([wanted](RtfParagraphStyle &style) {
-        style.tabs.resize(qMin(wanted, style.tabs.size()));
-        while (style.tabs.size() < wanted) {
-            const int last = style.tabs.isEmpty() ? 0 : style.tabs.last().position;
-            if (last > RtfParagraphStyle::maximumLength - nextTab)
-                break; // no text has a stop further out
-            style.tabs.append({last + nextTab, RtfTab::Left});
-        }
-    });
-}
-
-std::optional<int> RichTextBox::SelTabs(int index) const
-{
-    const auto position = paragraphValue([index](const RtfParagraphStyle &style) {
-        return index >= 0 && index < style.tabs.size() ? style.tabs.at(index).position : -1;
-    });
-    return position == -1 ? std::nullopt : position;
-}
-
-void RichTextBox::setSelTabs(int index, int twips)
-{
-    changeParagraphs([index, twips](RtfParagraphStyle &style) {
-        if (index < 0 || index >= style.tabs.size())
-            return;
-        style.tabs[index].position = RtfParagraphStyle::bounded(twips);
-        std::sort(style.tabs.begin(), style.tabs.end(),
-            [](const RtfTab &a, const RtfTab &b) { return a.position < b.position; });
-    });
-}
-
 // --- Protected text ---
 
 bool RichTextBox::isLocked(RtfProtection::Touch touch) const
@@ -684,8 +409,50 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         event->accept();
         return;
     }
+    if (pressKey(*event)) {
+        event->accept();
+        return;
+    }
     dropLockedFormat();
     QTextEdit::keyPressEvent(event);
+}
+
+/// What keys do in lists and tables; true when that is all.
+bool RichTextBox::pressKey(const QKeyEvent &key)
+{
+    QTextCursor cursor = textCursor();
+    const QTextCursor before = cursor;
+    if (key.matches(QKeySequence::Cut) && RtfRowEdit::cutsRows(cursor)) {
+        copy();
+        RtfRowEdit::clearCells(cursor);
+        setTextCursor(cursor);
+        return true;
+    }
+    const bool done = RtfRowEdit::keyPress(cursor, key);
+    if (cursor != before || cursor.anchor() != before.anchor())
+        setTextCursor(cursor);
+    if (done)
+        return true;
+    const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    return isEnter && (key.modifiers() & ~Qt::KeypadModifier) == 0 && enterInList();
+}
+
+bool RichTextBox::enterInList()
+{
+    QTextCursor cursor = textCursor();
+    const QTextCharFormat typed = currentCharFormat();
+    if (cursor.currentList() && cursor.block().length() == 1) {
+        setSelBullet(false); // the list ends with an item without text
+        setCurrentCharFormat(typed);
+        return true;
+    }
+    const auto format = RtfNumbering::enter(cursor);
+    if (!format)
+        return false;
+    setTextCursor(cursor);
+    setCurrentCharFormat(RtfProtection::typed(*format, font()));
+    ensureCursorVisible();
+    return true;
 }
 
 void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
@@ -694,6 +461,8 @@ void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
         event->accept();
         return;
     }
+    if (!event->commitString().isEmpty() || !event->preeditString().isEmpty())
+        clearCutRows();
     dropLockedFormat();
     QTextEdit::inputMethodEvent(event);
 }
@@ -713,12 +482,21 @@ void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
 
 void RichTextBox::dropEvent(QDropEvent *event)
 {
-    // Protected text may be dragged out, but stays.
+    // Protected text and parts of rows may be dragged out, but stay.
     if (event->source() == viewport() || event->source() == this) {
-        if (isLocked(Touch::Nothing))
+        if (isLocked(Touch::Nothing) || RtfRowEdit::cutsRows(textCursor()))
             event->setDropAction(Qt::CopyAction);
     }
     QTextEdit::dropEvent(event);
+}
+
+void RichTextBox::clearCutRows()
+{
+    QTextCursor cursor = textCursor();
+    if (!RtfRowEdit::cutsRows(cursor))
+        return;
+    RtfRowEdit::clearCells(cursor);
+    setTextCursor(cursor);
 }
 
 // --- Clipboard ---
@@ -737,10 +515,14 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
 {
     if (!canInsertFromMimeData(source))
         return;
-    dropLockedFormat();
+    const bool inRow = RtfRowEdit::isInRow(textCursor());
     QTextDocument text;
     text.setDefaultFont(font());
     RtfReader from = RichText::reader(m_codePage);
+    const auto makeRoom = [this] {
+        clearCutRows();
+        dropLockedFormat();
+    };
     const auto refused = [this](const QTextDocumentFragment &pasted, const QImage &picture) {
         const qint64 length = lengthWith(pasted);
         if (length > m_longestRTF)
@@ -748,17 +530,22 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
         return length > m_longestRTF;
     };
     if (const auto endsWithParagraph = RtfMimeData::readFormatted(*source, from, text)) {
+        if (inRow)
+            RtfRowEdit::fitCell(text);
         if (m_longestRTF > 0 && text.toPlainText().contains(QChar::ObjectReplacementCharacter)
             && refused(QTextDocumentFragment(&text), {}))
             return;
-        insertDocument(text, *endsWithParagraph);
+        makeRoom();
+        insertDocument(text, *endsWithParagraph && !inRow);
     } else if (source->hasImage()) {
         const QImage image = qvariant_cast<QImage>(source->imageData());
         if (image.isNull() || (m_longestRTF > 0 && refused(fragmentOf(image), image)))
             return;
+        makeRoom();
         insertPicture(image);
     } else {
-        setSelText(source->text());
+        makeRoom();
+        setSelText(inRow ? RtfRowEdit::fittedCell(source->text()) : source->text());
     }
     ensureCursorVisible();
 }

@@ -149,6 +149,9 @@ private:
     qint64 lengthWith(const QTextDocumentFragment &pasted) const;
     QTextDocumentFragment fragmentOf(const QImage &image) const;
     bool isLocked(RtfProtection::Touch touch) const;
+    bool pressKey(const QKeyEvent &key);
+    bool enterInList();
+    void clearCutRows();
     /// Before text is typed or pasted.
     void dropLockedFormat();
     void reportSelection();

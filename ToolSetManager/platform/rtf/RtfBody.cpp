@@ -2,6 +2,7 @@
 
 #include "platform/rtf/RtfCharset.h"
 #include "platform/rtf/RtfPicture.h"
+#include "platform/rtf/RtfRow.h"
 #include "platform/text/Twips.h"
 
 #include <QFont>
@@ -26,12 +27,19 @@ RtfBody::RtfBody(const QTextDocument &document)
 
 // --- Paragraphs ---
 
-void RtfBody::startParagraph(const QTextBlock &block)
+void RtfBody::startParagraph(const QTextBlock &block, bool whole)
 {
+    m_inRow = whole && RtfRow::isRow(block);
+    if (m_inRow) {
+        writeRow(RtfRow(RtfParagraphStyle::fromFormat(block.blockFormat(), false).row));
+        m_paragraphWritten = false;
+        return;
+    }
     if (!m_paragraphWritten || block.blockFormatIndex() != m_blockFormat) {
         m_blockFormat = block.blockFormatIndex();
-        const auto style =
+        auto style =
             RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList() != nullptr);
+        style.row.clear();
         if (!m_paragraphWritten || style != m_paragraph) {
             writeParagraphStyle(style);
             m_paragraph = style;
@@ -50,8 +58,24 @@ void RtfBody::endParagraph(const QTextBlock &block)
         Format &mark = format(block.charFormatIndex());
         writeFormat(mark, neutralCharset(mark));
     }
-    m_body.word("par");
+    if (m_inRow) {
+        m_body.word("cell");
+        m_body.word("row");
+    } else {
+        m_body.word("par");
+    }
     m_body.raw("\r\n");
+}
+
+void RtfBody::writeRow(const RtfRow &row)
+{
+    m_body.word("trowd");
+    m_body.word("trgaph", row.gap());
+    m_body.word("trleft", row.left());
+    for (const int edge : row.edges())
+        m_body.word("cellx", edge);
+    m_body.word("pard");
+    m_body.word("intbl");
 }
 
 void RtfBody::writeParagraphStyle(const RtfParagraphStyle &style)
@@ -157,7 +181,7 @@ void RtfBody::writeCharacter(char16_t unit, Format &format)
     writeFormat(format, encoded ? encoded->charset : neutralCharset(format));
     switch (unit) {
     case u'\t':
-        m_body.word("tab");
+        m_body.word(m_inRow ? "cell" : "tab");
         return;
     case QChar::LineSeparator:
         m_body.word("line");
@@ -179,7 +203,10 @@ void RtfBody::writeCharacter(char16_t unit, Format &format)
         return;
     }
     const auto byte = static_cast<unsigned char>(encoded->byte);
-    if (RtfOutput::needsEscape(byte))
+    // In a symbol font it is none of these characters, and readers differ in how they take it.
+    if (RtfOutput::needsEscape(byte) && encoded->charset == RtfCharset::symbolCharset)
+        m_body.hexByte(encoded->byte);
+    else if (RtfOutput::needsEscape(byte))
         m_body.escaped(encoded->byte);
     else if (RtfOutput::isPlain(byte))
         m_body.plain(encoded->byte);

@@ -12,6 +12,7 @@
 class QTextBlock;
 class QTextDocument;
 class QTextFragment;
+class RtfRow;
 struct RtfPicture;
 
 /// The writing side's text under way: gathers fonts and colours while the body is written, and
@@ -22,7 +23,8 @@ public:
     /// The document is borrowed.
     explicit RtfBody(const QTextDocument &document);
 
-    void startParagraph(const QTextBlock &block);
+    /// \a whole: all of it will be written, its mark included; only then it can be a table's row.
+    void startParagraph(const QTextBlock &block, bool whole);
     /// Writes \a length characters of the fragment from its character \a start on.
     void addFragment(const QTextFragment &fragment, int start, int length);
     void endParagraph(const QTextBlock &block);
@@ -60,6 +62,7 @@ private:
     int colourNumber(const std::optional<QRgb> &colour);
 
     void writeParagraphStyle(const RtfParagraphStyle &style);
+    void writeRow(const RtfRow &row);
     void writeTabs(const RtfParagraphStyle &style);
     void writeBulletText();
     /// Brings what is in force to the format, with a font of that charset.
@@ -86,4 +89,5 @@ private:
     RtfParagraphStyle m_paragraph;
     int m_blockFormat = -1; ///< Number of the document's format that m_paragraph is.
     bool m_paragraphWritten = false;
+    bool m_inRow = false; ///< Tabs are the ends of cells.
 };

@@ -54,8 +54,9 @@ int RtfBuilder::addFormat(const QTextCharFormat &format)
 void RtfBuilder::addParagraph(
     const RtfLine &label, const RtfLine &line, const RtfParagraphStyle &style, int mark)
 {
-    const QTextBlockFormat &paragraph = blockFormat(style);
     const QTextCharFormat &markFormat = format(mark);
+    const QTextBlockFormat &paragraph =
+        blockFormat(style, style.bullet ? RtfCharStyle::halfPointsOf(markFormat) : 0);
     if (m_first) {
         m_cursor.setBlockFormat(paragraph);
         m_cursor.setBlockCharFormat(markFormat);
@@ -86,12 +87,13 @@ void RtfBuilder::insertRuns(const RtfLine &line)
     }
 }
 
-const QTextBlockFormat &RtfBuilder::blockFormat(const RtfParagraphStyle &style)
+const QTextBlockFormat &RtfBuilder::blockFormat(const RtfParagraphStyle &style, int halfPoints)
 {
-    if (style == m_lastStyle)
+    if (style == m_lastStyle && halfPoints == m_lastHalfPoints)
         return m_lastFormat;
     m_lastStyle = style;
-    m_lastFormat = style.toFormat();
+    m_lastHalfPoints = halfPoints;
+    m_lastFormat = style.toFormat(halfPoints);
     if (style.bullet && m_list >= 0)
         m_lastFormat.setObjectIndex(m_list);
     return m_lastFormat;

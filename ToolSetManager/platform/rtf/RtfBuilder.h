@@ -53,12 +53,13 @@ public:
 
 private:
     void insertRuns(const RtfLine &line);
-    const QTextBlockFormat &blockFormat(const RtfParagraphStyle &style);
+    const QTextBlockFormat &blockFormat(const RtfParagraphStyle &style, int halfPoints);
 
     QTextCursor m_cursor;
     std::vector<QTextCharFormat> m_formats;
     RtfParagraphStyle m_lastStyle;
-    QTextBlockFormat m_lastFormat; ///< Of m_lastStyle.
+    int m_lastHalfPoints = 0;
+    QTextBlockFormat m_lastFormat; ///< Of m_lastStyle with a mark of that size.
     int m_list = -1; ///< Object index of the list that bulleted paragraphs join.
     int m_listLength; ///< Its paragraphs.
     bool m_first = true;

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -16,9 +17,22 @@ struct CharsetRow
     int codePage;
 };
 
-constexpr CharsetRow charsets[] = {{0, 1252}, {77, 10000}, {128, 932}, {129, 949}, {130, 1361},
-    {134, 936}, {136, 950}, {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256},
-    {186, 1257}, {204, 1251}, {222, 874}, {238, 1250}, {254, 437}, {255, 850}};
+constexpr CharsetRow charsets[] = {{0, 1252}, {77, 10000}, {78, 10001}, {79, 10003}, {80, 10008},
+    {81, 10002}, {85, 10006}, {86, 10081}, {88, 10029}, {89, 10007}, {128, 932}, {129, 949},
+    {130, 1361}, {134, 936}, {136, 950}, {161, 1253}, {162, 1254}, {163, 1258}, {177, 1255},
+    {178, 1256}, {186, 1257}, {204, 1251}, {222, 874}, {238, 1250}, {254, 437}, {255, 850}};
+
+struct Script
+{
+    QLatin1StringView name;
+    int charset;
+};
+
+/// Word processors list a font once for each script, its name followed by that of the script.
+constexpr Script scripts[] = {{QLatin1StringView(" CE"), 238}, {QLatin1StringView(" Cyr"), 204},
+    {QLatin1StringView(" Greek"), 161}, {QLatin1StringView(" Tur"), 162},
+    {QLatin1StringView(" (Hebrew)"), 177}, {QLatin1StringView(" (Arabic)"), 178},
+    {QLatin1StringView(" Baltic"), 186}, {QLatin1StringView(" (Vietnamese)"), 163}};
 
 struct Codec
 {
@@ -27,11 +41,21 @@ struct Codec
     bool multiByte;
 };
 
+/// The East Asian ones of the Macintosh are taken for what they grew from.
 constexpr Codec codecs[] = {{437, "IBM437", false}, {850, "IBM850", false}, {852, "IBM852", false},
     {866, "IBM866", false}, {932, "windows-932", true}, {936, "windows-936", true},
     {949, "windows-949", true}, {950, "windows-950", true}, {1361, "windows-1361", true},
-    {10000, "macintosh", false}, {10007, "x-mac-cyrillic", false}, {54936, "gb18030", true},
-    {65001, "UTF-8", true}};
+    {10000, "macintosh", false}, {10001, "Shift_JIS", true}, {10002, "Big5", true},
+    {10003, "EUC-KR", true}, {10006, "x-mac-greek", false}, {10007, "x-mac-cyrillic", false},
+    {10008, "GB2312", true}, {10029, "x-mac-centraleurroman", false},
+    {10081, "x-mac-turkish", false}, {54936, "gb18030", true}, {65001, "UTF-8", true}};
+
+const Codec *codecOf(int codePage)
+{
+    const auto *found = std::find_if(std::begin(codecs), std::end(codecs),
+        [codePage](const Codec &codec) { return codec.codePage == codePage; });
+    return found != std::end(codecs) && QStringDecoder(found->name).isValid() ? found : nullptr;
+}
 
 /// The encoding of the font "Symbol" from byte 0x20 on; 0 where it is undefined.
 constexpr char16_t symbolFont[] = {0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x0025, 0x0026,
@@ -134,15 +158,11 @@ RtfCharset::RtfCharset(int codePage)
         fillSymbols();
         return;
     }
-    for (const Codec &codec : codecs) {
-        if (codec.codePage != codePage)
-            continue;
-        if (!QStringDecoder(codec.name).isValid())
-            break;
-        if (codec.multiByte)
-            m_codec = codec.name;
+    if (const Codec *codec = codecOf(codePage)) {
+        if (codec->multiByte)
+            m_codec = codec->name;
         else
-            fill(codec.name);
+            fill(codec->name);
         return;
     }
     const CodePage page(codePage);
@@ -177,6 +197,20 @@ void RtfCharset::fillSymbols()
     }
 }
 
+bool RtfCharset::isLead(char byte) const
+{
+    const auto value = static_cast<unsigned char>(byte);
+    switch (m_codePage) {
+    case 932:
+    case 10001:
+        return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
+    case 65001: // no byte of its letters is ASCII
+        return false;
+    default:
+        return isMultiByte() && value >= 0x81 && value <= 0xFE;
+    }
+}
+
 QString RtfCharset::decode(QByteArrayView bytes) const
 {
     if (isMultiByte()) {
@@ -208,6 +242,46 @@ int RtfCharset::codePageOf(int charset, const QString &family, int documentPage)
             return row.codePage;
     }
     return documentPage;
+}
+
+std::optional<int> RtfCharset::dropScript(QString &family)
+{
+    const auto isThere = [&family](const Script &script) {
+        return family.size() > script.name.size()
+            && family.endsWith(script.name, Qt::CaseInsensitive);
+    };
+    std::optional<int> charset;
+    for (;;) {
+        family = std::move(family).trimmed();
+        const qsizetype maker = family.lastIndexOf(QLatin1StringView(" ["));
+        const auto *script = std::find_if(std::begin(scripts), std::end(scripts), isThere);
+        if (script != std::end(scripts)) {
+            family.chop(script->name.size());
+            if (!charset)
+                charset = script->charset;
+        } else if (maker > 0 && family.endsWith(u']')) {
+            family.truncate(maker);
+        } else {
+            return charset;
+        }
+    }
+}
+
+int RtfCharset::known(int codePage)
+{
+    const bool symbols =
+        codePage == symbolPage || codePage == symbolFontPage || codePage == wingdingsPage;
+    return symbols || codecOf(codePage) ? codePage : CodePage(codePage).number();
+}
+
+const RtfCharset &RtfCharsets::page(int codePage)
+{
+    auto found = m_pages.find(codePage);
+    if (found == m_pages.end()) {
+        codePage = RtfCharset::known(codePage);
+        found = m_pages.try_emplace(codePage, codePage).first;
+    }
+    return found->second;
 }
 
 std::optional<RtfCharset::Encoded> RtfCharset::encode(

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <array>
+#include <map>
 #include <optional>
 
 /// The meaning of bytes above 127 (and, in symbol fonts, of all bytes) in a piece of RTF: the code
@@ -25,6 +26,8 @@ public:
     int codePage() const { return m_codePage; }
     /// True when a character may take two or more bytes; then only decode() tells what they mean.
     bool isMultiByte() const { return !m_codec.isEmpty(); }
+    /// True for the first byte of a letter of two.
+    bool isLead(char byte) const;
     /// True when bytes below 128 are ASCII.
     bool isAsciiBased() const { return m_asciiBased; }
 
@@ -39,6 +42,11 @@ public:
     /// The code page of a font with that \fcharset number; \a documentPage for the number 1 and
     /// unknown ones.
     static int codePageOf(int charset, const QString &family, int documentPage);
+    /// Leaves of a font's name what other readers know: "Arial CE" is the font Arial with another
+    /// charset, whose number is returned; "C059 [urw]" is C059, which the system has twice.
+    static std::optional<int> dropScript(QString &family);
+    /// The page that a number means: 1252 for all that are not known.
+    static int known(int codePage);
 
     /// A character as a byte of a font with some \fcharset number.
     struct Encoded
@@ -58,4 +66,15 @@ private:
     bool m_asciiBased = true;
     QByteArray m_codec; ///< Of a multi-byte code page.
     std::array<char16_t, 256> m_table {};
+};
+
+/// Code pages that are in use; making one is expensive, and few are needed.
+class RtfCharsets
+{
+public:
+    /// Stays where it is.
+    const RtfCharset &page(int codePage);
+
+private:
+    std::map<int, RtfCharset> m_pages;
 };

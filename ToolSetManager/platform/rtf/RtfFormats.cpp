@@ -5,6 +5,14 @@
 #include <QFont>
 #include <QTextDocument>
 
+namespace {
+
+/// Looking for a font takes the system a millisecond: a text that names more than any text needs is
+/// shown in the usual one from there on, and keeps its names.
+constexpr qsizetype maximumFamilies = 500;
+
+} // namespace
+
 RtfFormats::RtfFormats(RtfBuilder &builder, const QTextDocument &document, int codePage)
     : m_builder(builder)
     , m_document(document)
@@ -14,7 +22,7 @@ RtfFormats::RtfFormats(RtfBuilder &builder, const QTextDocument &document, int c
 
 void RtfFormats::readFonts(RtfTokenizer &tokenizer)
 {
-    m_fonts.read(tokenizer, m_documentPage);
+    m_fonts.read(tokenizer, m_documentPage, m_charsets);
     m_formats.clear();
 }
 
@@ -32,11 +40,17 @@ const RtfFont *RtfFormats::font(const RtfCharState &state) const
 const RtfCharset &RtfFormats::charset(const RtfCharState &state)
 {
     const RtfFont *of = font(state);
-    const int page = of ? of->codePage : m_documentPage;
-    auto &entry = m_charsets[page];
-    if (!entry)
-        entry = std::make_shared<const RtfCharset>(page);
-    return *entry;
+    return m_charsets.page(of ? of->codePage : m_documentPage);
+}
+
+QTextCharFormat RtfFormats::shownFormat(const RtfCharStyle &style)
+{
+    QTextCharFormat format = style.toFormat();
+    if (m_families.size() < maximumFamilies)
+        m_families.insert(style.family);
+    else if (!m_families.contains(style.family))
+        format.setFontFamilies({m_document.defaultFont().family()});
+    return format;
 }
 
 int RtfFormats::format(const RtfCharState &state)
@@ -55,7 +69,7 @@ int RtfFormats::format(const RtfCharState &state)
         // States that differ in the charset alone look the same and make one run.
         auto &number = m_styles[style];
         if (number == 0)
-            number = m_builder.addFormat(style.toFormat()) + 1;
+            number = m_builder.addFormat(shownFormat(style)) + 1;
         entry->second = number - 1;
     }
     return entry->second;

@@ -5,8 +5,8 @@
 #include "platform/rtf/RtfTables.h"
 
 #include <QHash>
+#include <QSet>
 
-#include <memory>
 #include <unordered_map>
 
 class QTextDocument;
@@ -30,19 +30,25 @@ public:
     // --- A state ---
     /// Null when the table does not have the font.
     const RtfFont *font(const RtfCharState &state) const;
+    /// The number of a font of that name, which is added where the table has none.
+    int fontNumber(const QString &family) { return m_fonts.number(family, m_documentPage); }
+    const RtfCharset &page(int codePage) { return m_charsets.page(codePage); }
     /// What bytes in that font mean.
     const RtfCharset &charset(const RtfCharState &state);
     /// Its look as a format of the builder. The numbers given before a table is read stay good.
     int format(const RtfCharState &state);
 
 private:
+    QTextCharFormat shownFormat(const RtfCharStyle &style);
+
     RtfBuilder &m_builder;
     const QTextDocument &m_document;
     int m_documentPage;
     int m_defaultFont = 0;
     RtfFontTable m_fonts;
     RtfColourTable m_colours;
-    QHash<int, std::shared_ptr<const RtfCharset>> m_charsets; ///< By code page.
+    RtfCharsets m_charsets;
     std::unordered_map<RtfCharState, int, RtfCharState::Hash> m_formats;
     QHash<RtfCharStyle, int> m_styles; ///< Format number plus 1.
+    QSet<QString> m_families; ///< That are shown as they are.
 };

@@ -22,6 +22,9 @@ enum class RtfWord : unsigned char {
     Background,
     OffsetUp,
     OffsetDown,
+    Script, ///< What the words for associated formats speak of, from here on: an RtfScript.
+    AssociatedSize,
+    AssociatedFlag,
     // Paragraph formats
     ParagraphDefaults,
     Alignment, ///< `value` is one of RtfParagraphStyle::Alignment.
@@ -48,7 +51,6 @@ enum class RtfWord : unsigned char {
     NestedCell,
     Row,
     NestedRow,
-    NestedTableProperties,
     // Document
     Ansi,
     AnsiCodePage,
@@ -65,6 +67,8 @@ enum class RtfWord : unsigned char {
     Picture,
     NewPicture,
     OldPicture,
+    NestedTableProperties,
+    FieldInstruction,
     Entered, ///< A group whose text counts.
     EitherOr, ///< The next group says the same in bytes only.
     Skipped, ///< A group whose text does not count.
@@ -86,6 +90,15 @@ enum class RtfWord : unsigned char {
     PictureGoalHeight,
     PictureScaleX,
     PictureScaleY
+};
+
+/// Kinds of letters that may have formats of their own in one text.
+enum class RtfScript : unsigned char {
+    Any,
+    Western, ///< `\loch`
+    Other, ///< `\hich`
+    EastAsian, ///< `\dbch`
+    RightToLeft ///< Or whichever direction the text does not have.
 };
 
 struct RtfKeyword

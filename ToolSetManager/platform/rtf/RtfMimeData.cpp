@@ -1,9 +1,12 @@
 #include "platform/rtf/RtfMimeData.h"
 
 #include "platform/rtf/RtfReader.h"
+#include "platform/rtf/RtfStyle.h"
+#include "platform/rtf/RtfWebPage.h"
 #include "platform/rtf/RtfWriter.h"
 
 #include <QMimeData>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -24,17 +27,6 @@ QByteArray rtfOf(const QMimeData &data)
     return {};
 }
 
-/// The toolkit would read files of this computer for a page that names them.
-class WebText : public QTextDocument
-{
-protected:
-    QVariant loadResource(int type, const QUrl &name) override
-    {
-        const bool inPage = name.scheme() == QLatin1StringView("data");
-        return inPage ? QTextDocument::loadResource(type, name) : QVariant();
-    }
-};
-
 /// The picture that is all of the selection; null for other selections.
 QVariant pictureOf(const QTextCursor &cursor)
 {
@@ -49,6 +41,30 @@ QVariant pictureOf(const QTextCursor &cursor)
         QTextDocument::ImageResource, QUrl(format.toImageFormat().name()));
 }
 
+/// The selection without hidden text, which no other program would hide.
+QTextDocumentFragment shownPart(const QTextCursor &cursor)
+{
+    QTextDocument part;
+    QTextCursor at(&part);
+    at.insertFragment(QTextDocumentFragment(cursor));
+    QList<std::pair<int, int>> hidden;
+    for (QTextBlock block = part.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (RtfCharStyle::isHidden(fragment.charFormat()))
+                hidden.prepend({fragment.position(), fragment.position() + fragment.length()});
+        }
+    }
+    if (hidden.isEmpty())
+        return QTextDocumentFragment(cursor);
+    for (const auto &[from, to] : std::as_const(hidden)) {
+        at.setPosition(from);
+        at.setPosition(to, QTextCursor::KeepAnchor);
+        at.removeSelectedText();
+    }
+    return QTextDocumentFragment(&part);
+}
+
 } // namespace
 
 namespace RtfMimeData {
@@ -59,9 +75,9 @@ QMimeData *fromSelection(const QTextCursor &cursor)
     const QByteArray rtf = RtfWriter::writeSelection(cursor);
     for (const char *type : rtfTypes)
         selected->setData(QLatin1StringView(type), rtf);
-    const QTextDocumentFragment fragment(cursor);
-    selected->setHtml(fragment.toHtml());
-    selected->setText(fragment.toPlainText());
+    const QTextDocumentFragment shown = shownPart(cursor);
+    selected->setHtml(shown.toHtml());
+    selected->setText(shown.toPlainText());
     const QVariant picture = pictureOf(cursor);
     if (picture.isValid())
         selected->setImageData(picture);
@@ -82,10 +98,7 @@ std::optional<bool> readFormatted(const QMimeData &data, RtfReader &reader, QTex
     }
     if (!data.hasHtml())
         return std::nullopt;
-    WebText web;
-    web.setDefaultFont(document.defaultFont());
-    web.setHtml(data.html());
-    reader.read(RtfWriter::write(web), document);
+    reader.read(RtfWebPage(data.html(), document.defaultFont()).toRtf(), document);
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/rtf/RtfParser.h"
 
+#include "platform/rtf/RtfField.h"
 #include "platform/rtf/RtfGroup.h"
 #include "platform/rtf/RtfPictureGroup.h"
 
@@ -10,8 +11,6 @@ namespace {
 /// Deeper groups share their state: real texts nest a dozen deep, and a text made of braces must
 /// not take more memory than its size warrants.
 constexpr size_t maximumSavedStates = 100'000;
-
-constexpr int maximumFallback = 255; // of \uc
 
 qint64 pictureBudget(const RtfReadOptions &options, qsizetype size)
 {
@@ -25,9 +24,9 @@ qint64 pictureBudget(const RtfReadOptions &options, qsizetype size)
 } // namespace
 
 RtfParser::RtfParser(const RtfReadOptions &options, QByteArrayView bytes, QTextDocument &document)
-    : m_options(options)
+    : RtfWalker(bytes)
+    , m_options(options)
     , m_document(document)
-    , m_tokenizer(bytes)
     , m_builder(document)
     , m_formats(m_builder, document, options.defaultCodePage)
     , m_pictureMemory(pictureBudget(options, bytes.size()))
@@ -38,39 +37,7 @@ RtfParser::~RtfParser() = default;
 
 bool RtfParser::run()
 {
-    do {
-        const RtfToken token = m_tokenizer.next();
-        switch (token.kind) {
-        case RtfToken::End:
-            m_depth = 0;
-            break;
-        case RtfToken::GroupStart:
-            openGroup();
-            break;
-        case RtfToken::GroupEnd:
-            if (m_depth == 1)
-                m_depth = 0; // the last paragraph looks as its end does, not as the beginning did
-            else
-                closeGroup();
-            break;
-        case RtfToken::Word:
-            word(token);
-            break;
-        case RtfToken::Symbol:
-            symbol(token.byte);
-            break;
-        case RtfToken::Byte:
-            byte(token.byte);
-            break;
-        case RtfToken::Text:
-            text(token);
-            break;
-        case RtfToken::Binary: // outside a picture
-            m_skipCharacters = qMax(0, m_skipCharacters - 1);
-            break;
-        }
-    } while (m_depth > 0);
-    decodePending();
+    walk();
     const bool ended = m_line.isEmpty() && m_label.isEmpty() && !m_builder.isEmpty();
     if (!ended)
         endParagraph();
@@ -79,23 +46,10 @@ bool RtfParser::run()
 
 // --- Groups ---
 
-void RtfParser::openGroup()
+void RtfParser::groupClosed()
 {
-    decodePending();
-    m_skipCharacters = 0;
-    m_ignorable = false;
-    ++m_depth;
-    ++m_unsavedGroups;
-    if (std::exchange(m_skipNextGroup, false))
-        skipGroup();
-}
-
-void RtfParser::closeGroup()
-{
-    decodePending();
-    m_skipCharacters = 0;
-    m_ignorable = false;
-    --m_depth;
+    if (m_symbol && depth() <= m_symbol->depth)
+        insertSymbol();
     if (m_unsavedGroups > 0) {
         --m_unsavedGroups;
     } else if (!m_saved.empty()) {
@@ -116,118 +70,40 @@ RtfState &RtfParser::change()
 
 RtfCharState &RtfParser::changeCharacters()
 {
-    decodePending();
+    flush();
     m_format = -1;
     return change().characters;
 }
 
-void RtfParser::skipGroup()
-{
-    RtfGroup group(m_tokenizer);
-    while (group.next()) { }
-    closeGroup();
-}
-
 // --- Text ---
 
-void RtfParser::text(const RtfToken &token)
+void RtfParser::bytes(QByteArrayView text, bool plain)
 {
-    m_ignorable = false;
-    QByteArrayView bytes = token.text;
-    if (m_skipCharacters > 0) {
-        const qsizetype skipped = qMin(bytes.size(), qsizetype(m_skipCharacters));
-        m_skipCharacters -= static_cast<int>(skipped);
-        bytes = bytes.sliced(skipped);
-        if (bytes.isEmpty())
-            return;
-    }
     const RtfCharset &page = charset();
-    if (page.isMultiByte() && (!token.plain || !m_pending.isEmpty())) {
-        m_pending.append(bytes);
-    } else if (token.plain && page.isAsciiBased()) {
-        line().text.append(QLatin1StringView(bytes.data(), bytes.size()));
+    if (page.isMultiByte() && (!plain || !m_pending.isEmpty())) {
+        m_pending.append(text);
+        for (const char c : text)
+            m_inLetter = !m_inLetter && page.isLead(c);
+    } else if (plain && page.isAsciiBased()) {
+        line().text.append(QLatin1StringView(text.data(), text.size()));
         closeRun();
     } else {
-        for (const char c : bytes)
+        for (const char c : text)
             appendToLine(c == '\t' ? u'\t' : page.character(c));
         closeRun();
     }
 }
 
-void RtfParser::byte(char byte)
+void RtfParser::unicode(char16_t unit)
 {
-    m_ignorable = false;
-    if (m_skipCharacters > 0) {
-        --m_skipCharacters;
-        return;
+    // Symbol fonts are also written with its bytes in the range for private use.
+    const RtfFont *font = m_formats.font(m_state.characters);
+    if ((unit & 0xFF00) == 0xF000 && (unit & 0xFF) >= 0x20 && font
+        && RtfCharset::isSymbolFont(font->family)) {
+        const RtfCharset &symbols = m_formats.page(RtfCharset::fontPage(font->family));
+        unit = symbols.character(static_cast<char>(unit & 0xFF));
     }
-    const RtfCharset &page = charset();
-    if (page.isMultiByte())
-        m_pending.append(byte);
-    else
-        character(byte == '\t' ? u'\t' : page.character(byte));
-}
-
-void RtfParser::symbol(char symbol)
-{
-    if (symbol == '*') {
-        m_ignorable = true;
-        return;
-    }
-    if (symbol == '\r' || symbol == '\n') {
-        m_skipCharacters = 0;
-        word({.kind = RtfToken::Word, .text = "par"});
-        return;
-    }
-    if (m_skipCharacters > 0) {
-        --m_skipCharacters;
-        return;
-    }
-    decodePending();
-    switch (symbol) {
-    case '\\':
-    case '{':
-    case '}':
-        character(static_cast<char16_t>(symbol));
-        break;
-    case '~':
-        character(QChar::Nbsp);
-        break;
-    case '-':
-        character(QChar::SoftHyphen);
-        break;
-    case '_':
-        character(0x2011);
-        break;
-    case '\t':
-        character(u'\t');
-        break;
-    default: // parts of index entries and formulas
-        break;
-    }
-}
-
-void RtfParser::unicode(int number)
-{
-    decodePending();
-    if (number < 0)
-        number += 0x10000;
-    if (number > 0xFFFF && number <= 0x10FFFF) { // not in the standard, but it is written
-        const auto code = static_cast<char32_t>(number);
-        appendToLine(QChar::highSurrogate(code));
-        character(QChar::lowSurrogate(code));
-    } else if (number > 0 && number <= 0xFFFF) {
-        // Symbol fonts are also written with its bytes in the range for private use.
-        const RtfFont *font = m_formats.font(m_state.characters);
-        if ((number & 0xFF00) == 0xF000 && (number & 0xFF) >= 0x20 && font
-            && RtfCharset::isSymbolFont(font->family)) {
-            const RtfCharset symbols(RtfCharset::fontPage(font->family));
-            character(symbols.character(static_cast<char>(number & 0xFF)));
-        } else {
-            character(static_cast<char16_t>(number));
-        }
-    }
-    m_skipCharacters = m_state.fallbackLength;
+    character(unit);
 }
 
 void RtfParser::character(char16_t unit)
@@ -255,8 +131,9 @@ void RtfParser::appendToLine(char16_t unit)
     line().text.append(QChar(unit));
 }
 
-void RtfParser::decodePending()
+void RtfParser::flush()
 {
+    m_inLetter = false;
     if (m_pending.isEmpty())
         return;
     const QString decoded = charset().decode(std::exchange(m_pending, {}));
@@ -294,32 +171,15 @@ int RtfParser::currentFormat()
 
 // --- Words ---
 
-void RtfParser::word(const RtfToken &token)
+void RtfParser::word(RtfKeyword keyword, const RtfToken &token)
 {
-    const RtfKeyword keyword = rtfKeyword(token.text);
-    if (m_skipCharacters > 0) {
-        // A word may stand for one fallback character; one that writes no text ends the fallback.
-        if (keyword.word == RtfWord::Character) {
-            --m_skipCharacters;
-            return;
-        }
-        m_skipCharacters = 0;
-    }
-    const bool isGroup = keyword.word >= RtfWord::FontTable && keyword.word <= RtfWord::Skipped;
-    if (std::exchange(m_ignorable, false) && !isGroup
-        && keyword.word != RtfWord::NestedTableProperties) {
-        skipGroup();
-        return;
-    }
-    if (isGroup)
-        groupWord(keyword);
-    else if (keyword.word >= RtfWord::Ansi && keyword.word <= RtfWord::DefaultFont)
+    if (keyword.word >= RtfWord::Ansi && keyword.word <= RtfWord::DefaultFont)
         documentWord(keyword, token);
     else if (keyword.word >= RtfWord::InTable && keyword.word < RtfWord::Ansi)
         tableWord(keyword, token);
     else if (keyword.word >= RtfWord::ParagraphDefaults && keyword.word < RtfWord::InTable)
         change().applyToParagraph(keyword, token);
-    else if (keyword.word >= RtfWord::Character && keyword.word < RtfWord::ParagraphDefaults)
+    else if (keyword.word < RtfWord::ParagraphDefaults)
         characterWord(keyword, token);
 }
 
@@ -327,18 +187,15 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
 {
     switch (keyword.word) {
     case RtfWord::Character:
-        decodePending();
+        flush();
         character(static_cast<char16_t>(keyword.value));
-        break;
-    case RtfWord::Unicode:
-        unicode(token.parameter);
         break;
     case RtfWord::FallbackLength:
         change().fallbackLength =
             token.hasParameter ? qBound(0, token.parameter, maximumFallback) : 1;
         break;
     case RtfWord::Paragraph:
-        decodePending();
+        flush();
         if (m_state.inTable)
             character(QChar::LineSeparator);
         else
@@ -346,7 +203,7 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         break;
     case RtfWord::Page:
     case RtfWord::Section:
-        decodePending();
+        flush();
         if (!m_line.isEmpty())
             endParagraph();
         if (keyword.word == RtfWord::Page)
@@ -354,7 +211,18 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
         break;
     case RtfWord::Plain:
         changeCharacters() = {};
+        m_state.script = RtfScript::Any;
         m_charset = nullptr;
+        break;
+    case RtfWord::Script:
+        if (const RtfScript script = m_state.scriptAfter(keyword); script != m_state.script)
+            change().script = script;
+        break;
+    case RtfWord::AssociatedSize:
+    case RtfWord::AssociatedFlag:
+        // Those of other scripts say how text would look that is not there.
+        if (m_state.script == RtfScript::EastAsian || m_state.script == RtfScript::Any)
+            changeCharacters().apply(keyword, token);
         break;
     case RtfWord::Font:
         changeCharacters().apply(keyword, token); // looks up the former font for what is pending
@@ -368,7 +236,7 @@ void RtfParser::characterWord(RtfKeyword keyword, const RtfToken &token)
 
 void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
 {
-    decodePending();
+    flush();
     m_charset = nullptr;
     switch (keyword.word) {
     case RtfWord::AnsiCodePage:
@@ -390,24 +258,23 @@ void RtfParser::documentWord(RtfKeyword keyword, const RtfToken &token)
     }
 }
 
-void RtfParser::groupWord(RtfKeyword keyword)
+void RtfParser::group(RtfWord word)
 {
-    decodePending();
-    switch (keyword.word) {
+    switch (word) {
     case RtfWord::FontTable:
-        m_formats.readFonts(m_tokenizer);
+        m_formats.readFonts(tokenizer());
         closeGroup();
         break;
     case RtfWord::ColourTable:
-        m_formats.readColours(m_tokenizer);
+        m_formats.readColours(tokenizer());
         closeGroup();
         break;
     case RtfWord::ListTable:
-        m_lists.readLists(m_tokenizer);
+        m_lists.readLists(tokenizer());
         closeGroup();
         break;
     case RtfWord::ListOverrideTable:
-        m_lists.readOverrides(m_tokenizer);
+        m_lists.readOverrides(tokenizer());
         closeGroup();
         break;
     case RtfWord::OldList:
@@ -429,11 +296,11 @@ void RtfParser::groupWord(RtfKeyword keyword)
         else
             change().oldPicture = true;
         break;
-    case RtfWord::EitherOr:
-        m_skipNextGroup = true;
+    case RtfWord::NestedTableProperties:
+        readNestedTableProperties();
         break;
-    case RtfWord::Skipped:
-        skipGroup();
+    case RtfWord::FieldInstruction:
+        readField();
         break;
     default:
         break;
@@ -445,7 +312,7 @@ void RtfParser::groupWord(RtfKeyword keyword)
 void RtfParser::readOldList()
 {
     std::optional<bool> bullet;
-    RtfGroup group(m_tokenizer);
+    RtfGroup group(tokenizer());
     while (group.next()) {
         if (group.depth > 1 || group.token.kind != RtfToken::Word)
             continue;
@@ -458,6 +325,35 @@ void RtfParser::readOldList()
     closeGroup();
     if (bullet) // it is the paragraph's, not the group's
         change().paragraph.bullet = *bullet;
+}
+
+/// Remembers the character that the field stands for, if it is one.
+void RtfParser::readField()
+{
+    const qsizetype field = depth() - 1;
+    const auto symbol = RtfField::read(tokenizer(), m_state.characters);
+    closeGroup();
+    if (!symbol)
+        return;
+    RtfCharState look = symbol->look;
+    if (!symbol->family.isEmpty())
+        look.font = m_formats.fontNumber(symbol->family);
+    char16_t unit = static_cast<char16_t>(symbol->code);
+    const RtfCharset &page = m_formats.charset(look);
+    if (!symbol->isUnicode && symbol->code < 0x100 && !page.isMultiByte())
+        unit = page.character(static_cast<char>(symbol->code));
+    m_symbol = Symbol {field, m_length + m_line.text.size(), look, unit};
+}
+
+/// At the end of its field.
+void RtfParser::insertSymbol()
+{
+    const Symbol symbol = *std::exchange(m_symbol, std::nullopt);
+    if (m_length + m_line.text.size() != symbol.length || m_state.oldListText)
+        return; // the field's result says what it looks like
+    const int before = std::exchange(m_format, m_formats.format(symbol.look));
+    character(symbol.unit);
+    m_format = before;
 }
 
 // --- Paragraphs ---
@@ -491,6 +387,7 @@ void RtfParser::addParagraph(const RtfParagraphStyle &style)
     int mark = m_lastTextFormat;
     if (mark < 0)
         mark = m_label.isEmpty() ? currentFormat() : m_label.runs.back().format;
+    m_length += m_line.text.size() + 1;
     m_builder.addParagraph(m_label, m_line, style, mark);
     m_label.clear();
     m_line.clear();
@@ -504,7 +401,7 @@ void RtfParser::addParagraph(const RtfParagraphStyle &style)
 
 void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
 {
-    decodePending();
+    flush();
     switch (keyword.word) {
     case RtfWord::InTable:
         change().inTable = !token.hasParameter || token.parameter != 0;
@@ -520,9 +417,6 @@ void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
     case RtfWord::NestedRow:
         endNestedRow();
         break;
-    case RtfWord::NestedTableProperties:
-        readNestedTableProperties();
-        break;
     default:
         m_row.apply(keyword, token);
         break;
@@ -531,8 +425,11 @@ void RtfParser::tableWord(RtfKeyword keyword, const RtfToken &token)
 
 void RtfParser::endRow()
 {
-    if (m_cellEnded)
+    if (m_cellEnded) {
         m_line.chop(1); // tabs stand between cells, not behind the last
+        if (!m_line.isEmpty())
+            m_lastTextFormat = m_line.runs.back().format;
+    }
     addParagraph(m_row.style());
 }
 
@@ -545,7 +442,7 @@ void RtfParser::endNestedRow()
 
 void RtfParser::readNestedTableProperties()
 {
-    RtfGroup group(m_tokenizer);
+    RtfGroup group(tokenizer());
     bool ended = false;
     while (group.next()) {
         if (group.token.kind == RtfToken::Word)
@@ -560,7 +457,7 @@ void RtfParser::readNestedTableProperties()
 
 void RtfParser::readPicture()
 {
-    const auto picture = RtfPictureGroup::read(m_tokenizer);
+    const auto picture = RtfPictureGroup::read(tokenizer());
     closeGroup();
     if (picture)
         insertPicture(*picture);

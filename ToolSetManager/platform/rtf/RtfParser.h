@@ -8,20 +8,21 @@
 #include "platform/rtf/RtfRow.h"
 #include "platform/rtf/RtfState.h"
 #include "platform/rtf/RtfTables.h"
-#include "platform/rtf/RtfTokenizer.h"
+#include "platform/rtf/RtfWalker.h"
 
 #include <QHash>
 
+#include <optional>
 #include <vector>
 
 /// One run of the reader over one text: the state between tokens. The stack of states is on the
 /// heap, and a group that changes nothing takes no room on it.
-class RtfParser
+class RtfParser : private RtfWalker
 {
 public:
     /// All are borrowed.
     RtfParser(const RtfReadOptions &options, QByteArrayView bytes, QTextDocument &document);
-    ~RtfParser();
+    ~RtfParser() override;
 
     /// True when the text ended with a paragraph mark.
     bool run();
@@ -35,28 +36,27 @@ private:
     enum class NewPicture { None, Shown, Failed };
 
     // --- Groups ---
-    void openGroup();
-    void closeGroup();
+    void groupOpened() override { ++m_unsavedGroups; }
+    void groupClosed() override;
     /// To be called before the state changes.
     RtfState &change();
     RtfCharState &changeCharacters();
-    void skipGroup();
 
     // --- Tokens ---
-    void text(const RtfToken &token);
-    void byte(char byte);
-    void symbol(char symbol);
-    void word(const RtfToken &token);
+    void bytes(QByteArrayView text, bool plain) override;
+    bool isInLetter() override { return m_inLetter; }
+    void flush() override;
+    void unicode(char16_t unit) override;
+    int fallbackLength() const override { return m_state.fallbackLength; }
+    void word(RtfKeyword keyword, const RtfToken &token) override;
+    void group(RtfWord word) override;
     void characterWord(RtfKeyword keyword, const RtfToken &token);
     void tableWord(RtfKeyword keyword, const RtfToken &token);
     void documentWord(RtfKeyword keyword, const RtfToken &token);
-    void groupWord(RtfKeyword keyword);
 
     // --- Characters ---
-    void unicode(int number);
-    void character(char16_t unit);
+    void character(char16_t unit) override;
     void appendToLine(char16_t unit);
-    void decodePending();
     void closeRun();
     const RtfCharset &charset();
     int currentFormat();
@@ -71,22 +71,20 @@ private:
 
     // --- Groups that are read at once ---
     void readOldList();
+    void readField();
+    void insertSymbol();
     void readPicture();
     void insertPicture(const RtfPicture &picture);
     void readNestedTableProperties();
 
     const RtfReadOptions &m_options;
     QTextDocument &m_document;
-    RtfTokenizer m_tokenizer;
     RtfBuilder m_builder;
 
     // --- Groups ---
     RtfState m_state;
     std::vector<SavedState> m_saved;
     qsizetype m_unsavedGroups = 0; ///< Open groups in which nothing has changed yet.
-    qsizetype m_depth = 0;
-    bool m_ignorable = false; ///< `\*` was just read.
-    bool m_skipNextGroup = false;
     bool m_pageBreak = false; ///< The next paragraph starts a page.
 
     // --- Document ---
@@ -97,10 +95,22 @@ private:
     RtfLine m_line;
     RtfLine m_label; ///< What older readers show for a bullet or number.
     QByteArray m_pending; ///< Bytes of a multi-byte code page.
-    int m_skipCharacters = 0; ///< Left of the fallback of the last \u.
+    bool m_inLetter = false; ///< The last of them begins a letter of two.
     const RtfCharset *m_charset = nullptr; ///< Of the current font; null when not looked up.
     int m_format = -1; ///< Of the current state; -1 when not looked up.
     int m_lastTextFormat = -1; ///< Of the current paragraph's last text.
+
+    // --- Fields ---
+    /// The character that a field stands for unless it has a result.
+    struct Symbol
+    {
+        qsizetype depth; ///< Of the group that is the field.
+        qsizetype length; ///< Of the text before it.
+        RtfCharState look;
+        char16_t unit;
+    };
+    std::optional<Symbol> m_symbol;
+    qsizetype m_length = 0; ///< Of all lines that are done.
 
     // --- Tables ---
     RtfRow m_row;

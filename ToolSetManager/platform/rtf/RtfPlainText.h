@@ -2,7 +2,6 @@
 
 #include "platform/rtf/RtfCharset.h"
 
-#include <QHash>
 #include <QString>
 
 /// The words of rich texts without their looks, for searching: what RtfReader would show, except
@@ -19,8 +18,7 @@ public:
 
 private:
     class Run;
-    const RtfCharset &charset(int codePage);
 
     int m_codePage;
-    QHash<int, RtfCharset> m_charsets; ///< Making one is expensive, and few are needed.
+    RtfCharsets m_charsets;
 };

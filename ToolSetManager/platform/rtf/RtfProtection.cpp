@@ -29,7 +29,16 @@ bool hasProtected(const QTextDocument &document, int from, int to)
     return false;
 }
 
-/// The text that a key for deleting more than a character reaches; empty for other keys.
+bool types(const QKeyEvent &key)
+{
+    if (key.text().isEmpty() || (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0)
+        return false;
+    return key.text().at(0).isPrint() || key.key() == Qt::Key_Tab || key.key() == Qt::Key_Return
+        || key.key() == Qt::Key_Enter;
+}
+
+} // namespace
+
 std::optional<QTextCursor> reachOf(const QTextCursor &cursor, const QKeyEvent &key)
 {
     static constexpr std::array<std::pair<QKeySequence::StandardKey, QTextCursor::MoveOperation>, 4>
@@ -49,16 +58,6 @@ std::optional<QTextCursor> reachOf(const QTextCursor &cursor, const QKeyEvent &k
     }
     return std::nullopt;
 }
-
-bool types(const QKeyEvent &key)
-{
-    if (key.text().isEmpty() || (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0)
-        return false;
-    return key.text().at(0).isPrint() || key.key() == Qt::Key_Tab || key.key() == Qt::Key_Return
-        || key.key() == Qt::Key_Enter;
-}
-
-} // namespace
 
 bool isLocked(const QTextCursor &cursor, Touch touch)
 {

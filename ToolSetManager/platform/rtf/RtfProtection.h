@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QTextCharFormat>
+#include <QTextCursor>
+
+#include <optional>
 
 class QFont;
 class QKeyEvent;
-class QTextCursor;
 
 /// Protected text: what the user of a rich-text box may not change, and what text typed beside it
 /// looks like.
@@ -22,6 +24,9 @@ enum class Touch {
 bool isLocked(const QTextCursor &cursor, Touch touch);
 /// The same for what a key does in a text box.
 bool isLocked(const QTextCursor &cursor, const QKeyEvent &key);
+
+/// The text that a key for deleting more than a character reaches; empty for other keys.
+std::optional<QTextCursor> reachOf(const QTextCursor &cursor, const QKeyEvent &key);
 
 /// Text typed beside protected or hidden text or a picture is none of these: the format for it,
 /// or the one given when that may stay.

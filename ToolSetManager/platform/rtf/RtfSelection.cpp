@@ -1,6 +1,7 @@
 #include "platform/rtf/RtfSelection.h"
 
 #include "platform/rtf/RtfPicture.h"
+#include "platform/rtf/RtfRow.h"
 
 #include <QTextBlock>
 #include <QTextDocument>
@@ -40,10 +41,28 @@ QTextCharFormat changed(
     const QTextCharFormat &format, const QFont &standard, const CharacterChange &change)
 {
     RtfCharStyle style = RtfCharStyle::fromFormat(format, standard);
+    const QString family = style.family;
     change(style);
-    const QTextCharFormat text = style.toFormat();
+    QTextCharFormat text = style.toFormat();
+    if (style.family == family && format.hasProperty(RtfFamilyProperty))
+        text.setFontFamilies(format.fontFamilies().toStringList()); // which may stand in for it
     const auto picture = RtfPicture::fromFormat(format);
     return picture ? QTextCharFormat(picture->toFormat(text, format.toImageFormat().name())) : text;
+}
+
+void setParagraph(QTextCursor &at, const RtfParagraphStyle &style)
+{
+    QTextList *list = at.currentList();
+    QTextBlockFormat format = style.toFormat(RtfCharStyle::halfPointsOf(at.blockCharFormat()));
+    if (style.bullet && list)
+        format.setObjectIndex(list->objectIndex());
+    at.setBlockFormat(format);
+    if (style.bullet && !list) {
+        QTextListFormat listFormat;
+        listFormat.setStyle(QTextListFormat::ListDisc);
+        listFormat.setIndent(0);
+        at.createList(listFormat);
+    }
 }
 
 void changeCharacters(
@@ -78,10 +97,13 @@ void changeCharacters(
     for (const Part &part : std::as_const(parts)) {
         range.setPosition(part.from);
         range.setPosition(part.to, QTextCursor::KeepAnchor);
-        if (part.from == part.to)
-            range.setBlockCharFormat(part.format);
-        else
+        if (part.from != part.to) {
             range.setCharFormat(part.format);
+            continue;
+        }
+        range.setBlockCharFormat(part.format);
+        if (range.currentList()) // whose bullet has the mark's size
+            setParagraph(range, RtfParagraphStyle::fromFormat(range.blockFormat(), true));
     }
     range.endEditBlock();
 }
@@ -95,20 +117,13 @@ void changeParagraphs(const QTextCursor &cursor, const ParagraphChange &change)
     for (QTextBlock block = cursor.document()->findBlock(first);
          block.isValid() && (block.position() < to || block.position() <= first);
          block = block.next()) {
-        QTextList *list = block.textList();
-        RtfParagraphStyle style = RtfParagraphStyle::fromFormat(block.blockFormat(), list);
+        RtfParagraphStyle style =
+            RtfParagraphStyle::fromFormat(block.blockFormat(), block.textList());
         change(style);
-        QTextBlockFormat format = style.toFormat();
+        if (!style.row.isEmpty() && style != RtfRow(style.row).style())
+            style.row.clear(); // a table has no room for what it looks like now
         at.setPosition(block.position());
-        if (style.bullet && list)
-            format.setObjectIndex(list->objectIndex());
-        at.setBlockFormat(format);
-        if (style.bullet && !list) {
-            QTextListFormat listFormat;
-            listFormat.setStyle(QTextListFormat::ListDisc);
-            listFormat.setIndent(0);
-            at.createList(listFormat);
-        }
+        setParagraph(at, style);
     }
     at.endEditBlock();
 }

@@ -30,6 +30,8 @@ QTextCharFormat changed(
 /// is typed into with the new format.
 void changeCharacters(
     const QTextCursor &cursor, const QFont &standard, const CharacterChange &change);
+/// Gives the paragraph of the cursor another look, without an edit block of its own.
+void setParagraph(QTextCursor &at, const RtfParagraphStyle &style);
 void changeParagraphs(const QTextCursor &cursor, const ParagraphChange &change);
 
 } // namespace RtfSelection

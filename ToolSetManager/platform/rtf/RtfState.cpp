@@ -6,7 +6,8 @@ void RtfCharState::apply(RtfKeyword keyword, const RtfToken &token)
 {
     const bool on = !token.hasParameter || token.parameter != 0;
     switch (keyword.word) {
-    case RtfWord::CharacterFlag: {
+    case RtfWord::CharacterFlag:
+    case RtfWord::AssociatedFlag: {
         constexpr quint16 shifted = RtfCharStyle::Superscript | RtfCharStyle::Subscript;
         const auto flag = static_cast<quint16>(keyword.value);
         if (flag & shifted)
@@ -21,6 +22,7 @@ void RtfCharState::apply(RtfKeyword keyword, const RtfToken &token)
         font = token.hasParameter ? token.parameter : noFont;
         break;
     case RtfWord::FontSize:
+    case RtfWord::AssociatedSize:
         halfPoints = static_cast<qint16>(token.hasParameter
                 ? qBound(1, token.parameter, RtfCharStyle::maximumHalfPoints)
                 : RtfCharState().halfPoints);
@@ -42,6 +44,15 @@ void RtfCharState::apply(RtfKeyword keyword, const RtfToken &token)
     default:
         break;
     }
+}
+
+RtfScript RtfState::scriptAfter(RtfKeyword keyword) const
+{
+    const auto said = static_cast<RtfScript>(keyword.value);
+    // The direction that is named second is the one which the text has.
+    if (said == RtfScript::Any && script != RtfScript::RightToLeft)
+        return RtfScript::Other;
+    return said;
 }
 
 void RtfState::applyToParagraph(RtfKeyword keyword, const RtfToken &token)

@@ -40,12 +40,14 @@ struct RtfState
     int list = 0; ///< Number of \ls.
     quint8 listLevel = 0;
     RtfTab::Kind nextTab = RtfTab::Left;
+    RtfScript script = RtfScript::Any;
     bool inTable = false;
     bool oldListText = false; ///< Text goes to the paragraph's label.
     bool newPicture = false; ///< In a picture's newer form; the older one follows.
     bool oldPicture = false; ///< In the older one.
     int fallbackLength = 1; ///< Of \uc.
 
+    RtfScript scriptAfter(RtfKeyword keyword) const;
     /// Does what a word of a paragraph format says; other words do nothing.
     void applyToParagraph(RtfKeyword keyword, const RtfToken &token);
 };

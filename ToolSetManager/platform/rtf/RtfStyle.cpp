@@ -41,10 +41,10 @@ std::optional<QRgb> colourOf(const QTextCharFormat &format, int property)
 
 double pointsOf(const QTextCharFormat &format, const QFont &standard)
 {
-    if (format.hasProperty(RtfHiddenSizeProperty))
-        return format.doubleProperty(RtfHiddenSizeProperty);
-    if (format.hasProperty(QTextFormat::FontPointSize))
-        return format.doubleProperty(QTextFormat::FontPointSize);
+    for (const int property : {int(RtfHiddenSizeProperty), int(QTextFormat::FontPointSize)}) {
+        if (format.hasProperty(property))
+            return format.doubleProperty(property);
+    }
     if (format.hasProperty(QTextFormat::FontPixelSize))
         return format.intProperty(QTextFormat::FontPixelSize) * 72.0 / 96;
     double points =
@@ -108,10 +108,12 @@ QTextCharFormat RtfCharStyle::toFormat() const
     if (RtfCharset::isSymbolFont(family)) {
         // Its characters are Unicode here; fonts of that name have them elsewhere, if at all.
         format.setFontFamilies({QStringLiteral("Times New Roman")});
-        format.setProperty(RtfFamilyProperty, family);
     } else {
         format.setFontFamilies({family});
     }
+    // Also told where nothing stands in for it: the toolkit finds formats by their properties, but
+    // does not look into lists of families, so that many fonts would be one long chain.
+    format.setProperty(RtfFamilyProperty, family);
     format.setFontPointSize(halfPoints / 2.0);
     if (has(Bold))
         format.setFontWeight(QFont::Bold);
@@ -158,6 +160,7 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
         style.family = format.fontFamilies().toStringList().value(0);
     if (style.family.isEmpty())
         style.family = standard.family();
+    style.family = plainFamily(style.family);
     style.halfPoints =
         qBound(1, static_cast<int>(std::lround(pointsOf(format, standard) * 2)), maximumHalfPoints);
     const auto set = [&style](Flag flag, bool on) {
@@ -185,6 +188,18 @@ RtfCharStyle RtfCharStyle::fromFormat(const QTextCharFormat &format, const QFont
     return style;
 }
 
+QString RtfCharStyle::plainFamily(const QString &family)
+{
+    QString plain = family;
+    RtfCharset::dropScript(plain);
+    return plain;
+}
+
+int RtfCharStyle::halfPointsOf(const QTextCharFormat &format)
+{
+    return static_cast<int>(std::lround(pointsOf(format, QFont()) * 2));
+}
+
 bool RtfCharStyle::isProtected(const QTextCharFormat &format)
 {
     return format.boolProperty(RtfProtectedProperty);
@@ -209,7 +224,7 @@ void RtfParagraphStyle::setDefaultTab(QTextDocument &document, int twips)
     document.setDefaultTextOption(option);
 }
 
-QTextBlockFormat RtfParagraphStyle::toFormat() const
+QTextBlockFormat RtfParagraphStyle::toFormat(int halfPoints) const
 {
     QTextBlockFormat format;
     constexpr Qt::Alignment alignments[] = {Qt::AlignLeft | Qt::AlignAbsolute,
@@ -218,8 +233,8 @@ QTextBlockFormat RtfParagraphStyle::toFormat() const
         format.setAlignment(alignments[alignment]);
     if (rightToLeft)
         format.setLayoutDirection(Qt::RightToLeft);
-    // Room for the bullet, also where the text says there is none.
-    constexpr int bulletRoom = 240;
+    constexpr int twipsPerHalfPoint = 10; // so that a bullet's room is as wide as its font is high
+    const int bulletRoom = qMax(240, halfPoints * twipsPerHalfPoint);
     const int shownLeft = bullet ? qMax(leftIndent, bulletRoom) : leftIndent;
     if (shownLeft)
         format.setLeftMargin(shownLeft / twipsPerPixel);
@@ -248,6 +263,8 @@ QTextBlockFormat RtfParagraphStyle::toFormat() const
             stored.append(tab.position * 4 + tab.kind);
         format.setProperty(RtfTabsProperty, QVariant::fromValue(stored));
     }
+    if (!row.isEmpty())
+        format.setProperty(RtfRowProperty, QVariant::fromValue(row));
     const auto shown = shownTabs(*this);
     if (!shown.isEmpty())
         format.setTabPositions(shown);
@@ -300,5 +317,6 @@ RtfParagraphStyle RtfParagraphStyle::fromFormat(const QTextBlockFormat &format, 
     const auto stored = format.property(RtfTabsProperty).value<QList<int>>();
     for (const int tab : stored) // divided so that negative positions would come out right too
         style.tabs.append({(tab - (tab & 3)) / 4, static_cast<RtfTab::Kind>(tab & 3)});
+    style.row = format.property(RtfRowProperty).value<QList<int>>();
     return style;
 }

@@ -43,6 +43,11 @@ struct RtfCharStyle
     /// \a standard gives family and size where the format has none.
     static RtfCharStyle fromFormat(const QTextCharFormat &format, const QFont &standard);
 
+    /// A font's name as it is written; see RtfCharset::dropScript().
+    static QString plainFamily(const QString &family);
+
+    /// The size of a format that toFormat() has made.
+    static int halfPointsOf(const QTextCharFormat &format);
     static bool isProtected(const QTextCharFormat &format);
     static bool isHidden(const QTextCharFormat &format);
 
@@ -92,9 +97,14 @@ struct RtfParagraphStyle
     int spaceAfter = 0;
     int lineSpacing = 0; ///< 0: by the text; positive: at least; negative: exactly.
     QList<RtfTab> tabs; ///< Ascending.
+    /// Of a table's row, what RtfRow makes of it: its left edge, the gap between a cell's edge and
+    /// its text, the right edges of its cells. Empty for other paragraphs.
+    QList<int> row;
 
     /// Margins are in pixels of 15 twips; tab stops are counted the way QTextDocument does it.
-    QTextBlockFormat toFormat() const;
+    /// \a halfPoints is the size of the paragraph's mark, and so of its bullet, for which there is
+    /// room even where the text leaves none.
+    QTextBlockFormat toFormat(int halfPoints = 0) const;
     static RtfParagraphStyle fromFormat(const QTextBlockFormat &format, bool bullet);
 
     friend bool operator==(const RtfParagraphStyle &, const RtfParagraphStyle &) = default;
@@ -107,10 +117,11 @@ enum RtfProperty {
     RtfHiddenProperty, ///< bool
     RtfHiddenSizeProperty, ///< double, points: the size that shows when the text does
     RtfHiddenColourProperty, ///< uint
-    RtfFamilyProperty, ///< QString: the family that another one stands in for
+    RtfFamilyProperty, ///< QString: the family, for which another one may stand in
     RtfAutomaticColourProperty, ///< bool: the foreground is no colour of the text's own
     RtfIndentsProperty, ///< QPoint, twips: left and first indent of a bulleted paragraph
     RtfTabsProperty, ///< QList<int>, four times the position plus the kind
+    RtfRowProperty, ///< QList<int>, RtfParagraphStyle::row
     RtfPictureKindProperty, ///< int
     RtfPictureDataProperty, ///< QByteArray
     RtfPictureExtentProperty, ///< QSize, the numbers of \picw and \pich

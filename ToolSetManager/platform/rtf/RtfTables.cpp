@@ -11,29 +11,22 @@ namespace {
 constexpr int noCharset = -1;
 constexpr int bulletStyle = 23; // of \levelnfc
 
-/// Word processors list a font once for each script, its name followed by that of the script.
-void dropScript(QString &family)
+/// Fonts of symbols whose characters have codes of their own only in those fonts.
+bool isUnknownSymbolFont(const QString &family)
 {
-    static constexpr QLatin1StringView scripts[] = {QLatin1StringView(" CE"),
-        QLatin1StringView(" Cyr"), QLatin1StringView(" Greek"), QLatin1StringView(" Tur"),
-        QLatin1StringView(" (Hebrew)"), QLatin1StringView(" (Arabic)"),
-        QLatin1StringView(" Baltic"), QLatin1StringView(" (Vietnamese)")};
-    const auto isThere = [&family](QLatin1StringView script) {
-        return family.size() > script.size() && family.endsWith(script, Qt::CaseInsensitive);
-    };
-    for (;;) {
-        const auto *script = std::find_if(std::begin(scripts), std::end(scripts), isThere);
-        if (script == std::end(scripts))
-            return;
-        family.chop(script->size());
-    }
+    static constexpr QLatin1StringView names[] = {QLatin1StringView("Wingdings 2"),
+        QLatin1StringView("Wingdings 3"), QLatin1StringView("Webdings"),
+        QLatin1StringView("ZapfDingbats"), QLatin1StringView("Monotype Sorts"),
+        QLatin1StringView("Marlett")};
+    return std::any_of(std::begin(names), std::end(names),
+        [&family](auto name) { return family.compare(name, Qt::CaseInsensitive) == 0; });
 }
 
 } // namespace
 
 // --- Fonts ---
 
-void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
+void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage, RtfCharsets &charsets)
 {
     int number = 0;
     int charset = noCharset;
@@ -47,7 +40,7 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
     const auto decode = [&] {
         // A name is no symbols.
         const int of = charset == RtfCharset::symbolCharset ? documentPage : page({});
-        name.append(RtfCharset(of).decode(std::exchange(bytes, {})));
+        name.append(charsets.page(of).decode(std::exchange(bytes, {})));
     };
     const auto append = [&](char c) {
         if (fallback > 0)
@@ -59,7 +52,11 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
         decode();
         name.removeIf([](QChar c) { return c < u' ' || c == u'\x7F'; });
         name = std::exchange(name, {}).trimmed();
-        dropScript(name);
+        const auto implied = RtfCharset::dropScript(name);
+        const bool isTold =
+            codePage > 0 || (charset != noCharset && charset != RtfCharset::ansiCharset);
+        if (implied && !isTold)
+            charset = *implied;
         if (!name.isEmpty())
             m_fonts.insert(number, {name, page(name)});
         name.clear();
@@ -79,11 +76,14 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
             const RtfKeyword keyword = rtfKeyword(token.text);
             if (keyword.word == RtfWord::Font)
                 number = token.parameter;
-            else if (keyword.word == RtfWord::FontCharset)
+            else if (keyword.word == RtfWord::FontCharset) {
                 charset = token.parameter;
-            else if (keyword.word == RtfWord::FontCodePage)
+                codePage = 0;
+            } else if (keyword.word == RtfWord::FontCodePage) {
+                if (charset != RtfCharset::symbolCharset)
+                    charset = noCharset; // what is said last counts
                 codePage = token.parameter;
-            else if (keyword.word == RtfWord::Unicode) {
+            } else if (keyword.word == RtfWord::Unicode) {
                 decode();
                 name.append(QChar(static_cast<char16_t>(token.parameter)));
                 fallback = 1;
@@ -111,6 +111,25 @@ void RtfFontTable::read(RtfTokenizer &tokenizer, int documentPage)
     }
     if (group.depth == 0) // not cut off
         finish();
+}
+
+int RtfFontTable::number(const QString &family, int documentPage)
+{
+    const auto known = m_added.constFind(family);
+    if (known != m_added.cend())
+        return *known;
+    const auto named = std::find_if(m_fonts.cbegin(), m_fonts.cend(),
+        [&family](const RtfFont &font) { return font.family == family; });
+    constexpr int firstAdded = -1'000'000; // no text has such numbers
+    const int number =
+        named != m_fonts.cend() ? named.key() : firstAdded - static_cast<int>(m_added.size());
+    if (named == m_fonts.cend()) {
+        const bool symbols = RtfCharset::isSymbolFont(family) || isUnknownSymbolFont(family);
+        const int charset = symbols ? RtfCharset::symbolCharset : noCharset;
+        m_fonts.insert(number, {family, RtfCharset::codePageOf(charset, family, documentPage)});
+    }
+    m_added.insert(family, number);
+    return number;
 }
 
 const RtfFont *RtfFontTable::find(int number) const

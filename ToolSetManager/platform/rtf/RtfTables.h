@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+class RtfCharsets;
 class RtfTokenizer;
 
 /// The tables at the start of a rich text, to whose entries its body refers by number. Each read()
@@ -23,13 +24,16 @@ class RtfFontTable
 {
 public:
     /// \a documentPage is the code page of fonts that do not tell theirs.
-    void read(RtfTokenizer &tokenizer, int documentPage);
+    void read(RtfTokenizer &tokenizer, int documentPage, RtfCharsets &charsets);
 
+    /// The number of a font of that name; it is added when there is none.
+    int number(const QString &family, int documentPage);
     /// Null for a number that is not there.
     const RtfFont *find(int number) const;
 
 private:
     QHash<int, RtfFont> m_fonts;
+    QHash<QString, int> m_added; ///< Numbers of those that number() has made.
 };
 
 class RtfColourTable

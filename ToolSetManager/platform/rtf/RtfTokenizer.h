@@ -38,6 +38,14 @@ public:
 
     RtfToken next();
 
+    /// True when the next byte is a brace or a backslash.
+    bool isAtControl() const
+    {
+        return m_at != m_end && (*m_at == '{' || *m_at == '}' || *m_at == '\\');
+    }
+    /// Takes a byte as it is; there must be one.
+    char takeByte() { return *m_at++; }
+
 private:
     RtfToken text();
     RtfToken control();

@@ -18,7 +18,7 @@ QByteArray writeRange(const QTextDocument &document, int from, int to, bool last
         const bool marked = end < to || (end == to && lastMark);
         if (block.position() == to && to > from && !marked)
             break; // the selection ends with the mark before
-        body.startParagraph(block);
+        body.startParagraph(block, marked && from <= block.position());
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const QTextFragment fragment = it.fragment();
             const int start = qMax(fragment.position(), from);

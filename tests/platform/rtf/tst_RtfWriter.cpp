@@ -91,6 +91,7 @@ private Q_SLOTS:
                 "\\pard\\f0\\fs20\\\\\\{\\}\\tab a\\line\\~\\-\\_\\par\r\n}"},
             {"\\u228?\\u8364?", "\\pard\\f0\\fs20\\'e4\\'80\\par\r\n}"},
             {"a\\u1071?b", "\\pard\\f0\\fs20 a\\f1\\'dfb\\par\r\n}"},
+            {"\\f2\\u8756?\\{b\\u61632?", "\\pard\\f0\\fs20\\'5c\\'7bb\\'c0\\par\r\n}"},
             {"\\f2 a", "\\pard\\f0\\fs20 a\\par\r\n}"},
             {"\\u-10179?\\u-8704?1", "\\pard\\f0\\fs20\\u-10179?\\u-8704?1\\par\r\n}"},
             {"\\up6 a\\dn4 b\\up0\\super c\\nosupersub\\protect\\v\\cf1 d",
@@ -142,9 +143,13 @@ private Q_SLOTS:
             << QByteArray("\\u228?\\u1071?\\u937?\\u1488?\\u1575?\\u3585?\\u8363?\\u26085?\\u-3913?"
                           "\\u321?\\u287?\\u257?\\'81\\'8d\\u127?\\u-10179?\\u-8704?");
         QTest::newRow("default tab stops") << QByteArray("\\deftab300 a\\tab b");
-        QTest::newRow("symbols") << QByteArray("\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc");
+        QTest::newRow("symbols") << QByteArray(
+            "\\f3 abc\\'b7\\'f1 \\u65?\\f4 abcJ\\'b7\\'fc\\'5c\\{");
         QTest::newRow("table") << QByteArray(
             "\\trowd\\cellx500\\cellx900\\intbl a\\cell b\\cell\\row");
+        QTest::newRow("row whose last cell is empty")
+            << QByteArray("\\trowd\\cellx500\\cellx900\\intbl "
+                          "a\\cell{\\b\\cell}\\row\\intbl{\\i\\cell}\\cell\\row");
         QTest::newRow("empty paragraphs") << QByteArray("\\par\\b\\par\\i a\\par\\par\\qc\\par");
         QTest::newRow("blanks at edges") << QByteArray(" a \\par  b\\b  c \\b0  ");
     }
