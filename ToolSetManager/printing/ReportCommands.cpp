@@ -6,12 +6,11 @@
 #include "platform/print/Printers.h"
 #include "printing/CheckReport.h"
 #include "printing/frmPrint.h"
-#include "shell/Frame.h"
 
 ReportCommands::ReportCommands(
-    QWidget *owner, Frame &frame, SettingsStore &store, Printers &printers)
+    QWidget *owner, const Produced &produced, SettingsStore &store, Printers &printers)
     : m_owner(owner)
-    , m_frame(frame)
+    , m_produced(produced)
     , m_store(store)
     , m_printers(printers)
 {
@@ -69,14 +68,14 @@ void ReportCommands::hand(frmPrint &report, const CVBATools &tools, const QStrin
 {
     report.ToolSet = &tools;
     report.FileName = fileName;
-    QObject::connect(&report, &frmPrint::produced, &report,
-        [this](const QString &text, const QString &file) { m_frame.showResult(text, file); });
+    QObject::connect(&report, &frmPrint::produced, &report, m_produced);
 }
 
 void ReportCommands::hand(
     frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName)
 {
     report.FileName = fileName;
+    QObject::connect(&report, &frmPrint::produced, &report, m_produced);
     report.setReport({QStringLiteral("Tool Check Report"),
         QStringLiteral("Writing finding %1 of %2"), static_cast<int>(findings.size()),
         [=](PageDocument &page, const ToolsetReport::Progress &progress) {

@@ -7,7 +7,6 @@
 #include <functional>
 
 class CVBATools;
-class Frame;
 class frmPrint;
 class Printers;
 class QWidget;
@@ -17,8 +16,12 @@ class SettingsStore;
 class ReportCommands
 {
 public:
+    /// Is told what was produced, and the file if it is one.
+    using Produced = std::function<void(const QString &text, const QString &file)>;
+
     /// What is handed in is borrowed; \a owner is the window that asks.
-    ReportCommands(QWidget *owner, Frame &frame, SettingsStore &store, Printers &printers);
+    ReportCommands(
+        QWidget *owner, const Produced &produced, SettingsStore &store, Printers &printers);
 
     /// Both tell the user when there is no printer. \a fileName is the set's path, or empty.
     void print(const CVBATools &tools, const QString &fileName);
@@ -35,7 +38,7 @@ private:
     void hand(frmPrint &report, const QList<ToolCheck::Row> &findings, const QString &fileName);
 
     QWidget *m_owner;
-    Frame &m_frame; ///< Says what was produced.
+    Produced m_produced;
     SettingsStore &m_store;
     Printers &m_printers;
 };

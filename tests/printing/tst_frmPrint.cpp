@@ -9,7 +9,6 @@
 #include "printing/ReportCommands.h"
 #include "printing/frmPrint.h"
 #include "support/Answers.h"
-#include "support/FakeFrame.h"
 #include "support/Files.h"
 #include "support/Find.h"
 #include "support/PrintedPages.h"
@@ -35,7 +34,7 @@ class frmPrint_test : public QObject
     QStringList installed;
     Printers printers {[this] { return installed; }};
     std::unique_ptr<ReportCommands> commands;
-    std::unique_ptr<FakeFrame> frame;
+    QStringList produced; ///< Texts, and the files behind arrows.
     QWidget owner;
 
     QString path(const char *name) const { return folder->filePath(QLatin1String(name)); }
@@ -67,8 +66,13 @@ private Q_SLOTS:
         store = std::make_unique<SettingsStore>(path("settings"));
         installed = QStringList {Printers::pdfFile()};
         printers.choose(Printers::pdfFile(), QPageSize(QPageSize::A4), QPageLayout::Portrait);
-        frame = std::make_unique<FakeFrame>();
-        commands = std::make_unique<ReportCommands>(&owner, *frame, *store, printers);
+        produced.clear();
+        commands = std::make_unique<ReportCommands>(
+            &owner,
+            [this](const QString &text, const QString &file) {
+                produced.append(text + u" -> "_qs + file);
+            },
+            *store, printers);
     }
 
     void clicks()
@@ -272,7 +276,7 @@ private Q_SLOTS:
         });
         answers.file(u"Print to PDF File"_qs, path("out.pdf"));
         commands->preview(*set, path("set.bmt"));
-        QCOMPARE(frame->results,
+        QCOMPARE(produced,
             QStringList(u"3 pages written to \"out.pdf\" -> "_qs + path("out.pdf")));
         const QStringList pages = pagesOfPdf(path("out.pdf"));
         QCOMPARE(pages.size(), 3);
@@ -287,7 +291,7 @@ private Q_SLOTS:
         Answers answers; // fails on any dialog that is not told
         answers.file(u"Print to PDF File"_qs, QString());
         commands->print(*set, path("set.bmt")); // cancelled
-        QVERIFY(frame->results.isEmpty());
+        QVERIFY(produced.isEmpty());
         answers.file(u"Print to PDF File"_qs, path("out"));
         commands->print(*set, path("set.bmt"));
         QCOMPARE(pagesOfPdf(path("out.pdf")).size(), 1);
