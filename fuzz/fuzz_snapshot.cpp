@@ -27,11 +27,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         "the input can be written");
     input.close();
 
-    const QString title = ToolSetSnapshot::readTitle(path);
+    const ToolSetSnapshot::Origin origin = ToolSetSnapshot::readOrigin(path);
     const auto first = ToolSetSnapshot::read(path);
     if (!first)
         return 0;
-    require(first->title == title, "the title is the snapshot's");
+    require(first->title == origin.title && first->path == origin.path,
+        "what the file begins with is the snapshot's");
     require(SnapshotWriter(*first, path).finish() == SnapshotWriter::State::Done,
         "what was read can be written");
     const auto second = ToolSetSnapshot::read(path);
