@@ -183,16 +183,15 @@ void MDI::makeMenus()
         this, [this] { setAction(QStringLiteral("open")); });
     open->setObjectName(QStringLiteral("mnuFileX(1)"));
     mnuFile->addSeparator();
+    mnuFileList = new RecentFileMenu(mnuFile);
+    connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
     QAction *versions = mnuFile->addAction(QStringLiteral("&Earlier Versions..."), this,
         [this] { setAction(QString::fromUtf16(versionsWord)); });
     versions->setObjectName(QStringLiteral("mnuFileVersions"));
-    mnuFile->addSeparator();
     QAction *preferences = mnuFile->addAction(QStringLiteral("Pre&ferences..."), this,
         [this] { setAction(QString::fromUtf16(preferencesWord)); });
     preferences->setObjectName(QStringLiteral("mnuFilePreferences"));
     mnuFile->addSeparator();
-    mnuFileList = new RecentFileMenu(mnuFile);
-    connect(mnuFileList, &RecentFileMenu::chosen, this, &MDI::openFile);
     QAction *exit = mnuFile->addAction(QStringLiteral("E&xit"), this, &MDI::closeFrame);
     exit->setObjectName(QStringLiteral("mnuExit"));
     exit->setShortcut(QKeySequence::Quit);

@@ -478,10 +478,10 @@ QVariant ToolListModel::badge(const QModelIndex &index, int role) const
         return icon.isNull() ? QVariant() : icon;
     }
     QStringList texts;
-    if (!toolAt(index.row())->Enabled)
-        texts.append(QStringLiteral("Not enabled"));
     if (m_badges.text)
         texts.append(m_badges.text(position));
+    if (!toolAt(index.row())->Enabled)
+        texts.append(QStringLiteral("Not enabled"));
     texts.removeAll(QString());
     return texts.isEmpty() ? QVariant() : texts.join(u'\n');
 }
