@@ -129,16 +129,18 @@ frmHelp *frmHelp::of(QWidget *dialog)
 
 void frmHelp::showHelp(const QString &helpFile, const QString &topic)
 {
-    // Before the page is loaded: a place in it is found in the window's own size.
-    show();
-    raise();
-    activateWindow();
     // No viewer for these files exists here; the manual is in their place.
     const bool addIn = helpFile == QStringView(Frame::addInHelp);
     QUrl page(addIn ? QStringLiteral("addin.md") : QStringLiteral("manual.md"));
-    if (!topic.isEmpty())
-        page.setFragment(topic);
+    // In a window that shows, each piece that is read would lay out the whole page.
     m_browser->setSource(page);
+    show();
+    raise();
+    activateWindow();
+    if (!topic.isEmpty()) { // a place is found in the window's own size
+        page.setFragment(topic);
+        m_browser->setSource(page);
+    }
     m_browser->setFocus();
 }
 
