@@ -39,7 +39,7 @@ public:
     QList<int> ColumnWidths;
 
 Q_SIGNALS:
-    void toolClipboardChanged(); ///< Emitted by what fills or empties the clipboard.
+    void toolClipboardEmptied(); ///< Emitted by what empties it.
     void dragGateArmed();
     void dragGateClosed();
 

@@ -108,7 +108,6 @@ void EditCommands::fillClipboard(bool ghosted)
     tools->setAllowDupes(true);
     m_state.ToolClipboard = std::move(tools);
     m_state.SourceCaption = m_window.Caption();
-    Q_EMIT m_state.toolClipboardChanged();
 }
 
 void EditCommands::copy()
@@ -159,7 +158,7 @@ void EditCommands::ClearDragTools()
     m_state.SourceCaption.clear();
     // With the clipboard goes the mode: a later drop must not complete an abandoned cut.
     m_state.ClipboardMode = mTSM::NothingPending;
-    Q_EMIT m_state.toolClipboardChanged();
+    Q_EMIT m_state.toolClipboardEmptied();
 }
 
 int EditCommands::PasteEffect() const
@@ -259,7 +258,7 @@ void EditCommands::CompleteCut()
     const auto found = sources();
     m_state.SourceCaption.clear();
     m_state.ToolClipboard.reset();
-    Q_EMIT m_state.toolClipboardChanged();
+    Q_EMIT m_state.toolClipboardEmptied();
     for (ClipboardSource *source : found)
         source->completeCut();
 }

@@ -22,10 +22,10 @@ FindingsModel::FindingsModel(QObject *parent)
 void FindingsModel::refreshIcons()
 {
     // In the order of the severities.
-    m_icons = {Icons::named(QStringLiteral("emblem-question"), QStyle::SP_MessageBoxQuestion),
-        Icons::named(QStringLiteral("emblem-information"), QStyle::SP_MessageBoxInformation),
-        Icons::named(QStringLiteral("emblem-warning"), QStyle::SP_MessageBoxWarning),
-        Icons::named(QStringLiteral("emblem-error"), QStyle::SP_MessageBoxCritical)};
+    m_icons = {Icons::emblem(QStringLiteral("emblem-question"), QStyle::SP_MessageBoxQuestion),
+        Icons::emblem(QStringLiteral("emblem-information"), QStyle::SP_MessageBoxInformation),
+        Icons::emblem(QStringLiteral("emblem-warning"), QStyle::SP_MessageBoxWarning),
+        Icons::emblem(QStringLiteral("emblem-error"), QStyle::SP_MessageBoxCritical)};
     if (!m_rows.isEmpty())
         Q_EMIT dataChanged(index(0, SeverityColumn), index(rowCount() - 1, SeverityColumn));
 }

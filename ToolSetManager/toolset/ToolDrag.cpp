@@ -2,6 +2,7 @@
 
 #include "model/ToolSetDocument.h"
 #include "platform/desktop/ListView.h"
+#include "platform/picture/ButtonPicture.h"
 #include "shell/DocumentWindow.h"
 #include "shell/Frame.h"
 #include "shell/mTSM.h"
@@ -111,7 +112,8 @@ QPixmap ToolDrag::dragPicture(const QList<int> &rows) const
     for (qsizetype i = 0; i < texts.size(); ++i) {
         const int y = margin + static_cast<int>(i) * lineHeight;
         if (i < shown) {
-            const QImage &image = m_model.toolAt(rows[i])->Picture;
+            const QImage image =
+                ButtonPicture::onBackground(m_model.toolAt(rows[i])->Picture, back);
             const QSize scaled =
                 image.size().scaled(icon, Qt::KeepAspectRatio).boundedTo(image.size());
             painter.drawImage(

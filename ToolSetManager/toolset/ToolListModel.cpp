@@ -51,8 +51,11 @@ QPixmap iconOf(const CVBATool &tool)
     if (QPixmapCache::find(key, &icon))
         return icon;
     QImage shown = ButtonPicture::onBackground(tool.Picture, background);
-    if (tool.ToolType == CVBATool::Separator && ButtonPicture::isEmpty(shown))
-        shown = ButtonPicture::separatorLine(shown.size(), palette.color(QPalette::Mid));
+    if (tool.ToolType == CVBATool::Separator && ButtonPicture::isEmpty(shown)) {
+        QColor line = palette.color(QPalette::Text);
+        line.setAlphaF(0.5F);
+        shown = ButtonPicture::separatorLine(shown.size(), line);
+    }
     icon = QPixmap::fromImage(shown);
     QPixmapCache::insert(key, icon);
     return icon;

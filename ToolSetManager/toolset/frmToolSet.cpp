@@ -466,7 +466,7 @@ void frmToolSet::connectEdits()
     connect(&m_set, &ToolSetDocument::reset, this, &frmToolSet::showProperties);
     connect(&m_set, &ToolSetDocument::propertiesChanged, this, &frmToolSet::showProperties);
     connect(&m_set, &ToolSetDocument::stateChanged, this, &frmToolSet::refreshToolCommands);
-    connect(&m_state, &mTSM::toolClipboardChanged, this, &frmToolSet::refreshPasteCommand);
+    connect(&m_state, &mTSM::toolClipboardEmptied, this, &frmToolSet::refreshPasteCommand);
     // Kept: also of a clipboard without tools, which a copy of nothing leaves.
     connect(m_edit, &EditCommands::clipboardFilled, this, [this] { setPasteEnabled(true); });
     connect(m_edit, &EditCommands::toolAdded, m_properties,

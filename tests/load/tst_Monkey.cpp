@@ -2,6 +2,7 @@
 #include "support/TestRunner.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QTemporaryDir>
 
 /// Actions in a row that are random but for their seed. The environment sets MONKEY_SEED and
@@ -9,7 +10,13 @@
 class Monkey_test : public QObject
 {
     Q_OBJECT
+public Q_SLOTS:
+    void openFile(const QUrl & /*url*/) { } ///< Instead of a program of the desktop.
+
 private Q_SLOTS:
+    void initTestCase() { QDesktopServices::setUrlHandler(u"file"_qs, this, "openFile"); }
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"file"_qs); }
+
     void anything_data()
     {
         QTest::addColumn<quint32>("seed");

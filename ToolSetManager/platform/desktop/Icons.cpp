@@ -92,10 +92,15 @@ void followPalette()
     QIcon::setThemeName(dark ? QStringLiteral("breeze-dark") : QStringLiteral("breeze"));
 }
 
-QIcon named(const QString &name, QStyle::StandardPixmap fallback)
+QIcon emblem(const QString &name, QStyle::StandardPixmap fallback)
 {
     const QIcon icon = QIcon::fromTheme(name);
-    return dimming(icon.isNull() ? QApplication::style()->standardIcon(fallback) : icon);
+    return icon.isNull() ? QApplication::style()->standardIcon(fallback) : icon;
+}
+
+QIcon named(const QString &name, QStyle::StandardPixmap fallback)
+{
+    return dimming(emblem(name, fallback));
 }
 
 QIcon dimming(const QIcon &icon)

@@ -13,6 +13,9 @@ void followPalette();
 /// The theme's icon of that name, else the style's standard one.
 QIcon named(const QString &name, QStyle::StandardPixmap fallback = QStyle::SP_FileIcon);
 
+/// The same with its own colours where it is selected: for signs of several colours.
+QIcon emblem(const QString &name, QStyle::StandardPixmap fallback);
+
 /// The same icon, faint where it is disabled.
 QIcon dimming(const QIcon &icon);
 
