@@ -412,8 +412,7 @@ private Q_SLOTS:
         QVERIFY(m_dialog->OK());
         QCOMPARE(colour(scratch()), u"green"_qs);
         open();
-        QTest::ignoreMessage(
-            QtWarningMsg, "QTextBrowser: No document for manual.md#the-button-picture");
+        QTest::ignoreMessage(QtWarningMsg, "QTextBrowser: No document for manual.md");
         QTest::mouseClick(control<QPushButton>("cmdHelp"), Qt::LeftButton);
         QVERIFY(m_dialog->findChild<frmHelp *>()->isVisible());
         QTest::mouseClick(control<QPushButton>("cmdCancel"), Qt::LeftButton);
