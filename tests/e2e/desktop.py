@@ -322,7 +322,7 @@ for how in "as it is", "maximised":
     again = start()
     until(has_keyboard, "started to be closed " + how)
     if how == "maximised":
-        box = application()[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        box = until(application, "it can be looked at")[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         xdo("mousemove", str(box.x + 300), str(box.y - 10), "click", "--repeat", "2", "1")
         until(lambda: application()[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS).x == 0,
               "a double click on the title maximises")
