@@ -74,7 +74,8 @@ frmToolSet::frmToolSet(Frame &frame, mTSM &state, const Settings &settings, Sett
     , m_properties(
           new ToolPropertiesLink(this, frame, settings, store, printers, m_set, *lvTools, *m_list))
     , m_report(
-          this, [&frame](const QString &text, const QString &file) { frame.showResult(text, file); },
+          this,
+          [&frame](const QString &text, const QString &file) { frame.showResult(text, file); },
           store, printers)
     , m_check(new SetCheck(this, m_codePage, settings, store, m_set, *m_list, m_report))
 {

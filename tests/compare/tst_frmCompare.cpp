@@ -1,7 +1,7 @@
 #include "compare/CompareCommands.h"
-#include "platform/text/WordDiff.h"
 #include "compare/frmCompare.h"
 #include "platform/desktop/Toolbar.h"
+#include "platform/text/WordDiff.h"
 #include "shell/Settings.h"
 #include "support/Answers.h"
 #include "support/Files.h"

@@ -81,7 +81,9 @@ private Q_SLOTS:
         }
         QWidget owner;
         Answers answers; // fails on any dialog
-        ReportCommands(&owner, [](const QString &, const QString &) { }, store, printers).print(set, u"/sets/printed.bmt"_qs);
+        ReportCommands(
+            &owner, [](const QString &, const QString &) {}, store, printers)
+            .print(set, u"/sets/printed.bmt"_qs);
 
         const QString file = queue.finishedFile();
         const QString text =

@@ -276,8 +276,7 @@ private Q_SLOTS:
         });
         answers.file(u"Print to PDF File"_qs, path("out.pdf"));
         commands->preview(*set, path("set.bmt"));
-        QCOMPARE(produced,
-            QStringList(u"3 pages written to \"out.pdf\" -> "_qs + path("out.pdf")));
+        QCOMPARE(produced, QStringList(u"3 pages written to \"out.pdf\" -> "_qs + path("out.pdf")));
         const QStringList pages = pagesOfPdf(path("out.pdf"));
         QCOMPARE(pages.size(), 3);
         QVERIFY(pages[0].contains(u"Tool 1.\n"_qs) && pages[2].contains(u"Tool 20.\n"_qs));

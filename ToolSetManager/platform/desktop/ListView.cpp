@@ -205,8 +205,8 @@ void ListView::invertSelection()
 {
     if (m_model->rowCount() == 0)
         return;
-    const QItemSelection all(m_model->index(0, 0),
-        m_model->index(m_model->rowCount() - 1, m_model->columnCount() - 1));
+    const QItemSelection all(
+        m_model->index(0, 0), m_model->index(m_model->rowCount() - 1, m_model->columnCount() - 1));
     m_selection->select(all, QItemSelectionModel::Toggle);
 }
 

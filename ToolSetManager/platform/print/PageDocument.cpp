@@ -370,8 +370,7 @@ void PageDocument::setTextRTF(const QString &rtf)
     standard.setPointSizeF(double(standard.pixelSize()) / Twips::perPoint);
     body->document.setDefaultFont(standard);
     if (first < last)
-        RichText::read(
-            QString(first, last - first), body->document, RichText::reader(m_codePage));
+        RichText::read(QString(first, last - first), body->document, RichText::reader(m_codePage));
     const int length = body->document.characterCount() - 1;
 
     m_x = m_column = lineStart();

@@ -10,8 +10,7 @@ void RtfWalker::walk()
 {
     do {
         const RtfToken token = m_tokenizer.next();
-        const bool atGroupStart =
-            std::exchange(m_atGroupStart, token.kind == RtfToken::GroupStart);
+        const bool atGroupStart = std::exchange(m_atGroupStart, token.kind == RtfToken::GroupStart);
         switch (token.kind) {
         case RtfToken::End:
             m_depth = 0;
